@@ -1,0 +1,78 @@
+// encoding.cpp - Big5 <-> UTF-8 through iconv's CP950.
+#include "emulator/core/encoding.h"
+
+#include <iconv.h>
+
+#include <cerrno>
+#include <cstdio>
+
+namespace vorhost {
+namespace {
+
+// One iconv conversion descriptor, opened once and reset before each use.
+class Converter {
+ public:
+  Converter(const char* to, const char* from) : cd_(iconv_open(to, from)) {}
+  ~Converter() {
+    if (ok()) iconv_close(cd_);
+  }
+  Converter(const Converter&) = delete;
+  Converter& operator=(const Converter&) = delete;
+
+  bool ok() const { return cd_ != reinterpret_cast<iconv_t>(-1); }
+
+  // Converts as much of in as possible; returns the number of input bytes
+  // consumed before the first byte that cannot be converted.
+  size_t Convert(std::string_view in, std::string* out) {
+    iconv(cd_, nullptr, nullptr, nullptr, nullptr);
+    char* src = const_cast<char*>(in.data());
+    size_t src_left = in.size();
+    char buf[1024];
+    while (src_left > 0) {
+      char* dst = buf;
+      size_t dst_left = sizeof buf;
+      size_t r = iconv(cd_, &src, &src_left, &dst, &dst_left);
+      out->append(buf, dst - buf);
+      if (r == static_cast<size_t>(-1) && errno != E2BIG) break;
+    }
+    return in.size() - src_left;
+  }
+
+ private:
+  iconv_t cd_;
+};
+
+Converter& ToUtf8() {
+  static Converter c("UTF-8", "CP950");
+  return c;
+}
+
+Converter& ToBig5() {
+  static Converter c("CP950", "UTF-8");
+  return c;
+}
+
+}  // namespace
+
+std::string Big5ToUtf8(std::string_view big5) {
+  std::string out;
+  out.reserve(big5.size() + big5.size() / 2);
+  while (!big5.empty()) {
+    size_t used = ToUtf8().ok() ? ToUtf8().Convert(big5, &out) : 0;
+    big5.remove_prefix(used);
+    if (big5.empty()) break;
+    char esc[8];
+    std::snprintf(esc, sizeof esc, "\\x%02X", static_cast<unsigned char>(big5[0]));
+    out += esc;
+    big5.remove_prefix(1);
+  }
+  return out;
+}
+
+bool Utf8ToBig5(std::string_view utf8, std::string* out) {
+  out->clear();
+  if (!ToBig5().ok()) return false;
+  return ToBig5().Convert(utf8, out) == utf8.size();
+}
+
+}  // namespace vorhost

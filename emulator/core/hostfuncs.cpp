@@ -1,0 +1,166 @@
+// hostfuncs.cpp - W1, W2, ADS_HELP and ACAD_COLORDLG.
+#include "emulator/core/hostfuncs.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "emulator/host.h"
+#include "emulator/platform/filesystem.h"
+
+namespace vorhost {
+namespace {
+
+using lisp::Value;
+using Args = std::vector<Value>;
+
+bool TextArgs(const Args& args, size_t count, std::string* err) {
+  if (args.size() != count) {
+    *err = args.size() < count ? "too few arguments" : "too many arguments";
+    return false;
+  }
+  for (const Value& a : args)
+    if (a.kind != Value::Kind::kString) {
+      *err = "bad argument type";
+      return false;
+    }
+  return true;
+}
+
+// (W1 default prompt): the text typed; Enter keeps the default; Escape nil.
+bool W1(Host& host, const Args& args, Value* result, std::string* err) {
+  if (!TextArgs(args, 2, err)) return false;
+  const std::string& current = args[0].text;
+  std::string prompt = "\n" + args[1].text;
+  prompt += current.empty() ? ": " : " <" + current + ">: ";
+  Input in = host.Ask(prompt);
+  if (in.kind != Input::Kind::kLine) return true;
+  *result = Value::String(in.text.empty() ? current : in.text);
+  return true;
+}
+
+// (W2 path): lets the user edit the file; T when the edit ended normally,
+// nil when the user abandoned it. The file must exist.
+bool W2(Host& host, const Args& args, Value* result, std::string* err) {
+  if (!TextArgs(args, 1, err)) return false;
+  std::string linux_path;
+  std::error_code ec;
+  if (!Files().Resolve(args[0].text, &linux_path) || !std::filesystem::exists(linux_path, ec)) {
+    *err = "file not found: " + args[0].text;
+    return false;
+  }
+  host.transcript().WriteLine("Editing " + Files().DosPath(args[0].text));
+  if (!host.user()) return true;
+  std::string why;
+  switch (host.user()->EditFile(linux_path, &why)) {
+    case EditOutcome::kSaved:
+      host.transcript().WriteLine("File saved.");
+      *result = Value::T();
+      return true;
+    case EditOutcome::kUnchanged:
+      *result = Value::T();
+      return true;
+    case EditOutcome::kCancelled:
+      host.transcript().WriteLine(why.empty() ? "Edit abandoned; file unchanged." : why);
+      return true;
+  }
+  return true;
+}
+
+// (ADS_HELP file topic): shows the topic in the transcript.
+bool AdsHelp(Host& host, const Args& args, Value* result, std::string* err) {
+  if (!TextArgs(args, 2, err)) return false;
+  auto path = host.FindFile(args[0].text);
+  if (!path) {
+    host.transcript().WriteLine("Help file " + args[0].text + " not found.");
+    return true;
+  }
+  std::ifstream in(*path, std::ios::binary);
+  std::stringstream contents;
+  contents << in.rdbuf();
+  std::string text;
+  if (!HelpTopic(contents.str(), args[1].text, &text)) {
+    host.transcript().WriteLine("No help topic " + args[1].text + " in " + args[0].text + ".");
+    return true;
+  }
+  host.transcript().WriteLine("---- Help: " + args[1].text + " ----");
+  host.transcript().Write(text);
+  host.transcript().WriteLine("----");
+  *result = Value::T();
+  return true;
+}
+
+// Colour numbers by the names the colour dialog shows for 1 to 7.
+int ColorByName(const std::string& name) {
+  static const char* const kNames[] = {"RED", "YELLOW", "GREEN", "CYAN", "BLUE", "MAGENTA", "WHITE"};
+  std::string upper = lisp::UpperName(name);
+  for (int i = 0; i < 7; i++)
+    if (upper == kNames[i]) return i + 1;
+  return 0;
+}
+
+// (ACAD_COLORDLG colour [flag]): a colour from 1 to 255, or nil when the
+// user cancels. Enter keeps the current colour when it is one of those.
+bool ColorDialog(Host& host, const Args& args, Value* result, std::string* err) {
+  if (args.empty() || args.size() > 2) {
+    *err = args.empty() ? "too few arguments" : "too many arguments";
+    return false;
+  }
+  if (args[0].kind != Value::Kind::kInt) {
+    *err = "bad argument type";
+    return false;
+  }
+  long current = args[0].integer;
+  for (;;) {
+    Input in = host.Ask("\nSelect color (1-255) <" + std::to_string(current) + ">: ");
+    if (in.kind != Input::Kind::kLine) return true;
+    long chosen = in.text.empty() ? current : ColorByName(in.text);
+    if (!in.text.empty() && chosen == 0) {
+      char* end = nullptr;
+      chosen = std::strtol(in.text.c_str(), &end, 10);
+      if (*end) chosen = 0;
+    }
+    if (chosen >= 1 && chosen <= 255) {
+      *result = Value::Int(chosen);
+      return true;
+    }
+    host.transcript().WriteLine("Invalid color: choose a number from 1 to 255.");
+  }
+}
+
+}  // namespace
+
+bool HelpTopic(std::string_view contents, std::string_view topic, std::string* text) {
+  std::string wanted = "[" + lisp::UpperName(topic) + "]";
+  bool inside = false, found = false;
+  text->clear();
+  std::istringstream in{std::string(contents)};
+  std::string line;
+  while (std::getline(in, line)) {
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    if (line.size() > 2 && line.front() == '[' && line.back() == ']') {
+      inside = lisp::UpperName(line) == wanted;
+      found = found || inside;
+      continue;
+    }
+    if (inside && !(line.size() && line[0] == ';')) *text += line + "\n";
+  }
+  while (text->size() >= 2 && text->ends_with("\n\n")) text->pop_back();
+  return found;
+}
+
+void DefineHostFunctions(Host& host) {
+  struct Entry {
+    const char* name;
+    bool (*fn)(Host&, const Args&, Value*, std::string*);
+  };
+  static const Entry kFunctions[] = {
+      {"W1", W1}, {"W2", W2}, {"ADS_HELP", AdsHelp}, {"ACAD_COLORDLG", ColorDialog}};
+  for (const Entry& e : kFunctions)
+    host.lisp().Define(e.name, [&host, fn = e.fn](const Args& args, Value* r, std::string* err) {
+      return fn(host, args, r, err);
+    });
+}
+
+}  // namespace vorhost

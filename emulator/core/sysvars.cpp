@@ -1,0 +1,158 @@
+// sysvars.cpp - system variables with the host's metric defaults.
+#include "emulator/core/sysvars.h"
+
+#include <cstdio>
+
+namespace vorhost {
+namespace {
+
+std::string Upper(std::string_view s) {
+  std::string out(s);
+  for (char& c : out)
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  return out;
+}
+
+struct Default {
+  const char* name;
+  SysValue value;
+  short min, max;
+  bool read_only;
+};
+
+// A new metric drawing. Integer switches carry their ranges; names are the
+// host's. PLINETYPE starts at 0 so that PLINE makes old-style polylines.
+const Default kDefaults[] = {
+    {"ACADVER", std::string("14.0"), 0, 0, true},
+    {"ANGBASE", 0.0, 0, 0, false},
+    {"ANGDIR", short{0}, 0, 1, false},
+    {"ATTDIA", short{0}, 0, 1, false},
+    {"ATTMODE", short{1}, 0, 2, false},
+    {"ATTREQ", short{1}, 0, 1, false},
+    {"AUNITS", short{0}, 0, 4, false},
+    {"AUPREC", short{0}, 0, 8, false},
+    {"BLIPMODE", short{0}, 0, 1, false},
+    {"CECOLOR", std::string("BYLAYER"), 0, 0, false},
+    {"CELTSCALE", 1.0, 0, 0, false},
+    {"CELTYPE", std::string("BYLAYER"), 0, 0, false},
+    {"CLAYER", std::string("0"), 0, 0, false},
+    {"CMDACTIVE", short{0}, 0, 0, true},
+    {"CMDECHO", short{1}, 0, 1, false},
+    {"CMDNAMES", std::string(""), 0, 0, true},
+    {"DIMSCALE", 1.0, 0, 0, false},
+    {"DWGNAME", std::string("UNNAMED"), 0, 0, true},
+    {"DWGPREFIX", std::string("C:\\"), 0, 0, true},
+    {"ELEVATION", 0.0, 0, 0, false},
+    {"EXPERT", short{0}, 0, 5, false},
+    {"FILEDIA", short{1}, 0, 1, false},
+    {"FILLMODE", short{1}, 0, 1, false},
+    {"GRIDMODE", short{0}, 0, 1, false},
+    {"HIGHLIGHT", short{1}, 0, 1, false},
+    {"INSBASE", Point3{0, 0, 0}, 0, 0, false},
+    {"LASTPOINT", Point3{0, 0, 0}, 0, 0, false},
+    {"LIMCHECK", short{0}, 0, 1, false},
+    {"LIMMAX", Point3{420, 297, 0}, 0, 0, false},
+    {"LIMMIN", Point3{0, 0, 0}, 0, 0, false},
+    {"LTSCALE", 1.0, 0, 0, false},
+    {"LUNITS", short{2}, 1, 5, false},
+    {"LUPREC", short{4}, 0, 8, false},
+    {"MEASUREMENT", short{1}, 0, 1, false},
+    {"MIRRTEXT", short{1}, 0, 1, false},
+    {"ORTHOMODE", short{0}, 0, 1, false},
+    {"OSMODE", short{0}, 0, 16383, false},
+    {"PDMODE", short{0}, 0, 100, false},
+    {"PDSIZE", 0.0, 0, 0, false},
+    {"PICKFIRST", short{1}, 0, 1, false},
+    {"PLINETYPE", short{0}, 0, 2, false},
+    {"PLINEWID", 0.0, 0, 0, false},
+    {"QTEXTMODE", short{0}, 0, 1, false},
+    {"REGENMODE", short{1}, 0, 1, false},
+    {"SNAPMODE", short{0}, 0, 1, false},
+    {"TEXTEVAL", short{0}, 0, 1, false},
+    {"TEXTSIZE", 2.5, 0, 0, false},
+    {"TEXTSTYLE", std::string("STANDARD"), 0, 0, false},
+    {"THICKNESS", 0.0, 0, 0, false},
+    {"TILEMODE", short{1}, 0, 1, false},
+    {"UNITMODE", short{0}, 0, 1, false},
+    {"USERI1", short{0}, 0, 0, false},
+    {"USERI2", short{0}, 0, 0, false},
+    {"USERR1", 0.0, 0, 0, false},
+    {"USERR2", 0.0, 0, 0, false},
+    {"USERS1", std::string(""), 0, 0, false},
+    {"USERS2", std::string(""), 0, 0, false},
+};
+
+// Variables whose text must name something in the drawing.
+bool IsCheckedText(std::string_view name) {
+  return name == "TEXTSTYLE" || name == "CLAYER" || name == "CELTYPE";
+}
+
+}  // namespace
+
+std::string FormatSysValue(const SysValue& value) {
+  char buf[96];
+  if (auto* s = std::get_if<short>(&value)) {
+    std::snprintf(buf, sizeof buf, "%d", *s);
+  } else if (auto* r = std::get_if<double>(&value)) {
+    std::snprintf(buf, sizeof buf, "%.4f", *r);
+  } else if (auto* p = std::get_if<Point3>(&value)) {
+    std::snprintf(buf, sizeof buf, "%.4f,%.4f,%.4f", (*p)[0], (*p)[1], (*p)[2]);
+  } else {
+    return std::get<std::string>(value);
+  }
+  return buf;
+}
+
+SysVarTable::SysVarTable() {
+  for (const Default& d : kDefaults) vars_[d.name] = SysVar{d.value, d.min, d.max, d.read_only};
+}
+
+const SysVar* SysVarTable::Find(std::string_view name) const {
+  auto it = vars_.find(Upper(name));
+  return it == vars_.end() ? nullptr : &it->second;
+}
+
+bool SysVarTable::Get(std::string_view name, SysValue* value) const {
+  const SysVar* var = Find(name);
+  if (!var) return false;
+  *value = var->value;
+  return true;
+}
+
+bool SysVarTable::Set(std::string_view name, const SysValue& value, std::string* why) {
+  std::string key = Upper(name);
+  auto it = vars_.find(key);
+  if (it == vars_.end()) {
+    *why = "Unknown variable name.";
+    return false;
+  }
+  SysVar& var = it->second;
+  if (var.read_only) {
+    *why = "Variable " + key + " is read only.";
+    return false;
+  }
+  SysValue v = value;
+  if (std::holds_alternative<double>(var.value) && std::holds_alternative<short>(v))
+    v = static_cast<double>(std::get<short>(v));
+  if (v.index() != var.value.index()) {
+    *why = "Invalid value for " + key + ".";
+    return false;
+  }
+  if (auto* s = std::get_if<short>(&v); s && var.min < var.max && (*s < var.min || *s > var.max)) {
+    *why = "Value must be between " + std::to_string(var.min) + " and " + std::to_string(var.max) + ".";
+    return false;
+  }
+  if (auto* text = std::get_if<std::string>(&v); text && IsCheckedText(key) && text_check_ &&
+                                                  !text_check_(key, text)) {
+    *why = "Cannot set " + key + " to \"" + *text + "\".";
+    return false;
+  }
+  var.value = std::move(v);
+  return true;
+}
+
+void SysVarTable::Force(std::string_view name, SysValue value) {
+  vars_[Upper(name)].value = std::move(value);
+}
+
+}  // namespace vorhost

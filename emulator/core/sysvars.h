@@ -1,0 +1,57 @@
+// sysvars.h - the host's system variables: typed values with the host's
+// defaults, ranges and read-only flags, looked up without regard to case.
+#ifndef VORHOST_CORE_SYSVARS_H
+#define VORHOST_CORE_SYSVARS_H
+
+#include <array>
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace vorhost {
+
+using Point3 = std::array<double, 3>;
+
+// A variable's value: an integer (the host's short), a real, a text or a point.
+using SysValue = std::variant<short, double, std::string, Point3>;
+
+// The texts the host shows for a value: "1", "2.5000", "STANDARD", "0.0000,0.0000,0.0000".
+std::string FormatSysValue(const SysValue& value);
+
+struct SysVar {
+  SysValue value;
+  short min = 0, max = 0;  // allowed integer range, when min < max
+  bool read_only = false;
+};
+
+class SysVarTable {
+ public:
+  // A table holding the host's defaults for a new drawing.
+  SysVarTable();
+
+  // Checks a new text value (an existing style, layer or linetype name) and
+  // may rewrite it (upper case); false refuses it.
+  using TextCheck = std::function<bool(std::string_view name, std::string* value)>;
+  void SetTextCheck(TextCheck check) { text_check_ = std::move(check); }
+
+  const SysVar* Find(std::string_view name) const;
+  bool Get(std::string_view name, SysValue* value) const;
+
+  // Sets a writable variable to a value of its own type (an integer is also
+  // taken for a real). False, with *why set, when the name is unknown, the
+  // variable is read-only, the type is wrong or the value out of range.
+  bool Set(std::string_view name, const SysValue& value, std::string* why);
+
+  // Sets any variable, read-only ones included (the host's own bookkeeping).
+  void Force(std::string_view name, SysValue value);
+
+ private:
+  std::map<std::string, SysVar> vars_;  // upper-case names
+  TextCheck text_check_;
+};
+
+}  // namespace vorhost
+
+#endif

@@ -1,0 +1,101 @@
+// tables.cpp - default tables and their records as group-code lists.
+#include "emulator/drawing/tables.h"
+
+#include <cmath>
+
+#include "emulator/core/alloc.h"
+#include "emulator/core/resbuf.h"
+
+namespace vorhost {
+namespace {
+
+// Appends group items to a list under construction; remembers a failure so
+// that the caller checks once at the end.
+class GroupWriter {
+ public:
+  void Text(int code, const std::string& s) {
+    if (resbuf* rb = Add(code)) ok_ = (rb->resval.rstring = HostStrdup(s.c_str())) != nullptr;
+  }
+  void Short(int code, short v) {
+    if (resbuf* rb = Add(code)) rb->resval.rint = v;
+  }
+  void Real(int code, double v) {
+    if (resbuf* rb = Add(code)) rb->resval.rreal = v;
+  }
+  // The list, or nullptr (and nothing leaked) if any step failed.
+  resbuf* Finish() {
+    if (ok_) return head_.release();
+    return nullptr;
+  }
+
+ private:
+  resbuf* Add(int code) {
+    if (!ok_) return nullptr;
+    resbuf* rb = NewRb(code);
+    if (!rb) {
+      ok_ = false;
+      return nullptr;
+    }
+    if (!head_) head_.reset(rb);
+    else tail_->rbnext = rb;
+    tail_ = rb;
+    return rb;
+  }
+  RbList head_;
+  resbuf* tail_ = nullptr;
+  bool ok_ = true;
+};
+
+}  // namespace
+
+Tables::Tables() {
+  styles_.Put(StyleRecord{"STANDARD"});
+  layers_.Put(LayerRecord{"0"});
+  linetypes_.Put(LinetypeRecord{"BYBLOCK", "", {}});
+  linetypes_.Put(LinetypeRecord{"BYLAYER", "", {}});
+  linetypes_.Put(LinetypeRecord{"CONTINUOUS", "Solid line", {}});
+}
+
+resbuf* Tables::Search(std::string_view table, std::string_view name) const {
+  GroupWriter w;
+  if (SymbolTable<StyleRecord>::SameName(table, "STYLE")) {
+    const StyleRecord* s = styles_.Find(name);
+    if (!s) return nullptr;
+    w.Text(0, "STYLE");
+    w.Text(2, s->name);
+    w.Short(70, s->flags);
+    w.Real(40, s->fixed_height);
+    w.Real(41, s->width);
+    w.Real(50, s->oblique);
+    w.Short(71, s->generation);
+    w.Real(42, s->last_height);
+    w.Text(3, s->font);
+    w.Text(4, s->big_font);
+  } else if (SymbolTable<LayerRecord>::SameName(table, "LAYER")) {
+    const LayerRecord* l = layers_.Find(name);
+    if (!l) return nullptr;
+    w.Text(0, "LAYER");
+    w.Text(2, l->name);
+    w.Short(70, l->flags);
+    w.Short(62, l->color);
+    w.Text(6, l->linetype);
+  } else if (SymbolTable<LinetypeRecord>::SameName(table, "LTYPE")) {
+    const LinetypeRecord* t = linetypes_.Find(name);
+    if (!t) return nullptr;
+    double total = 0;
+    for (double d : t->dashes) total += std::fabs(d);
+    w.Text(0, "LTYPE");
+    w.Text(2, t->name);
+    w.Short(70, 0);
+    w.Text(3, t->description);
+    w.Short(72, 'A');
+    w.Short(73, static_cast<short>(t->dashes.size()));
+    w.Real(40, total);
+    for (double d : t->dashes) w.Real(49, d);
+  } else {
+    return nullptr;
+  }
+  return w.Finish();
+}
+
+}  // namespace vorhost

@@ -1,0 +1,100 @@
+// tables.h - the symbol tables of a drawing: text styles, layers and
+// linetypes, each a list of records in creation order, names case-blind.
+#ifndef VORHOST_DRAWING_TABLES_H
+#define VORHOST_DRAWING_TABLES_H
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/ads.h"
+
+namespace vorhost {
+
+struct StyleRecord {
+  std::string name;
+  std::string font = "txt";
+  std::string big_font;
+  double fixed_height = 0;  // 0: TEXT asks for the height
+  double width = 1;
+  double oblique = 0;
+  double last_height = 2.5;
+  short flags = 0;          // 4: vertical
+  short generation = 0;     // 2: backwards, 4: upside down
+};
+
+struct LayerRecord {
+  std::string name;
+  short color = 7;
+  std::string linetype = "CONTINUOUS";
+  short flags = 0;
+};
+
+struct LinetypeRecord {
+  std::string name;
+  std::string description;
+  std::vector<double> dashes;  // positive dash, negative gap, 0 dot
+};
+
+// Records of one kind, found by name without regard to case.
+template <typename Record>
+class SymbolTable {
+ public:
+  const Record* Find(std::string_view name) const {
+    for (const Record& r : records_)
+      if (SameName(r.name, name)) return &r;
+    return nullptr;
+  }
+  Record* Find(std::string_view name) {
+    return const_cast<Record*>(static_cast<const SymbolTable*>(this)->Find(name));
+  }
+  // Adds the record, or replaces the one of the same name.
+  Record& Put(Record record) {
+    if (Record* old = Find(record.name)) return *old = std::move(record);
+    records_.push_back(std::move(record));
+    return records_.back();
+  }
+  const std::vector<Record>& records() const { return records_; }
+
+  static bool SameName(std::string_view a, std::string_view b);
+
+ private:
+  std::vector<Record> records_;
+};
+
+template <typename Record>
+bool SymbolTable<Record>::SameName(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  for (size_t i = 0; i < a.size(); i++) {
+    char x = a[i], y = b[i];
+    if (x >= 'a' && x <= 'z') x = static_cast<char>(x - 32);
+    if (y >= 'a' && y <= 'z') y = static_cast<char>(y - 32);
+    if (x != y) return false;
+  }
+  return true;
+}
+
+// The tables of one drawing, as a new drawing has them: style STANDARD,
+// layer 0, linetypes BYBLOCK, BYLAYER and CONTINUOUS.
+class Tables {
+ public:
+  Tables();
+
+  SymbolTable<StyleRecord>& styles() { return styles_; }
+  SymbolTable<LayerRecord>& layers() { return layers_; }
+  SymbolTable<LinetypeRecord>& linetypes() { return linetypes_; }
+
+  // The record's data as the host gives it to ads_tblsearch: (0 . "STYLE")
+  // (2 . name) and the table's groups; nullptr for an unknown table or name,
+  // or when memory is short.
+  resbuf* Search(std::string_view table, std::string_view name) const;
+
+ private:
+  SymbolTable<StyleRecord> styles_;
+  SymbolTable<LayerRecord> layers_;
+  SymbolTable<LinetypeRecord> linetypes_;
+};
+
+}  // namespace vorhost
+
+#endif

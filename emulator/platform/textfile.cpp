@@ -1,0 +1,225 @@
+// textfile.cpp - DOS text-mode streams: CR LF on disk, "\n" in memory, 0x1A ends the file.
+#include "emulator/platform/textfile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <string>
+
+namespace vorhost {
+namespace {
+
+constexpr char kEndOfFile = 0x1A;
+constexpr size_t kReadAhead = 4096;
+
+// The file behind one text-mode stream. It owns the descriptor and the raw
+// bytes read ahead; the FILE owns it and deletes it when closed.
+class TextFile {
+ public:
+  explicit TextFile(int fd) : fd_(fd) {}
+  ~TextFile() {
+    if (fd_ >= 0) ::close(fd_);
+  }
+  TextFile(const TextFile&) = delete;
+  TextFile& operator=(const TextFile&) = delete;
+
+  ssize_t Read(char* out, size_t size);
+  ssize_t Write(const char* data, size_t size);
+  int Seek(off64_t* offset, int whence);
+  int Close();
+
+ private:
+  // Reads more raw bytes: 1 when some came, 0 at the end, -1 on error.
+  int Fill();
+  // Moves the descriptor back over raw bytes read but not yet given out,
+  // so that it stands where the reader does.
+  bool DropReadAhead();
+
+  int fd_;
+  char raw_[kReadAhead];
+  size_t begin_ = 0;  // raw_[begin_, end_) is read but not given out
+  size_t end_ = 0;
+  bool pending_cr_ = false;  // a CR was read; what follows decides its fate
+  bool ended_ = false;       // a 0x1A was read: nothing more to give
+};
+
+int TextFile::Fill() {
+  ssize_t got;
+  do {
+    got = ::read(fd_, raw_, sizeof raw_);
+  } while (got < 0 && errno == EINTR);
+  if (got <= 0) return got < 0 ? -1 : 0;
+  begin_ = 0;
+  end_ = static_cast<size_t>(got);
+  return 1;
+}
+
+ssize_t TextFile::Read(char* out, size_t size) {
+  size_t count = 0;
+  while (count < size && !ended_) {
+    if (begin_ == end_) {
+      int filled = Fill();
+      if (filled < 0) return count > 0 ? static_cast<ssize_t>(count) : -1;
+      if (filled == 0) {
+        if (pending_cr_) out[count++] = '\r';  // a CR that ends the file stays
+        pending_cr_ = false;
+        break;
+      }
+    }
+    char c = raw_[begin_];
+    if (pending_cr_) {
+      pending_cr_ = false;
+      out[count++] = c == '\n' ? '\n' : '\r';
+      if (c == '\n') ++begin_;  // else c is looked at afresh next time round
+      continue;
+    }
+    ++begin_;
+    if (c == kEndOfFile) {
+      ended_ = true;
+    } else if (c == '\r') {
+      pending_cr_ = true;
+    } else {
+      out[count++] = c;
+    }
+  }
+  return static_cast<ssize_t>(count);
+}
+
+ssize_t TextFile::Write(const char* data, size_t size) {
+  if (!DropReadAhead()) return 0;
+  std::string raw;
+  raw.reserve(size + size / 8 + 1);
+  for (size_t i = 0; i < size; ++i) {
+    if (data[i] == '\n') raw += '\r';
+    raw += data[i];
+  }
+  for (size_t done = 0; done < raw.size();) {
+    ssize_t put = ::write(fd_, raw.data() + done, raw.size() - done);
+    if (put < 0 && errno == EINTR) continue;
+    if (put <= 0) return 0;  // the stream reports an error on 0
+    done += static_cast<size_t>(put);
+  }
+  return static_cast<ssize_t>(size);
+}
+
+bool TextFile::DropReadAhead() {
+  off64_t unread = static_cast<off64_t>(end_ - begin_) + (pending_cr_ ? 1 : 0);
+  begin_ = end_ = 0;
+  pending_cr_ = false;
+  ended_ = false;
+  return unread == 0 || lseek64(fd_, -unread, SEEK_CUR) >= 0;
+}
+
+int TextFile::Seek(off64_t* offset, int whence) {
+  if (!DropReadAhead()) return -1;
+  off64_t position = lseek64(fd_, *offset, whence);
+  if (position < 0) return -1;
+  *offset = position;
+  return 0;
+}
+
+int TextFile::Close() {
+  int result = ::close(fd_);
+  fd_ = -1;
+  return result;
+}
+
+ssize_t ReadHook(void* cookie, char* buf, size_t size) {
+  return static_cast<TextFile*>(cookie)->Read(buf, size);
+}
+
+ssize_t WriteHook(void* cookie, const char* buf, size_t size) {
+  return static_cast<TextFile*>(cookie)->Write(buf, size);
+}
+
+int SeekHook(void* cookie, off64_t* offset, int whence) {
+  return static_cast<TextFile*>(cookie)->Seek(offset, whence);
+}
+
+int CloseHook(void* cookie) {
+  std::unique_ptr<TextFile> file(static_cast<TextFile*>(cookie));
+  return file->Close();
+}
+
+// An fopen mode taken apart.
+struct Mode {
+  int flags = 0;       // for open(2)
+  char stdio[3] = {};  // "r", "w+", ...: what fopencookie understands
+  bool binary = false;
+};
+
+bool ParseMode(const char* text, Mode* mode) {
+  if (!text) return false;
+  bool update = std::strchr(text, '+') != nullptr;
+  mode->binary = std::strchr(text, 'b') != nullptr;
+  int write_access = update ? O_RDWR : O_WRONLY;
+  switch (text[0]) {
+    case 'r':
+      mode->flags = update ? O_RDWR : O_RDONLY;
+      break;
+    case 'w':
+      mode->flags = write_access | O_CREAT | O_TRUNC;
+      break;
+    case 'a':
+      mode->flags = write_access | O_CREAT | O_APPEND;
+      break;
+    default:
+      return false;
+  }
+  mode->stdio[0] = text[0];
+  mode->stdio[1] = update ? '+' : '\0';
+  return true;
+}
+
+bool IsDirectory(int fd) {
+  struct stat st;
+  return fstat(fd, &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+// Drops a 0x1A that ends the file, as DOS does when a text file is opened
+// for reading and appending.
+bool DropEndMark(int fd) {
+  off64_t size = lseek64(fd, 0, SEEK_END);
+  char last = 0;
+  if (size <= 0 || pread64(fd, &last, 1, size - 1) != 1 || last != kEndOfFile) return true;
+  return ftruncate64(fd, size - 1) == 0;
+}
+
+FILE* OpenBinary(const std::string& linux_path, const char* mode) {
+  FILE* file = std::fopen(linux_path.c_str(), mode);
+  if (file && IsDirectory(fileno(file))) {
+    std::fclose(file);
+    errno = EISDIR;
+    return nullptr;
+  }
+  return file;
+}
+
+}  // namespace
+
+FILE* OpenTextMode(const std::string& linux_path, const char* mode_text) {
+  Mode mode;
+  if (!ParseMode(mode_text, &mode)) {
+    errno = EINVAL;
+    return nullptr;
+  }
+  if (mode.binary) return OpenBinary(linux_path, mode_text);
+  int fd = ::open(linux_path.c_str(), mode.flags | O_CLOEXEC, 0666);
+  if (fd < 0) return nullptr;
+  auto file = std::make_unique<TextFile>(fd);
+  if (IsDirectory(fd)) {
+    errno = EISDIR;
+    return nullptr;
+  }
+  if (mode.stdio[0] == 'a' && mode.stdio[1] == '+' && !DropEndMark(fd)) return nullptr;
+  cookie_io_functions_t hooks = {ReadHook, WriteHook, SeekHook, CloseHook};
+  FILE* stream = fopencookie(file.get(), mode.stdio, hooks);
+  if (stream) file.release();
+  return stream;
+}
+
+}  // namespace vorhost

@@ -1,0 +1,229 @@
+// script.cpp - the script driver: answers, directives and expectations.
+#include "emulator/ui/script.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+
+#include "emulator/core/alloc.h"
+#include "emulator/core/encoding.h"
+#include "emulator/host.h"
+#include "emulator/platform/filesystem.h"
+
+namespace vorhost {
+namespace {
+
+std::string TrimText(const std::string& s) {
+  size_t b = s.find_first_not_of(" \t");
+  if (b == std::string::npos) return "";
+  size_t e = s.find_last_not_of(" \t");
+  return s.substr(b, e - b + 1);
+}
+
+// "#" then a blank, "!" or a lower-case word: a directive or a comment.
+// Anything else starting with "#" (a pattern like "#*") is an answer.
+bool IsDirective(const std::string& line) {
+  if (line.empty() || line[0] != '#') return false;
+  return line.size() == 1 || line[1] == ' ' || line[1] == '\t' || line[1] == '!' ||
+         (line[1] >= 'a' && line[1] <= 'z');
+}
+
+bool IsComment(const std::string& line) {
+  return line.size() == 1 || line[1] == ' ' || line[1] == '\t' || line[1] == '!';
+}
+
+bool SameNumberOrText(const std::string& a, const std::string& b) {
+  if (a == b) return true;
+  char *ea = nullptr, *eb = nullptr;
+  double x = std::strtod(a.c_str(), &ea), y = std::strtod(b.c_str(), &eb);
+  return !a.empty() && !b.empty() && !*ea && !*eb && x == y;
+}
+
+}  // namespace
+
+ScriptUser::ScriptUser(Host& host, std::string name, std::vector<std::string> lines)
+    : host_(host), name_(std::move(name)), lines_(std::move(lines)) {
+  for (std::string& line : lines_)
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+}
+
+bool ScriptUser::Load(const std::string& path, std::vector<std::string>* lines, std::string* err) {
+  std::ifstream file;
+  std::istream* in = &std::cin;
+  if (path != "-") {
+    file.open(path, std::ios::binary);
+    if (!file) {
+      *err = "cannot read script " + path;
+      return false;
+    }
+    in = &file;
+  }
+  lines->clear();
+  for (std::string line; std::getline(*in, line);) lines->push_back(line);
+  if (in->bad()) {
+    *err = "error reading script " + path;
+    return false;
+  }
+  return true;
+}
+
+void ScriptUser::Fail(int line, const std::string& message) {
+  if (failure_.empty()) failure_ = name_ + ":" + std::to_string(line) + ": " + message;
+}
+
+bool ScriptUser::ToBig5(const std::string& utf8, std::string* big5) {
+  if (Utf8ToBig5(utf8, big5)) return true;
+  Fail(static_cast<int>(next_), "the line has characters that Big5 cannot hold");
+  return false;
+}
+
+Input ScriptUser::Read(Asking asking, std::string_view prompt) {
+  while (!failed() && next_ < lines_.size()) {
+    const std::string& line = lines_[next_++];
+    if (IsDirective(line)) {
+      Input answer;
+      Step step = Directive(line, &answer);
+      if (step == Step::kFail) break;
+      if (step == Step::kAnswer) return answer;
+      continue;
+    }
+    if (asking == Asking::kCommand && TrimText(line).empty()) continue;
+    std::string big5;
+    if (!ToBig5(line, &big5)) break;
+    return Input::Line(std::move(big5));
+  }
+  if (!failed() && asking == Asking::kPrompt)
+    Fail(static_cast<int>(lines_.size()),
+         "the script ended while the host was asking: " + TrimText(Big5ToUtf8(prompt)));
+  return Input::End();
+}
+
+ScriptUser::Step ScriptUser::Directive(const std::string& line, Input* answer) {
+  if (IsComment(line)) return Step::kNext;
+  size_t space = line.find_first_of(" \t");
+  std::string word = line.substr(1, space == std::string::npos ? std::string::npos : space - 1);
+  std::string arg = space == std::string::npos ? "" : TrimText(line.substr(space));
+  int num = static_cast<int>(next_);
+  if (word == "answer") {
+    std::string big5;
+    // The text after "#answer " is taken as it stands, blanks included.
+    std::string text = space == std::string::npos ? "" : line.substr(space + 1);
+    if (!ToBig5(text, &big5)) return Step::kFail;
+    *answer = Input::Line(std::move(big5));
+    return Step::kAnswer;
+  }
+  if (word == "cancel") {
+    *answer = Input::Cancel();
+    return Step::kAnswer;
+  }
+  if (word == "fail-alloc") {
+    FailAllocation(Heap::kModule, arg.empty() ? 0 : std::atoi(arg.c_str()));
+    return Step::kNext;
+  }
+  if (word.starts_with("expect-")) return Expect(word, arg) ? Step::kNext : Step::kFail;
+  if (word == "edit" || word == "keep" || word == "end")
+    Fail(num, "#" + word + " answers only a file edit, and the host is not editing a file");
+  else
+    Fail(num, "unknown directive #" + word);
+  return Step::kFail;
+}
+
+bool ScriptUser::ExpectOutput(const std::string& text, bool present) {
+  const std::string& out = host_.transcript().text();
+  size_t at = out.find(text, std::min(output_cursor_, out.size()));
+  if (present && at != std::string::npos) {
+    output_cursor_ = at + text.size();
+    return true;
+  }
+  if (!present && at == std::string::npos) return true;
+  std::string seen = out.substr(std::min(output_cursor_, out.size()));
+  Fail(static_cast<int>(next_), std::string(present ? "expected output not seen: "
+                                                    : "unexpected output seen: ") +
+                                    "\"" + text + "\"\n--- output since the last match ---\n" + seen);
+  return false;
+}
+
+bool ScriptUser::Expect(const std::string& word, const std::string& arg) {
+  int num = static_cast<int>(next_);
+  if (word == "expect-output") return ExpectOutput(arg, true);
+  if (word == "expect-no-output") return ExpectOutput(arg, false);
+  if (word == "expect-result") {
+    std::string got = Big5ToUtf8(lisp::Print(host_.last_value()));
+    if (got == arg) return true;
+    Fail(num, "expected result " + arg + ", got " + (got.empty() ? "no value" : got));
+    return false;
+  }
+  if (word == "expect-sysvar") {
+    size_t space = arg.find_first_of(" \t");
+    std::string name = arg.substr(0, space);
+    std::string want = space == std::string::npos ? "" : TrimText(arg.substr(space));
+    SysValue value;
+    if (!host_.sysvars().Get(name, &value)) {
+      Fail(num, "no system variable " + name);
+      return false;
+    }
+    std::string got = Big5ToUtf8(FormatSysValue(value));
+    if (SameNumberOrText(got, want)) return true;
+    Fail(num, "expected " + name + " = " + want + ", got " + got);
+    return false;
+  }
+  if (word == "expect-file" || word == "expect-no-file") {
+    std::string dos, linux_path;
+    if (!ToBig5(arg, &dos)) return false;
+    std::error_code ec;
+    bool exists = Files().Resolve(dos, &linux_path) && std::filesystem::exists(linux_path, ec);
+    if (exists == (word == "expect-file")) return true;
+    Fail(num, arg + (exists ? " exists" : " does not exist"));
+    return false;
+  }
+  Fail(num, "unknown directive #" + word);
+  return false;
+}
+
+EditOutcome ScriptUser::EditFile(const std::string& linux_path, std::string* err) {
+  while (!failed() && next_ < lines_.size()) {
+    const std::string& line = lines_[next_++];
+    if (IsDirective(line) && IsComment(line)) continue;
+    if (line == "#keep") return EditOutcome::kUnchanged;
+    if (line == "#cancel") return EditOutcome::kCancelled;
+    if (line != "#edit") break;
+    // The new contents: every line up to "#end", taken literally.
+    std::string contents;
+    for (;;) {
+      if (next_ >= lines_.size()) {
+        Fail(static_cast<int>(next_), "#edit without #end");
+        return EditOutcome::kCancelled;
+      }
+      const std::string& text = lines_[next_++];
+      if (text == "#end") break;
+      std::string big5;
+      if (!ToBig5(text, &big5)) return EditOutcome::kCancelled;
+      contents += big5 + "\r\n";
+    }
+    std::string temp = linux_path + ".vorhost-edit";
+    {
+      std::ofstream out(temp, std::ios::binary | std::ios::trunc);
+      out << contents;
+      if (!out.flush()) {
+        std::filesystem::remove(temp);
+        *err = "the file could not be written; it is unchanged";
+        return EditOutcome::kCancelled;
+      }
+    }
+    std::error_code ec;
+    std::filesystem::rename(temp, linux_path, ec);
+    if (ec) {
+      std::filesystem::remove(temp, ec);
+      *err = "the file could not be replaced; it is unchanged";
+      return EditOutcome::kCancelled;
+    }
+    return EditOutcome::kSaved;
+  }
+  if (!failed())
+    Fail(static_cast<int>(next_), "the host is editing a file: answer with #edit ... #end, #keep or #cancel");
+  return EditOutcome::kCancelled;
+}
+
+}  // namespace vorhost

@@ -1,0 +1,53 @@
+// script.h - a script playing the user: each line is what the user types
+// next to whoever asks, and lines starting with "#" and a word are
+// directives (comments, expectations, literal answers, file edits). The
+// format is described in docs/scripting.md.
+#ifndef VORHOST_UI_SCRIPT_H
+#define VORHOST_UI_SCRIPT_H
+
+#include <string>
+#include <vector>
+
+#include "emulator/ui/user.h"
+
+namespace vorhost {
+
+class Host;
+
+class ScriptUser : public User {
+ public:
+  // lines are UTF-8; name is used in failure messages ("name:line: ...").
+  ScriptUser(Host& host, std::string name, std::vector<std::string> lines);
+
+  // Reads a script file, or standard input for "-". False with *err when it
+  // cannot be read.
+  static bool Load(const std::string& path, std::vector<std::string>* lines, std::string* err);
+
+  Input Read(Asking asking, std::string_view prompt) override;
+  EditOutcome EditFile(const std::string& linux_path, std::string* err) override;
+
+  // Set once a line fails (an expectation, a malformed line, input that
+  // ended while the host still asked); the script stops there.
+  bool failed() const { return !failure_.empty(); }
+  const std::string& failure() const { return failure_; }
+
+ private:
+  // What a directive did with the script: go on, or give the host an answer.
+  enum class Step { kNext, kAnswer, kFail };
+  Step Directive(const std::string& line, Input* answer);
+  bool Expect(const std::string& word, const std::string& arg);
+  bool ExpectOutput(const std::string& text, bool present);
+  void Fail(int line, const std::string& message);
+  bool ToBig5(const std::string& utf8, std::string* big5);
+
+  Host& host_;
+  std::string name_;
+  std::vector<std::string> lines_;
+  size_t next_ = 0;            // index of the next line to read
+  size_t output_cursor_ = 0;   // where the next #expect-output starts looking
+  std::string failure_;
+};
+
+}  // namespace vorhost
+
+#endif

@@ -1,0 +1,41 @@
+// transcript.h - the host's command-line history: what it printed and what
+// the user answered, kept whole for expectations and passed on as UTF-8.
+#ifndef VORHOST_UI_TRANSCRIPT_H
+#define VORHOST_UI_TRANSCRIPT_H
+
+#include <ostream>
+#include <string>
+#include <string_view>
+
+namespace vorhost {
+
+class Transcript {
+ public:
+  // Copies everything to out as it comes, when out is not null (not owned).
+  explicit Transcript(std::ostream* out = nullptr) : out_(out) {}
+  Transcript(const Transcript&) = delete;
+  Transcript& operator=(const Transcript&) = delete;
+
+  // Prints host text (Big5) exactly as given, line feeds included.
+  void Write(std::string_view big5);
+  // Starts a new line unless the last text ended one.
+  void StartLine();
+  // Prints text at the start of a line. Like every host text it leaves the
+  // line open; the next text or prompt starts a new one.
+  void WriteLine(std::string_view big5);
+  // Keeps what the user typed (Big5) in the history without printing it:
+  // a terminal has shown it already.
+  void Record(std::string_view big5);
+
+  // Everything printed so far, in UTF-8.
+  const std::string& text() const { return text_; }
+
+ private:
+  std::ostream* out_;
+  std::string text_;
+  bool at_line_start_ = true;
+};
+
+}  // namespace vorhost
+
+#endif

@@ -1,0 +1,48 @@
+// user.h - whoever plays the user of the host: a script, or a person at a
+// terminal. The host asks; the user answers.
+#ifndef VORHOST_UI_USER_H
+#define VORHOST_UI_USER_H
+
+#include <string>
+#include <string_view>
+
+namespace vorhost {
+
+// What the host is asking for.
+enum class Asking {
+  kCommand,  // the command prompt: a command or an expression
+  kPrompt,   // an answer to a prompt of a command or function
+};
+
+// One answer: a line of text (Big5), Escape, or the end of the user's input.
+struct Input {
+  enum class Kind { kLine, kCancel, kEnd };
+  Kind kind = Kind::kEnd;
+  std::string text;
+
+  static Input Line(std::string text) { return {Kind::kLine, std::move(text)}; }
+  static Input Cancel() { return {Kind::kCancel, {}}; }
+  static Input End() { return {Kind::kEnd, {}}; }
+};
+
+// How an edit of a text file ended.
+enum class EditOutcome { kSaved, kUnchanged, kCancelled };
+
+class User {
+ public:
+  virtual ~User() = default;
+
+  // The next answer; prompt is what the host has just shown (Big5).
+  virtual Input Read(Asking asking, std::string_view prompt) = 0;
+
+  // Lets the user edit the file at linux_path, a text file of the host
+  // (Big5, CR LF). A cancelled or failed edit leaves the file as it was.
+  virtual EditOutcome EditFile(const std::string& linux_path, std::string* err) = 0;
+
+  // An alert box has been shown (Big5); the user reads and closes it.
+  virtual void Acknowledge(std::string_view message) { (void)message; }
+};
+
+}  // namespace vorhost
+
+#endif

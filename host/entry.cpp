@@ -1,0 +1,77 @@
+/* entry.cpp - the module's entry point: the host's messages, registration of
+ * the five functions for every drawing, and dispatch of calls to them. */
+#include "ads.h"
+#include "entry.h"
+#include "../linetool/linetool.h"
+#include "../linetool/ltgen.h"
+#include "../panel/acf.h"
+
+struct resbuf *CurrentArgs;
+
+/* ORDER: the codes 0 to 4 that the host hands back are these rows' indexes. */
+const FunctionRow FunctionTable[FUNCTION_COUNT] = {
+    {"VOR_ELINE", line_tool_eline},
+    {"VOR_SLINE", line_tool_sline},
+    {"VOR_PLINE", line_tool_pline},
+    {"VOR_LT_LO", linetype_generate},
+    {"VOR_ACF", panel_diagram},
+};
+
+/* Registers every function for the drawing just opened. The first refusal
+ * stops the loop: the later rows stay unregistered for this drawing. */
+static int register_functions(void)
+{
+    for (short code = 0; code < FUNCTION_COUNT; code++)
+        if (ads_defun(FunctionTable[code].name, code) != RTNORM)
+            return RTERROR;
+    return RTNORM;
+}
+
+static int unregister_functions(void)
+{
+    for (short code = 0; code < FUNCTION_COUNT; code++)
+        ads_undef(FunctionTable[code].name, code);
+    return RTNORM;
+}
+
+/* Runs the handler of the function the host says was called. The result is
+ * void unless the handler sets one itself. */
+static int dispatch(void)
+{
+    ads_retvoid();
+    int code = ads_getfuncode();
+    if (code < 0 || code >= FUNCTION_COUNT) {
+        ads_fail("Received nonexistent function code.");
+        return RTERROR;
+    }
+    CurrentArgs = ads_getargs();
+    int result = FunctionTable[code].handler();
+    CurrentArgs = nullptr;
+    return result;
+}
+
+extern "C" int acrxEntryPoint(int msg, void *pkt)
+{
+    switch (msg) {
+    case kInitAppMsg:
+        acrxUnlockApplication(pkt);
+        break;
+    case kLoadDwgMsg:
+        register_functions();
+        break;
+    case kUnloadDwgMsg:
+        unregister_functions();
+        break;
+    case kInvkSubrMsg:
+        dispatch();
+        break;
+    default:
+        break;
+    }
+    return 0;
+}
+
+extern "C" long acrxGetApiVersion(void)
+{
+    return ACRX_API_VERSION;
+}
