@@ -16,9 +16,9 @@ namespace vorhost {
 namespace {
 
 std::string TrimText(const std::string& s) {
-  size_t b = s.find_first_not_of(" \t");
+  size_t b = s.find_first_not_of(" \t\r\n");
   if (b == std::string::npos) return "";
-  size_t e = s.find_last_not_of(" \t");
+  size_t e = s.find_last_not_of(" \t\r\n");
   return s.substr(b, e - b + 1);
 }
 
@@ -151,8 +151,9 @@ bool ScriptUser::Expect(const std::string& word, const std::string& arg) {
   if (word == "expect-no-output") return ExpectOutput(arg, false);
   if (word == "expect-result") {
     std::string got = Big5ToUtf8(lisp::Print(host_.last_value()));
+    if (got.empty()) got = "no value";
     if (got == arg) return true;
-    Fail(num, "expected result " + arg + ", got " + (got.empty() ? "no value" : got));
+    Fail(num, "expected result " + arg + ", got " + got);
     return false;
   }
   if (word == "expect-sysvar") {

@@ -1,0 +1,17 @@
+#!/usr/bin/env bash
+# Sets the machine up, builds, and runs the shipped examples in vorhost on a
+# copy of the example drive examples/c, left in out/c (or $VOR_OUT/c).
+set -eu
+cd "$(dirname "$0")/.."
+scripts/setup.sh
+cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+cmake --build build -j "$(nproc)"
+out=${VOR_OUT:-out}
+rm -rf "$out/c"
+mkdir -p "$out/c"
+cp -R examples/c/. "$out/c/"
+for script in examples/*.vor; do
+  echo "== $script"
+  (cd "$out/c" && "$OLDPWD/build/vorhost" --drive "C=$PWD" "$OLDPWD/$script")
+done
+echo "== results in $out/c"
