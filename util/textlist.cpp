@@ -45,7 +45,7 @@ void textlist_load(const char *path, TextList *list, int n, int w1, int w2, int 
 {
     char piece[TEXT_SIZE];
 
-    textlist_clear(list);
+    textlist_free(list);
     if (strlen(path) > TEXT_MAX)
         return;
     strcatv(TEXT_MAX, list->path, path, nullptr);

@@ -25,7 +25,7 @@ struct TextList {
     int32_t modified; /* 1 once a line was deleted or replaced: save writes */
 };
 
-/* Clears list, sets its path and takes in every line of the file for which
+/* Frees what list holds (it must be loaded or cleared), sets its path and takes in every line of the file for which
  * filter_fields(line, n, w1..w7) leaves MatchLine non-empty, whole and in
  * order. Lines longer than 255 bytes arrive as several lines. A file that
  * cannot be opened leaves the list empty; a path longer than 255 bytes
