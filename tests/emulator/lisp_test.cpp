@@ -1,0 +1,104 @@
+// lisp_test.cpp - reading, printing and evaluating the command language, and
+// values crossing into result-buffer lists and back.
+#include <gtest/gtest.h>
+
+#include "emulator/core/resbuf.h"
+#include "emulator/lisp/interp.h"
+
+namespace vorhost::lisp {
+namespace {
+
+std::string ReadPrint(std::string_view text) {
+  size_t pos = 0;
+  Value v;
+  std::string err;
+  if (!Read(text, &pos, &v, &err)) return "error: " + err;
+  return Print(v);
+}
+
+TEST(LispReadTest, ReadsAndPrintsEachKindOfValue) {
+  struct Case {
+    const char* text;
+    const char* printed;
+  } cases[] = {
+      {"42", "42"},
+      {"-7", "-7"},
+      {"2.5", "2.5"},
+      {".5", "0.5"},
+      {"1e3", "1000.0"},
+      {"vor_eline", "VOR_ELINE"},
+      {"nil", "nil"},
+      {"\"C:/VOR\"", "\"C:/VOR\""},
+      {"\"a\\\"b\\\\c\\nd\"", "\"a\\\"b\\\\c\\nd\""},
+      {"\"\\101\\102\"", "\"AB\""},
+      {"(1 \"x\" (2 3.0))", "(1 \"x\" (2 3.0))"},
+      {"(1 . 2)", "(1 . 2)"},
+      {"'abc", "(QUOTE ABC)"},
+      {"()", "nil"},
+      {"  ; a comment\n  x", "X"},
+      {"(1 2", "error: malformed list on input"},
+      {"\"open", "error: malformed string on input"},
+      {")", "error: extra right paren on input"},
+      {"   ", "error: no expression"},
+  };
+  for (const Case& c : cases) EXPECT_EQ(ReadPrint(c.text), c.printed) << c.text;
+}
+
+TEST(LispEvalTest, SetqFunctionsAndErrors) {
+  Interpreter in;
+  auto eval = [&](std::string_view text) {
+    size_t pos = 0;
+    Value expr, v;
+    std::string err;
+    if (!Read(text, &pos, &expr, &err) || !in.Eval(expr, &v, &err)) return "error: " + err;
+    return Print(v);
+  };
+  EXPECT_EQ(eval("(setq a 1 b \"two\")"), "\"two\"");
+  EXPECT_EQ(eval("a"), "1");
+  EXPECT_EQ(eval("(strcat b \"!\")"), "\"two!\"");
+  EXPECT_EQ(eval("(+ a 2.5)"), "3.5");
+  EXPECT_EQ(eval("(list a 'b)"), "(1 B)");
+  EXPECT_EQ(eval("unbound"), "nil");
+  EXPECT_EQ(eval("(nosuch 1)"), "error: null function");
+  EXPECT_EQ(eval("(setq a)"), "error: too few arguments");
+  EXPECT_EQ(eval("(setq \"a\" 1)"), "error: bad argument type");
+  EXPECT_EQ(eval("(strcat 1)"), "error: bad argument type");
+  EXPECT_EQ(eval("(/ 1 0)"), "error: divide by zero");
+
+  in.Define("twice", [](const std::vector<Value>& args, Value* r, std::string*) {
+    *r = Value::Int(args.at(0).integer * 2);
+    return true;
+  });
+  EXPECT_EQ(eval("(TWICE 21)"), "42");
+  in.Undefine("Twice");
+  EXPECT_EQ(eval("(twice 1)"), "error: null function");
+}
+
+TEST(LispResbufTest, ValuesCrossIntoResultBuffersAndBack) {
+  const char* texts[] = {"\"text\"", "7",     "100000", "2.5",         "nil",
+                         "T",        "(1.0 2.0 3.0)", "(1.0 2.0)", "(\"a\" (1 2 \"b\") 3)",
+                         "(\"k\" . 5)"};
+  for (const char* text : texts) {
+    size_t pos = 0;
+    Value v;
+    std::string err;
+    ASSERT_TRUE(Read(text, &pos, &v, &err)) << text;
+    if (v.kind == Value::Kind::kSymbol) v = Value::T();
+    resbuf* rb = ToResbuf(v);
+    ASSERT_NE(rb, nullptr) << text;
+    EXPECT_EQ(Print(FromResbuf(rb)), Print(v)) << text << " went as " << DescribeList(rb);
+    ReleaseList(rb);
+  }
+  // A text argument is one RTSTR item; a point is one RT3DPOINT item.
+  resbuf* rb = ToResbuf(Value::String("E*"));
+  EXPECT_EQ(rb->restype, RTSTR);
+  EXPECT_EQ(rb->rbnext, nullptr);
+  ReleaseList(rb);
+  rb = ToResbuf(Value::List({Value::Real(1), Value::Int(2), Value::Real(3)}));
+  EXPECT_EQ(rb->restype, RT3DPOINT);
+  EXPECT_EQ(rb->resval.rpoint[1], 2.0);
+  ReleaseList(rb);
+}
+
+}  // namespace
+}  // namespace vorhost::lisp
