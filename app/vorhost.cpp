@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -92,13 +93,19 @@ int main(int argc, char** argv) {
   }
   vorhost::Files().SetCurrentDrive(3);
 
-  std::vector<std::string> lines;
-  if (!vorhost::ScriptUser::Load(opts.script, &lines, &err)) {
-    std::cerr << "vorhost: " << err << "\n";
-    return 2;
+  std::ifstream file;
+  std::istream* in = &std::cin;
+  if (opts.script != "-") {
+    std::error_code ec;
+    if (!std::filesystem::is_directory(opts.script, ec)) file.open(opts.script, std::ios::binary);
+    if (!file.is_open()) {
+      std::cerr << "vorhost: cannot read script " << opts.script << "\n";
+      return 2;
+    }
+    in = &file;
   }
   vorhost::Host host(&std::cout);
-  vorhost::ScriptUser script(host, opts.script == "-" ? "<stdin>" : opts.script, std::move(lines));
+  vorhost::ScriptUser script(host, opts.script == "-" ? "<stdin>" : opts.script, in);
   host.set_user(&script);
   host.set_echo_answers(!(opts.script == "-" && isatty(STDIN_FILENO)));
   host.LoadModule(acrxEntryPoint);

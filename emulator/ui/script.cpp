@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iostream>
 
 #include "emulator/core/alloc.h"
 #include "emulator/core/encoding.h"
@@ -44,28 +43,19 @@ bool SameNumberOrText(const std::string& a, const std::string& b) {
 }  // namespace
 
 ScriptUser::ScriptUser(Host& host, std::string name, std::vector<std::string> lines)
-    : host_(host), name_(std::move(name)), lines_(std::move(lines)) {
-  for (std::string& line : lines_)
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-}
+    : host_(host), name_(std::move(name)), lines_(std::move(lines)) {}
 
-bool ScriptUser::Load(const std::string& path, std::vector<std::string>* lines, std::string* err) {
-  std::ifstream file;
-  std::istream* in = &std::cin;
-  if (path != "-") {
-    file.open(path, std::ios::binary);
-    if (!file) {
-      *err = "cannot read script " + path;
-      return false;
-    }
-    in = &file;
-  }
-  lines->clear();
-  for (std::string line; std::getline(*in, line);) lines->push_back(line);
-  if (in->bad()) {
-    *err = "error reading script " + path;
+ScriptUser::ScriptUser(Host& host, std::string name, std::istream* in)
+    : host_(host), name_(std::move(name)), in_(in) {}
+
+bool ScriptUser::NextLine(std::string* line) {
+  if (next_ < lines_.size()) {
+    *line = lines_[next_++];
+  } else if (!in_ || !std::getline(*in_, *line)) {
     return false;
   }
+  if (!line->empty() && line->back() == '\r') line->pop_back();
+  ++line_number_;
   return true;
 }
 
@@ -75,13 +65,13 @@ void ScriptUser::Fail(int line, const std::string& message) {
 
 bool ScriptUser::ToBig5(const std::string& utf8, std::string* big5) {
   if (Utf8ToBig5(utf8, big5)) return true;
-  Fail(static_cast<int>(next_), "the line has characters that Big5 cannot hold");
+  Fail(line_number_, "the line has characters that Big5 cannot hold");
   return false;
 }
 
 Input ScriptUser::Read(Asking asking, std::string_view prompt) {
-  while (!failed() && next_ < lines_.size()) {
-    const std::string& line = lines_[next_++];
+  std::string line;
+  while (!failed() && NextLine(&line)) {
     if (IsDirective(line)) {
       Input answer;
       Step step = Directive(line, &answer);
@@ -95,8 +85,7 @@ Input ScriptUser::Read(Asking asking, std::string_view prompt) {
     return Input::Line(std::move(big5));
   }
   if (!failed() && asking == Asking::kPrompt)
-    Fail(static_cast<int>(lines_.size()),
-         "the script ended while the host was asking: " + TrimText(Big5ToUtf8(prompt)));
+    Fail(line_number_, "the script ended while the host was asking: " + TrimText(Big5ToUtf8(prompt)));
   return Input::End();
 }
 
@@ -105,7 +94,7 @@ ScriptUser::Step ScriptUser::Directive(const std::string& line, Input* answer) {
   size_t space = line.find_first_of(" \t");
   std::string word = line.substr(1, space == std::string::npos ? std::string::npos : space - 1);
   std::string arg = space == std::string::npos ? "" : TrimText(line.substr(space));
-  int num = static_cast<int>(next_);
+  int num = line_number_;
   if (word == "answer") {
     std::string big5;
     // The text after "#answer " is taken as it stands, blanks included.
@@ -139,14 +128,14 @@ bool ScriptUser::ExpectOutput(const std::string& text, bool present) {
   }
   if (!present && at == std::string::npos) return true;
   std::string seen = out.substr(std::min(output_cursor_, out.size()));
-  Fail(static_cast<int>(next_), std::string(present ? "expected output not seen: "
+  Fail(line_number_, std::string(present ? "expected output not seen: "
                                                     : "unexpected output seen: ") +
                                     "\"" + text + "\"\n--- output since the last match ---\n" + seen);
   return false;
 }
 
 bool ScriptUser::Expect(const std::string& word, const std::string& arg) {
-  int num = static_cast<int>(next_);
+  int num = line_number_;
   if (word == "expect-output") return ExpectOutput(arg, true);
   if (word == "expect-no-output") return ExpectOutput(arg, false);
   if (word == "expect-result") {
@@ -184,20 +173,19 @@ bool ScriptUser::Expect(const std::string& word, const std::string& arg) {
 }
 
 EditOutcome ScriptUser::EditFile(const std::string& linux_path, std::string* err) {
-  while (!failed() && next_ < lines_.size()) {
-    const std::string& line = lines_[next_++];
+  std::string line;
+  while (!failed() && NextLine(&line)) {
     if (IsDirective(line) && IsComment(line)) continue;
     if (line == "#keep") return EditOutcome::kUnchanged;
     if (line == "#cancel") return EditOutcome::kCancelled;
     if (line != "#edit") break;
     // The new contents: every line up to "#end", taken literally.
     std::string contents;
-    for (;;) {
-      if (next_ >= lines_.size()) {
-        Fail(static_cast<int>(next_), "#edit without #end");
+    for (std::string text;;) {
+      if (!NextLine(&text)) {
+        Fail(line_number_, "#edit without #end");
         return EditOutcome::kCancelled;
       }
-      const std::string& text = lines_[next_++];
       if (text == "#end") break;
       std::string big5;
       if (!ToBig5(text, &big5)) return EditOutcome::kCancelled;
@@ -223,7 +211,7 @@ EditOutcome ScriptUser::EditFile(const std::string& linux_path, std::string* err
     return EditOutcome::kSaved;
   }
   if (!failed())
-    Fail(static_cast<int>(next_), "the host is editing a file: answer with #edit ... #end, #keep or #cancel");
+    Fail(line_number_, "the host is editing a file: answer with #edit ... #end, #keep or #cancel");
   return EditOutcome::kCancelled;
 }
 

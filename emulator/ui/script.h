@@ -5,6 +5,7 @@
 #ifndef VORHOST_UI_SCRIPT_H
 #define VORHOST_UI_SCRIPT_H
 
+#include <istream>
 #include <string>
 #include <vector>
 
@@ -16,12 +17,12 @@ class Host;
 
 class ScriptUser : public User {
  public:
-  // lines are UTF-8; name is used in failure messages ("name:line: ...").
+  // A script of these lines (UTF-8); name is used in failure messages
+  // ("name:line: ...").
   ScriptUser(Host& host, std::string name, std::vector<std::string> lines);
-
-  // Reads a script file, or standard input for "-". False with *err when it
-  // cannot be read.
-  static bool Load(const std::string& path, std::vector<std::string>* lines, std::string* err);
+  // A script read from in, a line at a time as the host asks, so that a
+  // person can type it (in is not owned).
+  ScriptUser(Host& host, std::string name, std::istream* in);
 
   Input Read(Asking asking, std::string_view prompt) override;
   EditOutcome EditFile(const std::string& linux_path, std::string* err) override;
@@ -39,11 +40,15 @@ class ScriptUser : public User {
   bool ExpectOutput(const std::string& text, bool present);
   void Fail(int line, const std::string& message);
   bool ToBig5(const std::string& utf8, std::string* big5);
+  // The next line of the script, without its line end; false at the end.
+  bool NextLine(std::string* line);
 
   Host& host_;
   std::string name_;
   std::vector<std::string> lines_;
-  size_t next_ = 0;            // index of the next line to read
+  size_t next_ = 0;            // index in lines_ of the next line to read
+  std::istream* in_ = nullptr; // where lines come from after lines_
+  int line_number_ = 0;        // of the line read last
   size_t output_cursor_ = 0;   // where the next #expect-output starts looking
   std::string failure_;
 };

@@ -119,6 +119,23 @@ TEST_F(HostApiTest, HelpTopicsAreShownFromTheSearchPath) {
   EXPECT_NE(Output().find("Help file MISSING.HLP not found."), std::string::npos);
 }
 
+TEST_F(HostApiTest, TheSearchPathIsTheCurrentDirectoryAcadThenResources) {
+  WriteFile("SUPPORT/Found.Lin", "*X\r\n");
+  WriteFile("OTHER/FOUND.LIN", "*Y\r\n");
+  WriteFile("OTHER/ONLY.LIN", "*Z\r\n");
+  setenv("ACAD", "Q:\\NOTMOUNTED; c:/support ;C:\\OTHER", 1);
+  EXPECT_EQ(host_->FindFile("FOUND.LIN"), LinuxPath("SUPPORT/Found.Lin"));
+  EXPECT_EQ(host_->FindFile("only.lin"), LinuxPath("OTHER/ONLY.LIN"));
+  WriteFile("only.lin", "*here\r\n");
+  EXPECT_EQ(host_->FindFile("ONLY.LIN"), LinuxPath("only.lin"));
+  EXPECT_EQ(host_->FindFile("C:\\OTHER\\only.lin"), LinuxPath("OTHER/ONLY.LIN"));
+  EXPECT_EQ(host_->FindFile("NOWHERE.LIN"), std::nullopt);
+  std::vector<std::string> path = host_->SearchPath();
+  ASSERT_EQ(path.size(), 4u);
+  EXPECT_EQ(path.back(), Host::ResourceDirectory());
+  unsetenv("ACAD");
+}
+
 TEST_F(HostApiTest, CallStateExistsOnlyDuringAModuleCall) {
   EXPECT_EQ(ads_getargs(), nullptr);
   EXPECT_EQ(ads_getfuncode(), RTERROR);

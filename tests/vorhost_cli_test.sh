@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# vorhost as a program: options, exit statuses, scripts from a file or a pipe.
+set -u
+vorhost=$1
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+fail() { echo "FAIL: $*"; exit 1; }
+
+"$vorhost" --help | grep -q "usage: vorhost" || fail "--help"
+"$vorhost" --bogus >/dev/null 2>&1; [ $? -eq 2 ] || fail "an unknown option must exit 2"
+"$vorhost" --drive Q >/dev/null 2>&1; [ $? -eq 2 ] || fail "a malformed --drive must exit 2"
+"$vorhost" --drive "C=$work/none" x.vor >/dev/null 2>&1; [ $? -eq 2 ] || fail "a missing drive folder must exit 2"
+"$vorhost" missing.vor >/dev/null 2>&1; [ $? -eq 2 ] || fail "a missing script must exit 2"
+"$vorhost" "$work" >/dev/null 2>&1; [ $? -eq 2 ] || fail "a folder as script must exit 2"
+
+printf '(setq a 2)\n#expect-result 3\n' > bad.vor
+"$vorhost" bad.vor >out.txt 2>err.txt; [ $? -eq 1 ] || fail "a failed expectation must exit 1"
+grep -q "^bad.vor:2: expected result 3, got 2" err.txt || fail "failure message: $(cat err.txt)"
+
+mkdir -p d/VOR
+out=$(printf '(setq VORMIS "D:/VOR")\n(VOR_ELINE)\n#expect-no-output error\n' |
+      "$vorhost" --drive "D=$work/d" -) || fail "a script on standard input"
+echo "$out" | grep -q '^Command: (setq VORMIS "D:/VOR")$' || fail "transcript: $out"
+echo "vorhost command line works"
