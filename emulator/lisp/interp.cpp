@@ -2,6 +2,7 @@
 #include "emulator/lisp/interp.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 
 namespace vorhost::lisp {
@@ -110,6 +111,9 @@ bool ArgCount(const std::vector<Value>& args, size_t min, size_t max, std::strin
   return false;
 }
 
+// The language's integers are 32-bit and wrap around, as the host's do.
+long Wrap32(long long v) { return static_cast<int32_t>(static_cast<uint32_t>(v)); }
+
 bool Arithmetic(const std::vector<Value>& args, Value* result, std::string* err, char op) {
   bool real = false;
   for (const Value& a : args) {
@@ -124,22 +128,23 @@ bool Arithmetic(const std::vector<Value>& args, Value* result, std::string* err,
     return true;
   }
   double acc = args[0].Number();
-  long iacc = args[0].integer;
+  long long iacc = args[0].integer;
   if (args.size() == 1 && op == '-') {
-    *result = real ? Value::Real(-acc) : Value::Int(-iacc);
+    *result = real ? Value::Real(-acc) : Value::Int(Wrap32(-iacc));
     return true;
   }
   for (size_t i = 1; i < args.size(); i++) {
     double x = args[i].Number();
-    if (op == '/' && x == 0) {
+    long long ix = args[i].integer;
+    if (op == '/' && (real ? x == 0 : ix == 0)) {
       *err = "divide by zero";
       return false;
     }
     acc = op == '+' ? acc + x : op == '-' ? acc - x : op == '*' ? acc * x : acc / x;
-    long ix = args[i].integer;
-    iacc = op == '+' ? iacc + ix : op == '-' ? iacc - ix : op == '*' ? iacc * ix : (ix ? iacc / ix : 0);
+    if (!real)
+      iacc = Wrap32(op == '+' ? iacc + ix : op == '-' ? iacc - ix : op == '*' ? iacc * ix : iacc / ix);
   }
-  *result = real ? Value::Real(acc) : Value::Int(iacc);
+  *result = real ? Value::Real(acc) : Value::Int(static_cast<long>(iacc));
   return true;
 }
 
