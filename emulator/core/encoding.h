@@ -20,6 +20,12 @@ std::string Big5ToUtf8(std::string_view big5);
 // when the text has a character Big5 cannot hold or is not valid UTF-8.
 bool Utf8ToBig5(std::string_view utf8, std::string* out);
 
+// The length of the character at text[pos]: 2 for a Big5 lead byte
+// (0x81-0xFE) followed by a trail byte (0x40-0x7E or 0xA1-0xFE), else 1.
+// Code that looks for ASCII bytes in Big5 text steps by this, so that a
+// trail byte such as 0x5C is never taken for a backslash.
+size_t Big5CharLength(std::string_view text, size_t pos);
+
 }  // namespace vorhost
 
 #endif

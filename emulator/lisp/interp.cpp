@@ -1,6 +1,8 @@
 // interp.cpp - reader, evaluator and the few built-in functions.
 #include "emulator/lisp/interp.h"
 
+#include "emulator/core/encoding.h"
+
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
@@ -30,6 +32,10 @@ bool ReadString(std::string_view text, size_t* pos, Value* out, std::string* err
   std::string s;
   for (++*pos; *pos < text.size(); ++*pos) {
     char c = text[*pos];
+    if (Big5CharLength(text, *pos) == 2) {  // a trail byte may be a backslash
+      s.append(text.substr((*pos)++, 2));
+      continue;
+    }
     if (c == '"') {
       ++*pos;
       *out = Value::String(std::move(s));

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "emulator/core/alloc.h"
+#include "emulator/core/encoding.h"
 #include "emulator/core/resbuf.h"
 
 namespace vorhost::lisp {
@@ -21,7 +22,12 @@ std::string PrintReal(double r) {
 
 std::string PrintString(const std::string& s) {
   std::string out = "\"";
-  for (char c : s) {
+  for (size_t i = 0; i < s.size(); i++) {
+    char c = s[i];
+    if (Big5CharLength(s, i) == 2) {  // a trail byte may be a backslash
+      out += s.substr(i++, 2);
+      continue;
+    }
     switch (c) {
       case '"': out += "\\\""; break;
       case '\\': out += "\\\\"; break;

@@ -119,15 +119,6 @@ bool MatchesNothing(const std::vector<int>& pattern, size_t p) {
 
 }  // namespace
 
-size_t Big5CharLength(std::string_view text, size_t pos) {
-  if (pos + 1 >= text.size()) return 1;
-  auto lead = static_cast<unsigned char>(text[pos]);
-  auto trail = static_cast<unsigned char>(text[pos + 1]);
-  bool is_lead = lead >= 0x81 && lead <= 0xFE;
-  bool is_trail = (trail >= 0x40 && trail <= 0x7E) || (trail >= 0xA1 && trail <= 0xFE);
-  return is_lead && is_trail ? 2 : 1;
-}
-
 size_t FindLastSeparator(std::string_view dos_path) {
   size_t last = std::string_view::npos;
   for (size_t pos = 0; pos < dos_path.size(); pos += Big5CharLength(dos_path, pos)) {

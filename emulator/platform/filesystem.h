@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "emulator/core/encoding.h"
+
 namespace vorhost {
 
 // The drives the module sees. Each mounted letter stands for one Linux
@@ -88,10 +90,7 @@ FileSystem& Files();
 
 // Helpers for DOS names in Big5, where the second byte of a two-byte
 // character may look like "\" or an ASCII letter and must not be taken
-// for one.
-
-// The length (1 or 2) of the character starting at text[pos].
-size_t Big5CharLength(std::string_view text, size_t pos);
+// for one (see Big5CharLength).
 
 // The position of the last "\" or "/" separator, or npos.
 size_t FindLastSeparator(std::string_view dos_path);

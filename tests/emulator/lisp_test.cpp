@@ -38,6 +38,9 @@ TEST(LispReadTest, ReadsAndPrintsEachKindOfValue) {
       {"  ; a comment\n  x", "X"},
       {"(1 2", "error: malformed list on input"},
       {"\"open", "error: malformed string on input"},
+      // Big5 whose trail byte is a backslash: no escape, printed as read.
+      {"\"\xA5\x5C\"", "\"\xA5\x5C\""},
+      {"\"\xA5\x5C\\\\\"", "\"\xA5\x5C\\\\\""},
       {")", "error: extra right paren on input"},
       {"   ", "error: no expression"},
   };
