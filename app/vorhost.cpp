@@ -47,12 +47,12 @@ bool ParseOptions(int argc, char** argv, Options* opts, std::string* err) {
   for (int i = 1; i < argc; i++) {
     std::string arg = argv[i];
     if (arg == "--drive" || arg.starts_with("--drive=")) {
-      std::string spec = arg == "--drive" ? (i + 1 < argc ? argv[++i] : "") : arg.substr(8);
-      if (spec.size() < 3 || spec[1] != '=' || !std::isalpha(static_cast<unsigned char>(spec[0]))) {
-        *err = "--drive wants X=DIR, got \"" + spec + "\"";
+      std::string mapping = arg == "--drive" ? (i + 1 < argc ? argv[++i] : "") : arg.substr(8);
+      if (mapping.size() < 3 || mapping[1] != '=' || !std::isalpha(static_cast<unsigned char>(mapping[0]))) {
+        *err = "--drive wants X=DIR, got \"" + mapping + "\"";
         return false;
       }
-      opts->drives.emplace_back(spec[0], spec.substr(2));
+      opts->drives.emplace_back(mapping[0], mapping.substr(2));
     } else if (arg.size() > 1 && arg[0] == '-') {
       *err = "unknown option " + arg;
       return false;
