@@ -74,9 +74,9 @@ Host::Host(std::ostream* out) : transcript_(out), lisp_(std::make_unique<lisp::I
   current_host = this;
   sysvars_.SetTextCheck([this](std::string_view name, std::string* value) {
     *value = lisp::UpperName(*value);
-    if (name == "TEXTSTYLE") return tables_.styles().Find(*value) != nullptr;
-    if (name == "CLAYER") return tables_.layers().Find(*value) != nullptr;
-    return tables_.linetypes().Find(*value) != nullptr;
+    if (name == "TEXTSTYLE") return tables().styles().Find(*value) != nullptr;
+    if (name == "CLAYER") return tables().layers().Find(*value) != nullptr;
+    return tables().linetypes().Find(*value) != nullptr;
   });
   DefineBuiltins();
 }
@@ -156,7 +156,7 @@ void Host::NewDrawing() {
   drawing_open_ = false;
   for (const auto& [name, code] : registered_) lisp_->Undefine(name);
   registered_.clear();
-  tables_ = Tables();
+  drawing_ = Drawing();
   lisp_ = std::make_unique<lisp::Interpreter>();
   DefineBuiltins();
   drawing_open_ = true;

@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "emulator/core/sysvars.h"
-#include "emulator/drawing/tables.h"
+#include "emulator/drawing/drawing.h"
 #include "emulator/lisp/interp.h"
 #include "emulator/ui/transcript.h"
 #include "emulator/ui/user.h"
@@ -49,7 +49,8 @@ class Host {
   Transcript& transcript() { return transcript_; }
   SysVarTable& sysvars() { return sysvars_; }
   lisp::Interpreter& lisp() { return *lisp_; }
-  Tables& tables() { return tables_; }
+  Drawing& drawing() { return drawing_; }
+  Tables& tables() { return drawing_.tables(); }
 
   // The user is not owned. With none, every question is cancelled.
   void set_user(User* user) { user_ = user; }
@@ -122,7 +123,7 @@ class Host {
   Transcript transcript_;
   SysVarTable sysvars_;
   std::unique_ptr<lisp::Interpreter> lisp_;
-  Tables tables_;
+  Drawing drawing_;
   User* user_ = nullptr;
   Host* previous_ = nullptr;
 

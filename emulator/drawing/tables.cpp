@@ -22,6 +22,10 @@ class GroupWriter {
   void Real(int code, double v) {
     if (resbuf* rb = Add(code)) rb->resval.rreal = v;
   }
+  void Point(int code, const Point3& p) {
+    if (resbuf* rb = Add(code))
+      for (int i = 0; i < 3; i++) rb->resval.rpoint[i] = p[i];
+  }
   // The list, or nullptr (and nothing leaked) if any step failed.
   resbuf* Finish() {
     if (ok_) return head_.release();
@@ -56,6 +60,12 @@ Tables::Tables() {
   linetypes_.Put(LinetypeRecord{"CONTINUOUS", "Solid line", {}});
 }
 
+double LinetypeRecord::PatternLength() const {
+  double total = 0;
+  for (const LinetypeElement& e : elements) total += std::fabs(e.length);
+  return total;
+}
+
 resbuf* Tables::Search(std::string_view table, std::string_view name) const {
   GroupWriter w;
   if (SymbolTable<StyleRecord>::SameName(table, "STYLE")) {
@@ -82,16 +92,21 @@ resbuf* Tables::Search(std::string_view table, std::string_view name) const {
   } else if (SymbolTable<LinetypeRecord>::SameName(table, "LTYPE")) {
     const LinetypeRecord* t = linetypes_.Find(name);
     if (!t) return nullptr;
-    double total = 0;
-    for (double d : t->dashes) total += std::fabs(d);
     w.Text(0, "LTYPE");
     w.Text(2, t->name);
     w.Short(70, 0);
     w.Text(3, t->description);
     w.Short(72, 'A');
-    w.Short(73, static_cast<short>(t->dashes.size()));
-    w.Real(40, total);
-    for (double d : t->dashes) w.Real(49, d);
+    w.Short(73, static_cast<short>(t->elements.size()));
+    w.Real(40, t->PatternLength());
+    for (const LinetypeElement& e : t->elements) w.Real(49, e.length);
+  } else if (SymbolTable<BlockRecord>::SameName(table, "BLOCK")) {
+    const BlockRecord* b = blocks_.Find(name);
+    if (!b) return nullptr;
+    w.Text(0, "BLOCK");
+    w.Text(2, b->name);
+    w.Short(70, b->flags);
+    w.Point(10, b->base);
   } else {
     return nullptr;
   }

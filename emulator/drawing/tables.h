@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "emulator/drawing/entity.h"
 #include "host/ads.h"
 
 namespace vorhost {
@@ -25,15 +26,37 @@ struct StyleRecord {
 
 struct LayerRecord {
   std::string name;
-  short color = 7;
+  short color = 7;  // negative: the layer is off
   std::string linetype = "CONTINUOUS";
-  short flags = 0;
+  short flags = 0;  // 1: frozen, 4: locked
+};
+
+// A block definition: its entities are drawn relative to base.
+struct BlockRecord {
+  std::string name;
+  Point3 base{0, 0, 0};
+  short flags = 0;  // 2: has attribute definitions
+  std::vector<Entity> entities;
+};
+
+// One element of a linetype's pattern: a dash (length > 0), a gap (< 0) or
+// a dot (0), optionally carrying a text or a shape drawn at its start.
+struct LinetypeElement {
+  enum class Kind { kPlain, kText, kShape };
+  double length = 0;
+  Kind kind = Kind::kPlain;
+  std::string text;    // the text, or the shape's name
+  std::string source;  // the text style, or the shape file
+  double scale = 1, rotation = 0, x = 0, y = 0;  // S=, R= or A= (degrees), X=, Y=
+  bool absolute_rotation = false;
 };
 
 struct LinetypeRecord {
   std::string name;
   std::string description;
-  std::vector<double> dashes;  // positive dash, negative gap, 0 dot
+  std::vector<LinetypeElement> elements;  // empty: a continuous line
+
+  double PatternLength() const;
 };
 
 // Records of one kind, found by name without regard to case.
@@ -83,6 +106,11 @@ class Tables {
   SymbolTable<StyleRecord>& styles() { return styles_; }
   SymbolTable<LayerRecord>& layers() { return layers_; }
   SymbolTable<LinetypeRecord>& linetypes() { return linetypes_; }
+  SymbolTable<BlockRecord>& blocks() { return blocks_; }
+  const SymbolTable<StyleRecord>& styles() const { return styles_; }
+  const SymbolTable<LayerRecord>& layers() const { return layers_; }
+  const SymbolTable<LinetypeRecord>& linetypes() const { return linetypes_; }
+  const SymbolTable<BlockRecord>& blocks() const { return blocks_; }
 
   // The record's data as the host gives it to ads_tblsearch: (0 . "STYLE")
   // (2 . name) and the table's groups; nullptr for an unknown table or name,
@@ -93,6 +121,7 @@ class Tables {
   SymbolTable<StyleRecord> styles_;
   SymbolTable<LayerRecord> layers_;
   SymbolTable<LinetypeRecord> linetypes_;
+  SymbolTable<BlockRecord> blocks_;
 };
 
 }  // namespace vorhost

@@ -1,0 +1,64 @@
+// drawing.h - a drawing: its tables and its entities in drawing order, with
+// the names and handles the host gives them.
+#ifndef VORHOST_DRAWING_DRAWING_H
+#define VORHOST_DRAWING_DRAWING_H
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "emulator/drawing/entity.h"
+#include "emulator/drawing/tables.h"
+
+namespace vorhost {
+
+class Drawing {
+ public:
+  Drawing() = default;
+  Drawing(const Drawing&) = delete;
+  Drawing& operator=(const Drawing&) = delete;
+  Drawing(Drawing&&) = default;
+  Drawing& operator=(Drawing&&) = default;
+
+  Tables& tables() { return tables_; }
+  const Tables& tables() const { return tables_; }
+
+  // Model space in drawing order, sub-entities right after their owner,
+  // erased records included (they are skipped by everything else).
+  const std::vector<Entity>& entities() const { return entities_; }
+
+  // Appends a record and gives it a name and a handle; a sub-entity's owner
+  // is the main entity last appended. Returns the new record's id.
+  uint64_t Append(Entity entity);
+
+  Entity* Find(uint64_t id);
+  const Entity* Find(uint64_t id) const;
+  // The record with this handle, erased or not; nullptr if none.
+  const Entity* FindByHandle(uint32_t handle) const;
+
+  // The record after id in drawing order (the first for id 0), skipping
+  // erased ones; 0 at the end.
+  uint64_t Next(uint64_t id) const;
+  // The last main entity that is not erased; 0 for an empty drawing.
+  uint64_t Last() const;
+  // Erases a main entity with its sub-entities.
+  void Erase(uint64_t id);
+  // Ids of the main entities that are not erased, in order.
+  std::vector<uint64_t> MainEntities() const;
+
+  // The next handle to give (group 5, and the file's $HANDSEED).
+  uint32_t handle_seed() const { return next_handle_; }
+  void set_handle_seed(uint32_t seed) { next_handle_ = seed; }
+
+ private:
+  Tables tables_;
+  std::vector<Entity> entities_;
+  std::map<uint64_t, size_t> index_;  // id -> position in entities_
+  uint32_t next_handle_ = 0x20;
+  uint64_t last_main_ = 0;
+};
+
+}  // namespace vorhost
+
+#endif

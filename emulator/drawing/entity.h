@@ -1,0 +1,86 @@
+// entity.h - one record of a drawing as the host keeps it: a type, a name
+// and handle, the common properties, and the type's own groups in the order
+// the host hands them out. Complex objects are runs of records, as in the
+// host's file format: POLYLINE, its VERTEXes, SEQEND; INSERT, its ATTRIBs,
+// SEQEND.
+//
+// The groups of each type the host makes, in this order (angles in radians):
+//   LINE      10 start, 11 end
+//   CIRCLE    10 centre, 40 radius
+//   ARC       10 centre, 40 radius, 50 start angle, 51 end angle
+//   POLYLINE  66 (1), 10 (0,0,elevation), 70 flags (1 closed), 40/41 default widths
+//   VERTEX    10 location, 40 start width, 41 end width, 42 bulge, 70 flags (0)
+//   TEXT      10 insertion, 40 height, 1 text, 50 rotation, 41 width factor,
+//             51 oblique, 7 style, 71 generation, 72 horizontal justification,
+//             11 alignment point (when 72 or 73 is not 0), 73 vertical justification
+//   INSERT    66 (1 when ATTRIBs follow), 2 block, 10 insertion, 41/42/43 scales,
+//             50 rotation
+//   ATTRIB    10, 40, 1 value, 2 tag, 70 flags, 73 field length (0), 50, 41, 51,
+//             7, 71, 72, 11 (when 72 or 74 is not 0), 74 vertical justification
+//   ATTDEF    as ATTRIB with 1 the default and 3 the prompt after 2
+//   SEQEND    nothing of its own (its owner gives -2)
+// Records of other types, read from files, keep the groups they came with,
+// x/y/z coordinate groups joined into points.
+#ifndef VORHOST_DRAWING_ENTITY_H
+#define VORHOST_DRAWING_ENTITY_H
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace vorhost {
+
+using Point3 = std::array<double, 3>;
+
+// The value of one group: its kind follows from the group code (see
+// ValueOf in core/resbuf.h): texts, reals, points, 16-bit and 32-bit ints.
+using GroupValue = std::variant<std::string, double, Point3, short, long>;
+
+struct Group {
+  int code;
+  GroupValue value;
+};
+
+constexpr short kColorByBlock = 0;
+constexpr short kColorByLayer = 256;
+
+class Entity {
+ public:
+  Entity() = default;
+  explicit Entity(std::string type) : type(std::move(type)) {}
+
+  std::string type;          // "LINE", "VERTEX", "LWPOLYLINE", ...
+  uint64_t id = 0;           // the entity name's number, unique in a session
+  uint32_t handle = 0;       // group 5, unique in the drawing
+  bool erased = false;
+  std::string layer = "0";
+  std::string linetype;      // empty: BYLAYER (no group 6)
+  short color = kColorByLayer;  // 256: BYLAYER (no group 62)
+  uint64_t owner = 0;        // VERTEX, ATTRIB, SEQEND: the id of their main entity
+
+  // Groups other than -1, 0, 5, 6, 8 and 62, in the host's order. Angles
+  // are radians, as ads_entget gives them.
+  std::vector<Group> groups;
+
+  const Group* Find(int code) const;
+  double Real(int code, double fallback = 0) const;
+  Point3 Point(int code) const;  // (0,0,0) when missing
+  short Short(int code, short fallback = 0) const;
+  long Long(int code, long fallback = 0) const;
+  std::string Text(int code, std::string_view fallback = "") const;
+
+  // Replaces the first group of that code, or appends one.
+  void Set(int code, GroupValue value);
+  void Remove(int code);
+
+  // Whether this record belongs to the one before it (VERTEX, ATTRIB,
+  // SEQEND): such records are never main entities.
+  bool IsSubEntity() const { return type == "VERTEX" || type == "ATTRIB" || type == "SEQEND"; }
+};
+
+}  // namespace vorhost
+
+#endif
