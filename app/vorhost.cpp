@@ -10,6 +10,9 @@
 #include <vector>
 
 #include "emulator/host.h"
+#include "emulator/io/dump.h"
+#include "emulator/io/dxf.h"
+#include "emulator/io/svg.h"
 #include "emulator/platform/filesystem.h"
 #include "emulator/ui/script.h"
 #include "host/ads.h"
@@ -26,28 +29,57 @@ const char kUsage[] =
     "start with # and a word are directives; see docs/scripting.md.\n"
     "\n"
     "options:\n"
-    "  --drive X=DIR  make the Linux folder DIR the drive X: (repeatable).\n"
-    "                 Without one for C:, C: is the current directory.\n"
-    "  --help         show this text\n"
+    "  --drive X=DIR    make the Linux folder DIR the drive X: (repeatable).\n"
+    "                   Without one for C:, C: is the current directory.\n"
+    "  --open FILE.dxf  start from this drawing instead of an empty one\n"
+    "  --save FILE.dxf  when the script ends, save the drawing (DXF R12, Big5)\n"
+    "  --svg FILE.svg   when the script ends, write the drawing as SVG\n"
+    "  --dump           when the script ends, print the drawing as text\n"
+    "  --help           show this text\n"
     "\n"
     "The host's search path is the ACAD environment variable (DOS folders\n"
     "separated by ';'), then the host's own resources.\n"
     "\n"
     "Exit status: 0 when the script ran to its end, 1 when one of its lines\n"
     "failed (an expectation, or input that ended while the host was asking),\n"
-    "2 for a usage error or a script that cannot be read.\n";
+    "2 for a usage error, a script or drawing that cannot be read, 3 when a\n"
+    "file to write at the end could not be written.\n";
 
 struct Options {
   std::vector<std::pair<char, std::string>> drives;
   std::string script = "-";
+  std::string open, save, svg;
+  bool dump = false;
 };
+
+// The value of an option given as "--name VALUE" or "--name=VALUE".
+bool OptionValue(int argc, char** argv, int* i, const std::string& name, std::string* value) {
+  std::string arg = argv[*i];
+  if (arg == name) {
+    if (*i + 1 >= argc) return false;
+    *value = argv[++*i];
+    return true;
+  }
+  if (arg.starts_with(name + "=")) {
+    *value = arg.substr(name.size() + 1);
+    return true;
+  }
+  return false;
+}
 
 bool ParseOptions(int argc, char** argv, Options* opts, std::string* err) {
   bool have_script = false;
   for (int i = 1; i < argc; i++) {
     std::string arg = argv[i];
-    if (arg == "--drive" || arg.starts_with("--drive=")) {
-      std::string mapping = arg == "--drive" ? (i + 1 < argc ? argv[++i] : "") : arg.substr(8);
+    std::string mapping;
+    if (OptionValue(argc, argv, &i, "--open", &opts->open) ||
+        OptionValue(argc, argv, &i, "--save", &opts->save) ||
+        OptionValue(argc, argv, &i, "--svg", &opts->svg)) {
+      continue;
+    } else if (arg == "--dump") {
+      opts->dump = true;
+    } else if (arg == "--drive" || arg.starts_with("--drive=")) {
+      OptionValue(argc, argv, &i, "--drive", &mapping);
       if (mapping.size() < 3 || mapping[1] != '=' || !std::isalpha(static_cast<unsigned char>(mapping[0]))) {
         *err = "--drive wants X=DIR, got \"" + mapping + "\"";
         return false;
@@ -75,6 +107,23 @@ bool MountDrives(const Options& opts, std::string* err) {
   }
   if (!have_c) return vorhost::Files().Mount('C', std::filesystem::current_path().string(), err);
   return true;
+}
+
+// Writes what the options ask for once the script has ended; false when a
+// file could not be written (the reason is on standard error).
+bool WriteResults(vorhost::Host& host, const Options& opts) {
+  std::string err;
+  bool ok = true;
+  if (!opts.save.empty() && !vorhost::SaveDxf(host.drawing(), host.sysvars(), opts.save, &err)) {
+    std::cerr << "vorhost: " << err << "\n";
+    ok = false;
+  }
+  if (!opts.svg.empty() && !vorhost::SaveSvg(host.drawing(), host.sysvars(), opts.svg, &err)) {
+    std::cerr << "vorhost: " << err << "\n";
+    ok = false;
+  }
+  if (opts.dump) std::cout << vorhost::DumpDrawing(host.drawing());
+  return ok;
 }
 
 }  // namespace
@@ -108,13 +157,16 @@ int main(int argc, char** argv) {
   vorhost::ScriptUser script(host, opts.script == "-" ? "<stdin>" : opts.script, in);
   host.set_user(&script);
   host.set_echo_answers(!(opts.script == "-" && isatty(STDIN_FILENO)));
+  if (!opts.open.empty() && !host.OpenDrawing(opts.open, &err)) {
+    std::cerr << "vorhost: " << err << "\n";
+    return 2;
+  }
   host.LoadModule(acrxEntryPoint);
   host.Run();
   host.UnloadModule();
   std::cout.flush();
-  if (script.failed()) {
-    std::cerr << script.failure() << "\n";
-    return 1;
-  }
-  return 0;
+  int status = script.failed() ? 1 : 0;
+  if (script.failed()) std::cerr << script.failure() << "\n";
+  if (!WriteResults(host, opts)) status = status ? status : 3;
+  return status;
 }

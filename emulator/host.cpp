@@ -9,6 +9,7 @@
 #include "emulator/core/encoding.h"
 #include "emulator/core/hostfuncs.h"
 #include "emulator/core/resbuf.h"
+#include "emulator/io/dxf.h"
 #include "emulator/platform/filesystem.h"
 
 namespace vorhost {
@@ -20,36 +21,6 @@ std::string_view Trim(std::string_view s) {
   while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
   while (!s.empty() && (s.back() == ' ' || s.back() == '\t' || s.back() == '\r')) s.remove_suffix(1);
   return s;
-}
-
-// Parses what a user types at a system variable's prompt into its type.
-bool ParseSysValue(std::string_view text, const SysValue& like, SysValue* out) {
-  std::string t(text);
-  char* end = nullptr;
-  if (std::holds_alternative<short>(like)) {
-    long v = std::strtol(t.c_str(), &end, 10);
-    if (t.empty() || *end || v < -32768 || v > 32767) return false;
-    *out = static_cast<short>(v);
-  } else if (std::holds_alternative<double>(like)) {
-    double v = std::strtod(t.c_str(), &end);
-    if (t.empty() || *end) return false;
-    *out = v;
-  } else if (std::holds_alternative<Point3>(like)) {
-    Point3 p{0, 0, 0};
-    const char* s = t.c_str();
-    for (int i = 0; i < 3; i++) {
-      p[i] = std::strtod(s, &end);
-      if (end == s) return false;
-      s = end;
-      if (*s != ',') break;
-      s++;
-    }
-    if (*s) return false;
-    *out = p;
-  } else {
-    *out = lisp::UpperName(t);
-  }
-  return true;
 }
 
 // A file named name (Big5) in the Linux folder dir, letters in any case.
@@ -72,13 +43,17 @@ std::optional<std::string> FindInFolder(const std::string& dir, std::string_view
 Host::Host(std::ostream* out) : transcript_(out), lisp_(std::make_unique<lisp::Interpreter>()) {
   previous_ = current_host;
   current_host = this;
+  InstallTextCheck();
+  DefineBuiltins();
+}
+
+void Host::InstallTextCheck() {
   sysvars_.SetTextCheck([this](std::string_view name, std::string* value) {
     *value = lisp::UpperName(*value);
     if (name == "TEXTSTYLE") return tables().styles().Find(*value) != nullptr;
     if (name == "CLAYER") return tables().layers().Find(*value) != nullptr;
     return tables().linetypes().Find(*value) != nullptr;
   });
-  DefineBuiltins();
 }
 
 Host::~Host() {
@@ -90,6 +65,28 @@ Host* Host::Current() { return current_host; }
 
 void Host::DefineBuiltins() {
   DefineHostFunctions(*this);
+  // (command "LINE" '(0 0) '(10 0) ""): answers fed as a program feeds them.
+  lisp_->Define("COMMAND", [this](const std::vector<lisp::Value>& args, lisp::Value*, std::string*) {
+    std::vector<Answer> items;
+    for (const lisp::Value& v : args) {
+      using K = lisp::Value::Kind;
+      if (v.kind == K::kString) items.push_back(Answer::Text(v.text));
+      else if (v.kind == K::kInt) items.push_back(Answer::OfInt(v.integer));
+      else if (v.kind == K::kReal) items.push_back(Answer::OfReal(v.real));
+      else if (v.kind == K::kList && v.items.size() >= 2 && v.items.size() <= 3 && v.items[0].IsNumber())
+        items.push_back(Answer::OfPoint({v.items[0].Number(), v.items[1].Number(),
+                                         v.items.size() == 3 ? v.items[2].Number() : 0.0}));
+      else if (v.kind == K::kEname) {
+        Answer a;
+        a.kind = Answer::Kind::kName;
+        a.entities = {EntityId(v.ename)};
+        items.push_back(a);
+      } else items.push_back(Answer::Enter());
+    }
+    if (items.empty()) CancelCommand();
+    else FeedCommand(items);
+    return true;
+  });
   lisp_->Define("GETVAR", [this](const std::vector<lisp::Value>& args, lisp::Value* r,
                                  std::string* err) {
     if (args.size() != 1 || args[0].kind != lisp::Value::Kind::kString) {
@@ -151,12 +148,31 @@ void Host::UnloadModule() {
   entry_ = nullptr;
 }
 
-void Host::NewDrawing() {
+void Host::NewDrawing() { ReplaceDrawing(Drawing(), SysVarTable()); }
+
+bool Host::OpenDrawing(const std::string& linux_path, std::string* err) {
+  Drawing drawing;
+  SysVarTable vars;
+  if (!OpenDxf(linux_path, &drawing, &vars, err)) return false;
+  std::filesystem::path path(linux_path);
+  std::string name = path.filename().string();
+  vars.Force("DWGNAME", name);
+  ReplaceDrawing(std::move(drawing), std::move(vars));
+  return true;
+}
+
+void Host::ReplaceDrawing(Drawing drawing, SysVarTable vars) {
+  CancelCommand();
   if (entry_) entry_(kUnloadDwgMsg, nullptr);
   drawing_open_ = false;
   for (const auto& [name, code] : registered_) lisp_->Undefine(name);
   registered_.clear();
-  drawing_ = Drawing();
+  drawing_ = std::move(drawing);
+  sysvars_ = std::move(vars);
+  InstallTextCheck();
+  selection_sets_.clear();
+  previous_selection_.clear();
+  last_text_ = 0;
   lisp_ = std::make_unique<lisp::Interpreter>();
   DefineBuiltins();
   drawing_open_ = true;
@@ -279,35 +295,152 @@ void Host::EvaluateLine(std::string_view line) {
     }
     last_value_ = value;
     if (value.kind != lisp::Value::Kind::kVoid) transcript_.WriteLine(lisp::Print(value));
+    // A command that a program left pending goes on with the user.
+    FinishCommand();
   }
 }
 
-void Host::RunCommand(std::string_view typed) {
-  std::string name = lisp::UpperName(typed);
-  if (!name.empty() && (name[0] == '-' || name[0] == '_' || name[0] == '.'))
-    name.erase(0, 1);
-  if (name == "NEW") {
+// ---- Commands ----------------------------------------------------------------------
+
+bool Host::StartCommand(std::string_view typed, bool echo) {
+  std::string name = lisp::UpperName(Trim(typed));
+  while (!name.empty() && (name[0] == '-' || name[0] == '_' || name[0] == '.')) name.erase(0, 1);
+  if (name == "NEW") {  // replaces the drawing and the command language with it
     NewDrawing();
-    return;
+    return true;
   }
-  const SysVar* var = sysvars_.Find(name);
-  if (!var) {
+  std::unique_ptr<Command> command = MakeCommand(*this, name);
+  if (!command) {
     transcript_.WriteLine("Unknown command \"" + name + "\".  Press F1 for help.");
-    return;
+    return false;
   }
-  if (var->read_only) {
-    transcript_.WriteLine(name + " = " + FormatSysValue(var->value) + " (read only)");
-    return;
-  }
-  for (;;) {
-    Input in = Ask("\nNew value for " + name + " <" + FormatSysValue(var->value) + ">: ");
-    if (in.kind != Input::Kind::kLine || Trim(in.text).empty()) return;
-    SysValue value;
-    std::string why = "Invalid value.";
-    if (ParseSysValue(Trim(in.text), var->value, &value) && sysvars_.Set(name, value, &why))
+  command_ = std::move(command);
+  command_echo_ = echo;
+  if (command_->Begin() == Step::kDone) command_.reset();
+  return true;
+}
+
+void Host::RunCommand(std::string_view typed) {
+  if (StartCommand(typed, true)) FinishCommand();
+}
+
+void Host::FinishCommand() {
+  command_echo_ = true;
+  while (command_) {
+    Input in = Ask(command_->Prompt());
+    if (in.kind != Input::Kind::kLine) {
+      CancelCommand();
       return;
-    transcript_.WriteLine(why);
+    }
+    switch (command_->Feed(Answer::Text(in.text))) {
+      case Step::kDone: command_.reset(); break;
+      case Step::kReject: transcript_.WriteLine(command_->refusal()); break;
+      case Step::kAsk: break;
+    }
   }
+}
+
+void Host::CancelCommand() {
+  if (!command_) return;
+  std::unique_ptr<Command> command = std::move(command_);
+  command->Cancelled();
+}
+
+int Host::FeedCommand(const std::vector<Answer>& items) {
+  SysValue echo;
+  bool echo_on = !sysvars_.Get("CMDECHO", &echo) || std::get<short>(echo) != 0;
+  for (const Answer& item : items) {
+    if (!command_) {
+      if (item.kind != Answer::Kind::kText || item.IsEnter()) return RTREJ;
+      if (echo_on) transcript_.WriteLine("Command: " + item.text);
+      if (!StartCommand(item.text, echo_on)) return RTREJ;
+      continue;
+    }
+    Answer answer = item;
+    if (item.kind == Answer::Kind::kText && item.text == "\\") {  // PAUSE: the user answers
+      Input in = Ask(command_->Prompt());
+      if (in.kind != Input::Kind::kLine) {
+        CancelCommand();
+        return RTCAN;
+      }
+      answer = Answer::Text(in.text);
+    } else if (command_echo_) {
+      transcript_.Write(command_->Prompt());
+      transcript_.Write(answer.Echo());
+    }
+    switch (command_->Feed(answer)) {
+      case Step::kDone: command_.reset(); break;
+      case Step::kAsk: break;
+      case Step::kReject:
+        transcript_.WriteLine(command_->refusal());
+        CancelCommand();
+        transcript_.WriteLine("*Cancel*");
+        return RTREJ;
+    }
+  }
+  return RTNORM;
+}
+
+void Host::CommandMessage(std::string_view text) {
+  if (command_echo_) transcript_.WriteLine(text);
+}
+
+Entity Host::NewEntity(std::string type) const {
+  Entity e(std::move(type));
+  SysValue v;
+  if (sysvars_.Get("CLAYER", &v)) e.layer = std::get<std::string>(v);
+  if (sysvars_.Get("CELTYPE", &v) && std::get<std::string>(v) != "BYLAYER")
+    e.linetype = std::get<std::string>(v);
+  if (sysvars_.Get("CECOLOR", &v)) {
+    const std::string& c = std::get<std::string>(v);
+    e.color = c == "BYLAYER" ? kColorByLayer : c == "BYBLOCK" ? kColorByBlock
+                                                                : static_cast<short>(std::atoi(c.c_str()));
+  }
+  return e;
+}
+
+Point3 Host::LastPoint() const {
+  SysValue v;
+  return sysvars_.Get("LASTPOINT", &v) ? std::get<Point3>(v) : Point3{0, 0, 0};
+}
+
+void Host::SetLastPoint(const Point3& p) { sysvars_.Force("LASTPOINT", p); }
+
+// ---- Names and selection sets ---------------------------------------------------------
+
+namespace {
+constexpr long kEntityTag = 0x454E54;  // "ENT"
+constexpr long kSetTag = 0x534554;     // "SET"
+constexpr size_t kMaxSelectionSets = 128;
+}  // namespace
+
+void Host::EntityName(uint64_t id, long name[2]) {
+  name[0] = static_cast<long>(id);
+  name[1] = kEntityTag;
+}
+
+uint64_t Host::EntityId(const long name[2]) {
+  return name && name[1] == kEntityTag && name[0] > 0 ? static_cast<uint64_t>(name[0]) : 0;
+}
+
+bool Host::AddSelectionSet(std::vector<uint64_t> members, long name[2]) {
+  if (selection_sets_.size() >= kMaxSelectionSets) return false;
+  name[0] = next_selection_set_++;
+  name[1] = kSetTag;
+  selection_sets_[name[0]] = std::move(members);
+  return true;
+}
+
+const std::vector<uint64_t>* Host::SelectionSet(const long name[2]) const {
+  if (!name || name[1] != kSetTag) return nullptr;
+  auto it = selection_sets_.find(name[0]);
+  return it == selection_sets_.end() ? nullptr : &it->second;
+}
+
+bool Host::FreeSelectionSet(const long name[2]) {
+  if (!SelectionSet(name)) return false;
+  selection_sets_.erase(name[0]);
+  return true;
 }
 
 void Host::Alert(std::string_view message) {

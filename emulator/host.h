@@ -6,6 +6,7 @@
 #ifndef VORHOST_HOST_H
 #define VORHOST_HOST_H
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <ostream>
@@ -13,6 +14,7 @@
 #include <string_view>
 #include <vector>
 
+#include "emulator/commands/command.h"
 #include "emulator/core/sysvars.h"
 #include "emulator/drawing/drawing.h"
 #include "emulator/lisp/interp.h"
@@ -65,6 +67,10 @@ class Host {
   // Closes the drawing (message 4) and opens a new one (message 3): the
   // command language starts afresh, as the host does for each drawing.
   void NewDrawing();
+  // Replaces the drawing by the DXF file at linux_path, with the header
+  // variables it holds, as NewDrawing does; false with *err (and the drawing
+  // unchanged) when the file cannot be read.
+  bool OpenDrawing(const std::string& linux_path, std::string* err);
   // The application pointer handed over with message 1; acrxUnlockApplication
   // with it allows the host to unload the module.
   void* app_id() { return &app_id_; }
@@ -84,6 +90,44 @@ class Host {
                   std::string* err);
   // The call in progress, or null.
   ModuleCall* call() { return calls_.empty() ? nullptr : calls_.back().get(); }
+
+  // ---- Commands ------------------------------------------------------------
+  bool command_pending() const { return command_ != nullptr; }
+  // Feeds a program's answers (ads_command): the first text starts a
+  // command when none is pending; a command may stay pending after the
+  // last item. RTNORM, or RTREJ when an answer was refused (the command is
+  // cancelled) or the command is unknown. Prompts and answers are shown
+  // when CMDECHO is not 0; refusals always.
+  int FeedCommand(const std::vector<Answer>& items);
+  // Lets the user answer a pending command until it ends.
+  void FinishCommand();
+  // Cancels a pending command.
+  void CancelCommand();
+  // Text a command prints, such as "Linetype DASHED loaded.": shown when
+  // the command's prompts are.
+  void CommandMessage(std::string_view text);
+  // A new record of the given type on the current layer, with the current
+  // linetype and colour.
+  Entity NewEntity(std::string type) const;
+  // The last point given to a command (LASTPOINT), for relative input.
+  Point3 LastPoint() const;
+  void SetLastPoint(const Point3& p);
+  // The text TEXT wrote last, under which Enter at its first prompt writes.
+  uint64_t last_text() const { return last_text_; }
+  void set_last_text(uint64_t id) { last_text_ = id; }
+
+  // ---- Selection sets ------------------------------------------------------
+  // Keeps a set of entity ids and names it; false when too many are open.
+  bool AddSelectionSet(std::vector<uint64_t> members, long name[2]);
+  // The members of a named set, or nullptr.
+  const std::vector<uint64_t>* SelectionSet(const long name[2]) const;
+  bool FreeSelectionSet(const long name[2]);
+  // What the last completed selection held ("P" selects it again).
+  std::vector<uint64_t>& previous_selection() { return previous_selection_; }
+
+  // Entity names: {id, tag}; 0 for a name that is not an entity's.
+  static void EntityName(uint64_t id, long name[2]);
+  static uint64_t EntityId(const long name[2]);
 
   // ---- The command line --------------------------------------------------
   // Shows prompt (Big5) and reads the user's answer, echoing it. An answer
@@ -116,8 +160,13 @@ class Host {
 
  private:
   void DefineBuiltins();
+  // Closes the drawing (message 4), puts in the new one, starts the command
+  // language afresh and opens it (message 3).
+  void ReplaceDrawing(Drawing drawing, SysVarTable vars);
+  void InstallTextCheck();
   void EvaluateLine(std::string_view line);
   void RunCommand(std::string_view name);
+  bool StartCommand(std::string_view typed, bool echo);
   void RegisterInLisp(const std::string& name, short code);
 
   Transcript transcript_;
@@ -135,6 +184,13 @@ class Host {
   std::vector<std::unique_ptr<ModuleCall>> calls_;
   lisp::Value last_value_;
   bool echo_answers_ = true;
+
+  std::unique_ptr<Command> command_;
+  bool command_echo_ = true;  // prompts and answers of the pending command shown
+  std::map<long, std::vector<uint64_t>> selection_sets_;
+  long next_selection_set_ = 1;
+  std::vector<uint64_t> previous_selection_;
+  uint64_t last_text_ = 0;
 };
 
 }  // namespace vorhost

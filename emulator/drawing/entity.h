@@ -50,7 +50,7 @@ constexpr short kColorByLayer = 256;
 class Entity {
  public:
   Entity() = default;
-  explicit Entity(std::string type) : type(std::move(type)) {}
+  explicit Entity(std::string kind) : type(std::move(kind)) {}
 
   std::string type;          // "LINE", "VERTEX", "LWPOLYLINE", ...
   uint64_t id = 0;           // the entity name's number, unique in a session

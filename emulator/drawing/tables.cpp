@@ -97,9 +97,12 @@ resbuf* Tables::Search(std::string_view table, std::string_view name) const {
     w.Short(70, 0);
     w.Text(3, t->description);
     w.Short(72, 'A');
-    w.Short(73, static_cast<short>(t->elements.size()));
+    short dashes = 0;
+    for (const LinetypeElement& e : t->elements) dashes += e.kind == LinetypeElement::Kind::kPlain;
+    w.Short(73, dashes);
     w.Real(40, t->PatternLength());
-    for (const LinetypeElement& e : t->elements) w.Real(49, e.length);
+    for (const LinetypeElement& e : t->elements)
+      if (e.kind == LinetypeElement::Kind::kPlain) w.Real(49, e.length);
   } else if (SymbolTable<BlockRecord>::SameName(table, "BLOCK")) {
     const BlockRecord* b = blocks_.Find(name);
     if (!b) return nullptr;

@@ -40,7 +40,8 @@ struct BlockRecord {
 };
 
 // One element of a linetype's pattern: a dash (length > 0), a gap (< 0) or
-// a dot (0), optionally carrying a text or a shape drawn at its start.
+// a dot (0); or, with length 0, a text or a shape drawn where the element
+// before it ends.
 struct LinetypeElement {
   enum class Kind { kPlain, kText, kShape };
   double length = 0;

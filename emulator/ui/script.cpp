@@ -9,6 +9,7 @@
 #include "emulator/core/alloc.h"
 #include "emulator/core/encoding.h"
 #include "emulator/host.h"
+#include "emulator/io/dump.h"
 #include "emulator/platform/filesystem.h"
 
 namespace vorhost {
@@ -157,6 +158,14 @@ bool ScriptUser::Expect(const std::string& word, const std::string& arg) {
     std::string got = Big5ToUtf8(FormatSysValue(value));
     if (SameNumberOrText(got, want)) return true;
     Fail(num, "expected " + name + " = " + want + ", got " + got);
+    return false;
+  }
+  if (word == "expect-drawing" || word == "expect-no-drawing") {
+    std::string dump = DumpDrawing(host_.drawing());
+    bool found = dump.find(arg) != std::string::npos;
+    if (found == (word == "expect-drawing")) return true;
+    Fail(num, std::string(found ? "the drawing holds: " : "the drawing does not hold: ") + arg +
+                  "\n--- the drawing ---\n" + dump);
     return false;
   }
   if (word == "expect-file" || word == "expect-no-file") {

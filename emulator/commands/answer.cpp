@@ -1,0 +1,132 @@
+// answer.cpp - reading typed answers.
+#include "emulator/commands/answer.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+
+#include "emulator/core/encoding.h"
+
+namespace vorhost {
+namespace {
+
+std::string_view TrimBlanks(std::string_view s) {
+  while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
+  while (!s.empty() && (s.back() == ' ' || s.back() == '\t')) s.remove_suffix(1);
+  return s;
+}
+
+// A whole text that is one decimal number (no hexadecimal, inf or nan).
+std::optional<double> ParseNumber(std::string_view s) {
+  s = TrimBlanks(s);
+  if (s.empty()) return std::nullopt;
+  if (s.front() == '+') s.remove_prefix(1);
+  for (char c : s)
+    if (!(c >= '0' && c <= '9') && c != '.' && c != '-' && c != 'e' && c != 'E' && c != '+')
+      return std::nullopt;
+  double v = 0;
+  auto [end, ec] = std::from_chars(s.data(), s.data() + s.size(), v);
+  if (ec != std::errc() || end != s.data() + s.size() || !std::isfinite(v)) return std::nullopt;
+  return v;
+}
+
+std::optional<Point3> ParseCoordinates(std::string_view s) {
+  Point3 p{0, 0, 0};
+  int n = 0;
+  while (n < 3) {
+    size_t comma = s.find(',');
+    auto v = ParseNumber(s.substr(0, comma));
+    if (!v) return std::nullopt;
+    p[n++] = *v;
+    if (comma == std::string_view::npos) break;
+    s.remove_prefix(comma + 1);
+    if (n == 3) return std::nullopt;
+  }
+  if (n < 2) return std::nullopt;
+  return p;
+}
+
+}  // namespace
+
+std::string FormatNumber(double v) {
+  if (v == 0) return "0";
+  char buf[64];
+  std::snprintf(buf, sizeof buf, "%.6f", v);
+  std::string s = buf;
+  while (s.back() == '0') s.pop_back();
+  if (s.back() == '.') s.pop_back();
+  return s;
+}
+
+std::string FormatPoint(const Point3& p) {
+  return FormatNumber(p[0]) + "," + FormatNumber(p[1]) + "," + FormatNumber(p[2]);
+}
+
+std::string Answer::Echo() const {
+  switch (kind) {
+    case Kind::kText: return text;
+    case Kind::kPoint: return FormatPoint(point);
+    case Kind::kReal: return FormatNumber(real);
+    case Kind::kInt: return std::to_string(integer);
+    case Kind::kName: return "<Entity>";
+    case Kind::kSet: return "<Selection set: " + std::to_string(entities.size()) + ">";
+  }
+  return "";
+}
+
+std::optional<double> AnswerReal(const Answer& a) {
+  if (a.kind == Answer::Kind::kReal) return a.real;
+  if (a.kind == Answer::Kind::kInt) return static_cast<double>(a.integer);
+  if (a.kind == Answer::Kind::kText) return ParseNumber(a.text);
+  return std::nullopt;
+}
+
+std::optional<long> AnswerInt(const Answer& a, long lo, long hi) {
+  std::optional<double> v = AnswerReal(a);
+  if (!v || *v != std::floor(*v) || *v < lo || *v > hi) return std::nullopt;
+  return static_cast<long>(*v);
+}
+
+std::optional<Point3> AnswerPoint(const Answer& a, const Point3& last) {
+  if (a.kind == Answer::Kind::kPoint) return a.point;
+  if (a.kind != Answer::Kind::kText) return std::nullopt;
+  std::string_view s = TrimBlanks(a.text);
+  if (s.empty() || s.front() != '@') return ParseCoordinates(s);
+  s.remove_prefix(1);
+  if (s.empty()) return last;
+  if (size_t lt = s.find('<'); lt != std::string_view::npos) {
+    auto dist = ParseNumber(s.substr(0, lt));
+    auto angle = ParseNumber(s.substr(lt + 1));
+    if (!dist || !angle) return std::nullopt;
+    double rad = *angle * M_PI / 180;
+    return Point3{last[0] + *dist * std::cos(rad), last[1] + *dist * std::sin(rad), last[2]};
+  }
+  auto d = ParseCoordinates(s);
+  if (!d) return std::nullopt;
+  return Point3{last[0] + (*d)[0], last[1] + (*d)[1], last[2] + (*d)[2]};
+}
+
+std::string UpperAscii(std::string_view s) {
+  std::string out(s);
+  for (size_t i = 0; i < out.size(); i += Big5CharLength(out, i))
+    if (out[i] >= 'a' && out[i] <= 'z') out[i] = static_cast<char>(out[i] - 'a' + 'A');
+  return out;
+}
+
+std::string MatchKeyword(std::string_view typed, std::initializer_list<std::string_view> options) {
+  std::string answer = UpperAscii(TrimBlanks(typed));
+  if (answer.empty()) return "";
+  for (std::string_view option : options) {
+    size_t shortest = 0;
+    while (shortest < option.size() && !(option[shortest] >= 'a' && option[shortest] <= 'z'))
+      shortest++;
+    std::string full = UpperAscii(option);
+    if (shortest == 0) shortest = full.size();
+    if (answer.size() >= shortest && answer.size() <= full.size() &&
+        full.compare(0, answer.size(), answer) == 0)
+      return full;
+  }
+  return "";
+}
+
+}  // namespace vorhost

@@ -1,0 +1,68 @@
+// answer.h - what a command is given at a prompt: a text the user typed, or
+// a value a program sent through ads_command; and the readers that turn
+// typed texts into points, numbers and keywords as the command line does.
+#ifndef VORHOST_COMMANDS_ANSWER_H
+#define VORHOST_COMMANDS_ANSWER_H
+
+#include <cstdint>
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "emulator/drawing/entity.h"
+
+namespace vorhost {
+
+struct Answer {
+  enum class Kind {
+    kText,   // typed, or RTSTR; "" is Enter
+    kPoint,  // RT3DPOINT, RTPOINT
+    kReal,   // RTREAL, RTANG (an angle in degrees)
+    kInt,    // RTSHORT, RTLONG
+    kName,   // RTENAME: an entity
+    kSet,    // RTPICKS: a selection set's members
+  };
+  Kind kind = Kind::kText;
+  std::string text;
+  Point3 point{0, 0, 0};
+  double real = 0;
+  long integer = 0;
+  std::vector<uint64_t> entities;  // kName: one; kSet: the members
+
+  static Answer Text(std::string t) { Answer a; a.text = std::move(t); return a; }
+  static Answer Enter() { return Text(""); }
+  static Answer OfPoint(const Point3& p) { Answer a; a.kind = Kind::kPoint; a.point = p; return a; }
+  static Answer OfReal(double r) { Answer a; a.kind = Kind::kReal; a.real = r; return a; }
+  static Answer OfInt(long i) { Answer a; a.kind = Kind::kInt; a.integer = i; return a; }
+
+  bool IsEnter() const { return kind == Kind::kText && text.empty(); }
+  // How the command line shows the answer after its prompt.
+  std::string Echo() const;
+};
+
+// A number as the command line shows it: "2.5", "100", "-90".
+std::string FormatNumber(double v);
+std::string FormatPoint(const Point3& p);
+
+// The answer as a real: a number sent, or a typed decimal number.
+std::optional<double> AnswerReal(const Answer& a);
+// The answer as a point. Typed forms: "x,y" and "x,y,z"; "@dx,dy[,dz]"
+// relative to last; "@dist<angle" polar from last; "@" is last itself.
+std::optional<Point3> AnswerPoint(const Answer& a, const Point3& last);
+// The answer as a whole number in [lo, hi].
+std::optional<long> AnswerInt(const Answer& a, long lo, long hi);
+
+// The keyword of options that a typed answer names, or "" when none does.
+// Options are written as the host shows them, the capitals being the
+// shortest form ("LAyer" takes "LA", "LAY", "LAYER"); answers are
+// case-blind.
+std::string MatchKeyword(std::string_view typed, std::initializer_list<std::string_view> options);
+
+// ASCII upper case, byte by byte, stepping over Big5 characters.
+std::string UpperAscii(std::string_view s);
+
+}  // namespace vorhost
+
+#endif

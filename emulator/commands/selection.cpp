@@ -1,0 +1,171 @@
+// selection.cpp - collecting objects.
+#include "emulator/commands/selection.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+
+#include "emulator/drawing/geometry.h"
+#include "emulator/host.h"
+
+namespace vorhost {
+namespace {
+
+// How near, in drawing units, a pick must come to an object's outline.
+double PickBox(const Drawing& drawing) {
+  Box all;
+  for (uint64_t id : drawing.MainEntities()) {
+    Box b = EntityBox(drawing, id);
+    if (!b.empty) {
+      all.Add(b.lo);
+      all.Add(b.hi);
+    }
+  }
+  if (all.empty) return 1;
+  return std::max(1.0, 0.01 * std::hypot(all.hi[0] - all.lo[0], all.hi[1] - all.lo[1]));
+}
+
+double SegmentDistance(const Point3& p, const Point3& a, const Point3& b) {
+  double dx = b[0] - a[0], dy = b[1] - a[1], len2 = dx * dx + dy * dy;
+  double t = len2 == 0 ? 0 : std::clamp(((p[0] - a[0]) * dx + (p[1] - a[1]) * dy) / len2, 0.0, 1.0);
+  return std::hypot(p[0] - (a[0] + t * dx), p[1] - (a[1] + t * dy));
+}
+
+}  // namespace
+
+std::string ObjectSelector::Prompt() const {
+  switch (state_) {
+    case State::kFirstCorner: return "\nFirst corner: ";
+    case State::kOtherCorner: return "\nOther corner: ";
+    case State::kHandle: return "\nEnter handle: ";
+    case State::kObjects: break;
+  }
+  return removing_ ? "\nRemove objects: " : "\nSelect objects: ";
+}
+
+void ObjectSelector::Take(const std::vector<uint64_t>& candidates) {
+  std::vector<uint64_t> found;
+  for (uint64_t id : candidates) {
+    const Entity* e = host_.drawing().Find(id);
+    if (e && !e->erased && !e->IsSubEntity()) found.push_back(id);
+  }
+  size_t before = selected_.size(), duplicates = 0;
+  for (uint64_t id : found) {
+    auto it = std::find(selected_.begin(), selected_.end(), id);
+    if (removing_) {
+      if (it != selected_.end()) selected_.erase(it);
+    } else if (it == selected_.end()) {
+      selected_.push_back(id);
+    } else {
+      duplicates++;
+    }
+  }
+  std::string message = std::to_string(found.size()) + " found";
+  if (duplicates) message += " (" + std::to_string(duplicates) + " duplicate)";
+  if (removing_) message += ", " + std::to_string(before - selected_.size()) + " removed";
+  host_.CommandMessage(message);
+}
+
+Step ObjectSelector::Corner(const Answer& answer) {
+  std::optional<Point3> p = AnswerPoint(answer, host_.LastPoint());
+  if (!p) {
+    refusal_ = "Invalid point.";
+    return Step::kReject;
+  }
+  if (state_ == State::kFirstCorner) {
+    first_corner_ = *p;
+    state_ = State::kOtherCorner;
+    return Step::kAsk;
+  }
+  std::vector<uint64_t> found;
+  const Drawing& drawing = host_.drawing();
+  for (uint64_t id : drawing.MainEntities()) {
+    std::vector<Chain> outline = EntityOutline(drawing, id);
+    if (crossing_ ? CrossesWindow(outline, first_corner_, *p) : InsideWindow(outline, first_corner_, *p))
+      found.push_back(id);
+  }
+  state_ = State::kObjects;
+  Take(found);
+  return Step::kAsk;
+}
+
+Step ObjectSelector::Pick(const Point3& p) {
+  const Drawing& drawing = host_.drawing();
+  double best = PickBox(drawing);
+  uint64_t chosen = 0;
+  for (uint64_t id : drawing.MainEntities())
+    for (const Chain& c : EntityOutline(drawing, id))
+      for (size_t k = 0; k < c.size(); k++) {
+        double d = c.size() == 1 ? std::hypot(p[0] - c[0][0], p[1] - c[0][1])
+                                 : (k + 1 < c.size() ? SegmentDistance(p, c[k], c[k + 1])
+                                                     : std::numeric_limits<double>::max());
+        if (d <= best) {
+          best = d;
+          chosen = id;
+        }
+      }
+  if (!chosen) {
+    host_.CommandMessage("0 found");
+    return Step::kAsk;
+  }
+  Take({chosen});
+  return Step::kAsk;
+}
+
+Step ObjectSelector::Feed(const Answer& answer) {
+  if (state_ == State::kFirstCorner || state_ == State::kOtherCorner) return Corner(answer);
+  const Drawing& drawing = host_.drawing();
+  if (state_ == State::kHandle) {
+    state_ = State::kObjects;
+    char* end = nullptr;
+    unsigned long handle = std::strtoul(answer.text.c_str(), &end, 16);
+    const Entity* e = answer.text.empty() || *end ? nullptr : drawing.FindByHandle(static_cast<uint32_t>(handle));
+    if (!e || e->erased || e->IsSubEntity()) {
+      refusal_ = "No object has the handle " + answer.text + ".";
+      return Step::kReject;
+    }
+    Take({e->id});
+    return Step::kAsk;
+  }
+  switch (answer.kind) {
+    case Answer::Kind::kName:
+    case Answer::Kind::kSet: {
+      bool any = std::any_of(answer.entities.begin(), answer.entities.end(), [&](uint64_t id) {
+        const Entity* e = drawing.Find(id);
+        return e && !e->erased && !e->IsSubEntity();
+      });
+      if (!any) {
+        refusal_ = "Invalid selection.";
+        return Step::kReject;
+      }
+      Take(answer.entities);
+      return Step::kAsk;
+    }
+    case Answer::Kind::kPoint: return Pick(answer.point);
+    default: break;
+  }
+  if (answer.IsEnter()) {
+    host_.previous_selection() = selected_;
+    return Step::kDone;
+  }
+  if (std::optional<Point3> p = AnswerPoint(answer, host_.LastPoint())) return Pick(*p);
+  std::string key = MatchKeyword(answer.text, {"ALL", "Last", "Window", "Crossing", "Handle",
+                                               "Previous", "Remove", "Add"});
+  if (key == "ALL") Take(drawing.MainEntities());
+  else if (key == "LAST") Take(drawing.Last() ? std::vector<uint64_t>{drawing.Last()} : std::vector<uint64_t>{});
+  else if (key == "PREVIOUS") Take(host_.previous_selection());
+  else if (key == "REMOVE") removing_ = true;
+  else if (key == "ADD") removing_ = false;
+  else if (key == "HANDLE") state_ = State::kHandle;
+  else if (key == "WINDOW" || key == "CROSSING") {
+    crossing_ = key == "CROSSING";
+    state_ = State::kFirstCorner;
+  } else {
+    refusal_ = "*Invalid selection*\nExpects a point or Window/Last/Crossing/ALL/Previous/Remove/Add/Handle";
+    return Step::kReject;
+  }
+  return Step::kAsk;
+}
+
+}  // namespace vorhost

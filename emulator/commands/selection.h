@@ -1,0 +1,51 @@
+// selection.h - "Select objects:": the host's way of collecting objects for
+// a command or for ads_ssget, one answer at a time.
+#ifndef VORHOST_COMMANDS_SELECTION_H
+#define VORHOST_COMMANDS_SELECTION_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "emulator/commands/command.h"
+
+namespace vorhost {
+
+// Answers it takes, until Enter: ALL; L (the last object); W or C and two
+// corners (objects inside the window, or also those crossing it); H and a
+// handle; P (the previous selection); R and A to switch between removing
+// and adding; a point (the object passing nearest within the pick box);
+// from programs, entity names and selection sets. Only main entities
+// that are not erased are ever selected.
+class ObjectSelector {
+ public:
+  explicit ObjectSelector(Host& host) : host_(host) {}
+
+  std::string Prompt() const;
+  // kDone when Enter ended the selection, kAsk for more, kReject with
+  // refusal() for an answer it does not understand.
+  Step Feed(const Answer& answer);
+
+  const std::vector<uint64_t>& selected() const { return selected_; }
+  const std::string& refusal() const { return refusal_; }
+
+ private:
+  enum class State { kObjects, kFirstCorner, kOtherCorner, kHandle };
+  // Adds (or removes) the candidates that are main entities still in the
+  // drawing, and says how many were found.
+  void Take(const std::vector<uint64_t>& candidates);
+  Step Corner(const Answer& answer);
+  Step Pick(const Point3& p);
+
+  Host& host_;
+  State state_ = State::kObjects;
+  bool removing_ = false;
+  bool crossing_ = false;
+  Point3 first_corner_{0, 0, 0};
+  std::vector<uint64_t> selected_;
+  std::string refusal_;
+};
+
+}  // namespace vorhost
+
+#endif

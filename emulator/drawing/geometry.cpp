@@ -1,0 +1,221 @@
+// geometry.cpp - outlines of entities.
+#include "emulator/drawing/geometry.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "emulator/drawing/textmetric.h"
+
+namespace vorhost {
+namespace {
+
+constexpr int kArcSteps = 32;  // samples of a full circle
+constexpr int kMaxBlockDepth = 8;
+
+// Applies an insert's transform (scale, rotate, move) to a point of its block.
+struct Transform {
+  Point3 base{0, 0, 0}, at{0, 0, 0};
+  double sx = 1, sy = 1, rotation = 0;
+  Point3 Apply(const Point3& p) const {
+    double x = (p[0] - base[0]) * sx, y = (p[1] - base[1]) * sy;
+    double c = std::cos(rotation), s = std::sin(rotation);
+    return {at[0] + x * c - y * s, at[1] + x * s + y * c, at[2] + p[2] - base[2]};
+  }
+};
+
+// Transforms applied to a block's points, innermost first.
+using Transforms = std::vector<Transform>;
+
+void AddRecords(const Drawing& drawing, const std::vector<Entity>& records, const Transforms& ts,
+                int depth, std::vector<Chain>* out);
+
+Chain TextChain(const Drawing& drawing, const Entity& e) {
+  const StyleRecord* style = drawing.tables().styles().Find(e.Text(7, "STANDARD"));
+  bool vertical = style && (style->flags & 4);
+  TextBox box = MeasureText(e.Text(1), e.Real(40, 1), e.Real(41, 1), vertical);
+  Point3 o = e.Point(10);
+  double r = e.Real(50), c = std::cos(r), s = std::sin(r);
+  auto at = [&](double x, double y) { return Point3{o[0] + x * c - y * s, o[1] + x * s + y * c, o[2]}; };
+  return {at(box.x1, box.y1), at(box.x2, box.y1), at(box.x2, box.y2), at(box.x1, box.y2),
+          at(box.x1, box.y1)};
+}
+
+// The chain of a polyline from its vertices (records after index first).
+Chain PolylineChain(const std::vector<Entity>& records, size_t first, bool closed) {
+  std::vector<const Entity*> vertices;
+  for (size_t i = first + 1; i < records.size() && records[i].type == "VERTEX"; i++)
+    vertices.push_back(&records[i]);
+  Chain chain;
+  size_t n = vertices.size();
+  for (size_t k = 0; k < n; k++) {
+    Point3 p = vertices[k]->Point(10);
+    chain.push_back(p);
+    if (k + 1 == n && !closed) break;
+    double b = vertices[k]->Real(42);
+    if (b == 0) continue;
+    Point3 q = vertices[(k + 1) % n]->Point(10), centre;
+    double radius, a1, a2;
+    BulgeArc(p, q, b, &centre, &radius, &a1, &a2);
+    Chain arc = ArcPoints(centre, radius, a1, a2);
+    if (b < 0) std::reverse(arc.begin(), arc.end());
+    chain.insert(chain.end(), arc.begin() + 1, arc.end() - 1);
+  }
+  if (closed && n > 0) chain.push_back(vertices[0]->Point(10));
+  return chain;
+}
+
+// Every point group of a record of a foreign type.
+Chain PointsOf(const Entity& e) {
+  Chain chain;
+  for (const Group& g : e.groups)
+    if (auto* p = std::get_if<Point3>(&g.value); p && g.code == 10) chain.push_back(*p);
+  return chain;
+}
+
+void AddRecord(const Drawing& drawing, const std::vector<Entity>& records, size_t i,
+               const Transforms& ts, int depth, std::vector<Chain>* out) {
+  const Entity& e = records[i];
+  Chain chain;
+  if (e.type == "LINE") {
+    chain = {e.Point(10), e.Point(11)};
+  } else if (e.type == "CIRCLE") {
+    chain = ArcPoints(e.Point(10), e.Real(40), 0, 2 * M_PI);
+  } else if (e.type == "ARC") {
+    chain = ArcPoints(e.Point(10), e.Real(40), e.Real(50), e.Real(51));
+  } else if (e.type == "POLYLINE") {
+    chain = PolylineChain(records, i, e.Short(70) & 1);
+  } else if (e.type == "TEXT" || e.type == "ATTRIB" || (e.type == "ATTDEF" && depth == 0)) {
+    chain = TextChain(drawing, e);
+  } else if (e.type == "INSERT") {
+    const BlockRecord* block = drawing.tables().blocks().Find(e.Text(2));
+    if (block && depth < kMaxBlockDepth) {
+      Transforms inner = ts;
+      inner.insert(inner.begin(),
+                   Transform{block->base, e.Point(10), e.Real(41, 1), e.Real(42, 1), e.Real(50)});
+      AddRecords(drawing, block->entities, inner, depth + 1, out);
+    }
+    chain = {e.Point(10)};
+    for (size_t k = i + 1; k < records.size() && records[k].type == "ATTRIB"; k++)
+      AddRecord(drawing, records, k, ts, depth, out);
+  } else if (!e.IsSubEntity() && e.type != "ATTDEF") {
+    chain = PointsOf(e);
+  }
+  if (chain.empty()) return;
+  for (Point3& p : chain)
+    for (const Transform& t : ts) p = t.Apply(p);
+  out->push_back(std::move(chain));
+}
+
+void AddRecords(const Drawing& drawing, const std::vector<Entity>& records, const Transforms& ts,
+                int depth, std::vector<Chain>* out) {
+  for (size_t i = 0; i < records.size(); i++)
+    if (!records[i].erased && !records[i].IsSubEntity()) AddRecord(drawing, records, i, ts, depth, out);
+}
+
+bool PointInside(const Point3& p, double x1, double y1, double x2, double y2) {
+  return p[0] >= x1 && p[0] <= x2 && p[1] >= y1 && p[1] <= y2;
+}
+
+// Whether the segment from p to q meets the rectangle (Liang-Barsky).
+bool SegmentMeetsRect(const Point3& p, const Point3& q, double x1, double y1, double x2, double y2) {
+  double t0 = 0, t1 = 1, dx = q[0] - p[0], dy = q[1] - p[1];
+  const double pk[4] = {-dx, dx, -dy, dy};
+  const double qk[4] = {p[0] - x1, x2 - p[0], p[1] - y1, y2 - p[1]};
+  for (int k = 0; k < 4; k++) {
+    if (pk[k] == 0) {
+      if (qk[k] < 0) return false;
+      continue;
+    }
+    double r = qk[k] / pk[k];
+    if (pk[k] < 0) t0 = std::max(t0, r);
+    else t1 = std::min(t1, r);
+    if (t0 > t1) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+Chain ArcPoints(const Point3& c, double r, double a1, double a2) {
+  double sweep = a2 - a1;
+  while (sweep <= 0) sweep += 2 * M_PI;
+  int steps = std::max(2, static_cast<int>(std::ceil(sweep / (2 * M_PI) * kArcSteps)));
+  Chain chain;
+  for (int k = 0; k <= steps; k++) {
+    double a = a1 + sweep * k / steps;
+    chain.push_back({c[0] + r * std::cos(a), c[1] + r * std::sin(a), c[2]});
+  }
+  return chain;
+}
+
+void BulgeArc(const Point3& p, const Point3& q, double b, Point3* centre, double* radius,
+              double* a1, double* a2) {
+  // Work with the counter-clockwise arc from s to e.
+  const Point3& s = b > 0 ? p : q;
+  const Point3& e = b > 0 ? q : p;
+  double bulge = std::fabs(b);
+  double d = std::hypot(e[0] - s[0], e[1] - s[1]);
+  double a = std::atan2(e[1] - s[1], e[0] - s[0]);
+  double h = d * bulge * 0.5;  // the arc's height over its chord
+  *radius = (h * h + d * d * 0.25) / (2 * h);
+  double off = *radius - h;
+  *centre = {(s[0] + e[0]) * 0.5 - std::sin(a) * off, (s[1] + e[1]) * 0.5 + std::cos(a) * off,
+             (s[2] + e[2]) * 0.5};
+  *a1 = std::atan2(s[1] - (*centre)[1], s[0] - (*centre)[0]);
+  *a2 = std::atan2(e[1] - (*centre)[1], e[0] - (*centre)[0]);
+}
+
+std::vector<Chain> EntityOutline(const Drawing& drawing, uint64_t id) {
+  std::vector<Chain> out;
+  const std::vector<Entity>& records = drawing.entities();
+  for (size_t i = 0; i < records.size(); i++)
+    if (records[i].id == id) {
+      if (!records[i].erased) AddRecord(drawing, records, i, {}, 0, &out);
+      break;
+    }
+  return out;
+}
+
+void Box::Add(const Point3& p) {
+  if (empty) {
+    lo = hi = p;
+    empty = false;
+    return;
+  }
+  for (int k = 0; k < 3; k++) {
+    lo[k] = std::min(lo[k], p[k]);
+    hi[k] = std::max(hi[k], p[k]);
+  }
+}
+
+Box EntityBox(const Drawing& drawing, uint64_t id) {
+  Box box;
+  for (const Chain& c : EntityOutline(drawing, id))
+    for (const Point3& p : c) box.Add(p);
+  return box;
+}
+
+bool InsideWindow(const std::vector<Chain>& outline, const Point3& a, const Point3& b) {
+  double x1 = std::min(a[0], b[0]), x2 = std::max(a[0], b[0]);
+  double y1 = std::min(a[1], b[1]), y2 = std::max(a[1], b[1]);
+  bool any = false;
+  for (const Chain& c : outline)
+    for (const Point3& p : c) {
+      if (!PointInside(p, x1, y1, x2, y2)) return false;
+      any = true;
+    }
+  return any;
+}
+
+bool CrossesWindow(const std::vector<Chain>& outline, const Point3& a, const Point3& b) {
+  double x1 = std::min(a[0], b[0]), x2 = std::max(a[0], b[0]);
+  double y1 = std::min(a[1], b[1]), y2 = std::max(a[1], b[1]);
+  for (const Chain& c : outline) {
+    if (c.size() == 1 && PointInside(c[0], x1, y1, x2, y2)) return true;
+    for (size_t k = 0; k + 1 < c.size(); k++)
+      if (SegmentMeetsRect(c[k], c[k + 1], x1, y1, x2, y2)) return true;
+  }
+  return false;
+}
+
+}  // namespace vorhost

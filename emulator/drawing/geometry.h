@@ -1,0 +1,42 @@
+// geometry.h - where an entity lies: its outline as point chains (arcs and
+// bulges sampled, texts as their boxes, inserts as their blocks' outlines),
+// from which extents and window and crossing selections are decided.
+#ifndef VORHOST_DRAWING_GEOMETRY_H
+#define VORHOST_DRAWING_GEOMETRY_H
+
+#include <vector>
+
+#include "emulator/drawing/drawing.h"
+
+namespace vorhost {
+
+using Chain = std::vector<Point3>;
+
+// The outline of the main entity id and its sub-entities, in world
+// coordinates. Empty for an entity with nothing to show.
+std::vector<Chain> EntityOutline(const Drawing& drawing, uint64_t id);
+
+// The points of an arc counter-clockwise from a1 to a2 (radians) about c.
+Chain ArcPoints(const Point3& c, double r, double a1, double a2);
+
+// The centre, radius and angles of a polyline segment from p to q with
+// bulge b (not 0): the arc runs counter-clockwise from a1 to a2 when b > 0.
+void BulgeArc(const Point3& p, const Point3& q, double b, Point3* centre, double* radius,
+              double* a1, double* a2);
+
+struct Box {
+  Point3 lo{0, 0, 0}, hi{0, 0, 0};
+  bool empty = true;
+  void Add(const Point3& p);
+};
+
+Box EntityBox(const Drawing& drawing, uint64_t id);
+
+// Window selection takes an entity wholly inside the rectangle; crossing
+// selection one inside it or crossing its edges. Corners in any order.
+bool InsideWindow(const std::vector<Chain>& outline, const Point3& a, const Point3& b);
+bool CrossesWindow(const std::vector<Chain>& outline, const Point3& a, const Point3& b);
+
+}  // namespace vorhost
+
+#endif

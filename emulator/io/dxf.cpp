@@ -1,0 +1,405 @@
+// dxf.cpp - saving a drawing as an R12 DXF file in code page ANSI_950.
+#include "emulator/io/dxf.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <set>
+#include <unordered_set>
+
+#include "emulator/drawing/geometry.h"
+#include "emulator/io/dxf_format.h"
+#include "emulator/io/dxf_text.h"
+#include "emulator/io/replace_file.h"
+
+namespace vorhost {
+namespace {
+
+using dxf::kCodeColor;
+using dxf::kCodeHandle;
+using dxf::kCodeLayer;
+using dxf::kCodeLinetype;
+using dxf::kCodeName;
+using dxf::kCodeStart;
+
+// The shortest text that reads back as v, always with a decimal point or
+// exponent so that no reader takes it for an integer.
+std::string RealText(double v) {
+  if (!std::isfinite(v)) v = 0;
+  if (v == 0) v = 0;  // no "-0"
+  char buf[64];
+  auto r = std::to_chars(buf, buf + sizeof buf, v);
+  std::string s(buf, r.ptr);
+  if (s.find_first_of(".e") == std::string::npos) s += ".0";
+  return s;
+}
+
+// Degrees for an angle in radians: the shortest decimal text that the
+// reader's DegreesToRadians maps back to exactly these radians, so that
+// 90 stays "90.0" and a save and open keep every bit where that is possible.
+std::string AngleText(double radians) {
+  double degrees = dxf::RadiansToDegrees(radians);
+  if (!std::isfinite(degrees)) return "0.0";
+  for (int precision = 1; precision <= 17; precision++) {
+    char buf[64];
+    auto r = std::to_chars(buf, buf + sizeof buf, degrees, std::chars_format::general, precision);
+    double back = 0;
+    std::from_chars(buf, r.ptr, back);
+    if (dxf::DegreesToRadians(back) == radians) return RealText(back);
+  }
+  return RealText(degrees);
+}
+
+std::string HexHandle(uint32_t handle) {
+  char buf[16];
+  auto r = std::to_chars(buf, buf + sizeof buf, handle, 16);
+  std::string s(buf, r.ptr);
+  for (char& c : s)
+    if (c >= 'a' && c <= 'f') c = static_cast<char>(c - 32);
+  return s;
+}
+
+// The lines of a file under construction: each group as its code, right
+// aligned in three columns as R12 writers do, and its value.
+class GroupSink {
+ public:
+  void Raw(int code, std::string_view value) {
+    char buf[16];
+    std::snprintf(buf, sizeof buf, "%3d\n", code);
+    out_ += buf;
+    out_.append(value);
+    out_ += '\n';
+  }
+  void Text(int code, std::string_view big5) { Raw(code, dxf::EscapeText(big5)); }
+  void Int(int code, long v) { Raw(code, std::to_string(v)); }
+  void Real(int code, double v) { Raw(code, RealText(v)); }
+  void Angle(int code, double radians) { Raw(code, AngleText(radians)); }
+  void Point(int code, const Point3& p, bool with_z = true) {
+    Real(code, p[0]);
+    Real(code + dxf::kPointYOffset, p[1]);
+    if (with_z) Real(code + dxf::kPointZOffset, p[2]);
+  }
+  void Handle(uint32_t handle) { Raw(kCodeHandle, HexHandle(handle)); }
+  void Append(const GroupSink& other) { out_ += other.out_; }
+  const std::string& str() const { return out_; }
+
+ private:
+  std::string out_;
+};
+
+// Gives every written record a handle unique in the file: a record keeps
+// its own when no other took it, else it gets the next free one.
+class HandleBook {
+ public:
+  explicit HandleBook(uint32_t seed) : next_(seed == 0 ? 1 : seed) {}
+  void Reserve(uint32_t handle) {
+    if (handle != 0) used_.insert(handle);
+  }
+  uint32_t Take(uint32_t wanted) {
+    if (wanted != 0 && used_.insert(wanted).second) return wanted;
+    while (used_.count(next_)) next_++;
+    used_.insert(next_);
+    return next_++;
+  }
+  // The file's $HANDSEED: above every handle given out.
+  uint32_t Seed() const {
+    uint32_t seed = next_;
+    for (uint32_t h : used_) seed = std::max(seed, h + 1);
+    return seed;
+  }
+
+ private:
+  std::unordered_set<uint32_t> used_;
+  uint32_t next_;
+};
+
+void WriteGroup(const Group& g, bool degrees, bool always_z, GroupSink* out) {
+  if (auto* s = std::get_if<std::string>(&g.value)) {
+    out->Text(g.code, *s);
+  } else if (auto* d = std::get_if<double>(&g.value)) {
+    if (degrees && (g.code == 50 || g.code == 51)) out->Angle(g.code, *d);
+    else out->Real(g.code, *d);
+  } else if (auto* p = std::get_if<Point3>(&g.value)) {
+    out->Point(g.code, *p, always_z || (*p)[2] != 0);
+  } else if (auto* h = std::get_if<short>(&g.value)) {
+    out->Int(g.code, *h);
+  } else {
+    out->Int(g.code, std::get<long>(g.value));
+  }
+}
+
+// One record: type, handle, common properties, then its groups. Records of
+// newer types get their subclass markers back (see dxf_format.h) after the
+// common properties and the groups of AcDbEntity, where readers of R12
+// files look for them. Records of R12 types always carry z, newer ones
+// only when it is not 0 (their 2D points have no z group).
+void WriteEntity(const Entity& e, uint32_t handle, GroupSink* out) {
+  out->Raw(kCodeStart, e.type);
+  out->Handle(handle);
+  out->Text(kCodeLayer, e.layer);
+  if (!e.linetype.empty()) out->Text(kCodeLinetype, e.linetype);
+  if (e.color != kColorByLayer) out->Int(kCodeColor, e.color);
+  bool r12 = dxf::IsR12Type(e.type);
+  bool degrees = dxf::IsDegreeType(e.type);
+  std::string_view marker = dxf::SubclassMarkerOf(e.type);
+  if (marker.empty()) {
+    for (const Group& g : e.groups) WriteGroup(g, degrees, r12, out);
+    return;
+  }
+  for (const Group& g : e.groups)
+    if (dxf::IsEntityCode(g.code)) WriteGroup(g, degrees, r12, out);
+  out->Raw(dxf::kCodeSubclass, dxf::kEntityMarker);
+  out->Raw(dxf::kCodeSubclass, marker);
+  for (const Group& g : e.groups)
+    if (!dxf::IsEntityCode(g.code)) WriteGroup(g, degrees, r12, out);
+}
+
+// Model space's handles are unique already and reserved in handles; a
+// block's records keep theirs only when no other record has it.
+void WriteEntities(const std::vector<Entity>& records, bool reserved, HandleBook* handles,
+                   GroupSink* out) {
+  for (const Entity& e : records) {
+    if (e.erased) continue;
+    WriteEntity(e, reserved && e.handle != 0 ? e.handle : handles->Take(e.handle), out);
+  }
+}
+
+void BeginSection(std::string_view name, GroupSink* out) {
+  out->Raw(kCodeStart, "SECTION");
+  out->Raw(kCodeName, name);
+}
+
+void EndSection(GroupSink* out) { out->Raw(kCodeStart, "ENDSEC"); }
+
+void BeginTable(std::string_view name, size_t count, GroupSink* out) {
+  out->Raw(kCodeStart, "TABLE");
+  out->Raw(kCodeName, name);
+  out->Int(dxf::kCodeFlags, static_cast<long>(count));
+}
+
+void EndTable(GroupSink* out) { out->Raw(kCodeStart, "ENDTAB"); }
+
+// The one viewport, looking at the drawing's extents.
+void WriteVportTable(const Box& extents, GroupSink* out) {
+  Point3 centre{0, 0, 0};
+  double height = 297;
+  if (!extents.empty) {
+    centre = {(extents.lo[0] + extents.hi[0]) / 2, (extents.lo[1] + extents.hi[1]) / 2, 0};
+    height = std::max({extents.hi[1] - extents.lo[1], (extents.hi[0] - extents.lo[0]) / 1.4, 1.0}) * 1.1;
+  }
+  BeginTable("VPORT", 1, out);
+  out->Raw(kCodeStart, "VPORT");
+  out->Raw(kCodeName, "*ACTIVE");
+  out->Int(70, 0);
+  out->Point(10, {0, 0, 0}, false);
+  out->Point(11, {1, 1, 0}, false);
+  out->Point(12, centre, false);
+  out->Point(13, {0, 0, 0}, false);
+  out->Point(14, {1, 1, 0}, false);
+  out->Point(15, {10, 10, 0}, false);
+  out->Point(16, {0, 0, 1});
+  out->Point(17, {0, 0, 0});
+  out->Real(40, height);
+  out->Real(41, 1.4);
+  out->Real(42, 50);
+  for (int code : {43, 44, 50, 51}) out->Real(code, 0);
+  for (auto [code, value] : {std::pair{71, 0}, {72, 100}, {73, 1}, {74, 3}, {75, 0}, {76, 0},
+                             {77, 0}, {78, 0}})
+    out->Int(code, value);
+  EndTable(out);
+}
+
+// Linetypes as R12 holds them: its elements cannot draw texts or shapes,
+// so those elements (which take no length) are left out.
+void WriteLtypeTable(const Tables& tables, GroupSink* out) {
+  std::vector<const LinetypeRecord*> written;
+  for (const LinetypeRecord& t : tables.linetypes().records())
+    if (!SymbolTable<LinetypeRecord>::SameName(t.name, "BYLAYER") &&
+        !SymbolTable<LinetypeRecord>::SameName(t.name, "BYBLOCK"))
+      written.push_back(&t);
+  BeginTable("LTYPE", written.size(), out);
+  for (const LinetypeRecord* t : written) {
+    std::vector<double> lengths;
+    for (const LinetypeElement& el : t->elements)
+      if (el.kind == LinetypeElement::Kind::kPlain) lengths.push_back(el.length);
+    out->Raw(kCodeStart, "LTYPE");
+    out->Text(kCodeName, t->name);
+    out->Int(70, 0);
+    out->Text(3, t->description);
+    out->Int(72, 'A');
+    out->Int(73, static_cast<long>(lengths.size()));
+    out->Real(40, t->PatternLength());
+    for (double length : lengths) out->Real(49, length);
+  }
+  EndTable(out);
+}
+
+// Layers of the table, then any layer a record names that the table lacks
+// (a reader would make it with these defaults anyway).
+void WriteLayerTable(const Drawing& drawing, GroupSink* out) {
+  SymbolTable<LayerRecord> layers = drawing.tables().layers();
+  auto note = [&](const std::vector<Entity>& records) {
+    for (const Entity& e : records)
+      if (!e.erased && !layers.Find(e.layer)) layers.Put(LayerRecord{e.layer});
+  };
+  note(drawing.entities());
+  for (const BlockRecord& b : drawing.tables().blocks().records()) note(b.entities);
+  BeginTable("LAYER", layers.records().size(), out);
+  for (const LayerRecord& l : layers.records()) {
+    out->Raw(kCodeStart, "LAYER");
+    out->Text(kCodeName, l.name);
+    out->Int(70, l.flags);
+    out->Int(62, l.color);
+    out->Text(6, l.linetype);
+  }
+  EndTable(out);
+}
+
+void WriteStyleTable(const Tables& tables, GroupSink* out) {
+  BeginTable("STYLE", tables.styles().records().size(), out);
+  for (const StyleRecord& s : tables.styles().records()) {
+    out->Raw(kCodeStart, "STYLE");
+    out->Text(kCodeName, s.name);
+    out->Int(70, s.flags);
+    out->Real(40, s.fixed_height);
+    out->Real(41, s.width);
+    out->Angle(50, s.oblique);
+    out->Int(71, s.generation);
+    out->Real(42, s.last_height);
+    out->Text(3, s.font);
+    out->Text(4, s.big_font);
+  }
+  EndTable(out);
+}
+
+// ACAD and every application whose extended data a record carries.
+void WriteAppidTable(const Drawing& drawing, GroupSink* out) {
+  std::set<std::string> apps{"ACAD"};
+  auto note = [&](const std::vector<Entity>& records) {
+    for (const Entity& e : records)
+      for (const Group& g : e.groups)
+        if (auto* s = std::get_if<std::string>(&g.value); s && g.code == dxf::kCodeAppName)
+          apps.insert(*s);
+  };
+  note(drawing.entities());
+  for (const BlockRecord& b : drawing.tables().blocks().records()) note(b.entities);
+  BeginTable("APPID", apps.size(), out);
+  for (const std::string& app : apps) {
+    out->Raw(kCodeStart, "APPID");
+    out->Text(kCodeName, app);
+    out->Int(70, 0);
+  }
+  EndTable(out);
+}
+
+void WriteTables(const Drawing& drawing, const Box& extents, GroupSink* out) {
+  BeginSection("TABLES", out);
+  WriteVportTable(extents, out);
+  WriteLtypeTable(drawing.tables(), out);
+  WriteLayerTable(drawing, out);
+  WriteStyleTable(drawing.tables(), out);
+  for (const char* empty : {"VIEW", "UCS"}) {
+    BeginTable(empty, 0, out);
+    EndTable(out);
+  }
+  WriteAppidTable(drawing, out);
+  BeginTable("DIMSTYLE", 0, out);
+  EndTable(out);
+  EndSection(out);
+}
+
+// Each block with flag 2 exactly when it holds attribute definitions.
+void WriteBlocks(const Tables& tables, HandleBook* handles, GroupSink* out) {
+  BeginSection("BLOCKS", out);
+  for (const BlockRecord& b : tables.blocks().records()) {
+    bool has_attdefs = false;
+    for (const Entity& e : b.entities) has_attdefs |= !e.erased && e.type == "ATTDEF";
+    out->Raw(kCodeStart, "BLOCK");
+    out->Handle(handles->Take(0));
+    out->Raw(kCodeLayer, "0");
+    out->Text(kCodeName, b.name);
+    out->Int(70, has_attdefs ? (b.flags | 2) : (b.flags & ~2));
+    out->Point(10, b.base);
+    out->Text(3, b.name);
+    WriteEntities(b.entities, false, handles, out);
+    out->Raw(kCodeStart, "ENDBLK");
+    out->Handle(handles->Take(0));
+    out->Raw(kCodeLayer, "0");
+  }
+  EndSection(out);
+}
+
+void WriteHeaderVar(const dxf::HeaderVar& hv, const SysVarTable& vars, GroupSink* out) {
+  SysValue v;
+  if (!vars.Get(hv.name, &v)) return;
+  bool planar = std::string_view(hv.name).substr(0, 3) == "LIM";  // R12 keeps limits 2D
+  std::string name = std::string("$") + hv.name;
+  if (hv.code == 10 && std::holds_alternative<Point3>(v)) {
+    out->Raw(dxf::kCodeHeaderVar, name);
+    out->Point(10, std::get<Point3>(v), !planar);
+  } else if (hv.code == 40 && std::holds_alternative<double>(v)) {
+    out->Raw(dxf::kCodeHeaderVar, name);
+    out->Real(40, std::get<double>(v));
+  } else if (hv.code == 70 && std::holds_alternative<short>(v)) {
+    out->Raw(dxf::kCodeHeaderVar, name);
+    out->Int(70, std::get<short>(v));
+  } else if (hv.code < 10 && std::holds_alternative<std::string>(v)) {
+    out->Raw(dxf::kCodeHeaderVar, name);
+    out->Text(hv.code, std::get<std::string>(v));
+  }
+}
+
+void WriteHeader(const SysVarTable& vars, const Box& extents, uint32_t seed, GroupSink* out) {
+  BeginSection("HEADER", out);
+  out->Raw(dxf::kCodeHeaderVar, "$ACADVER");
+  out->Raw(1, dxf::kVersionR12);
+  out->Raw(dxf::kCodeHeaderVar, "$DWGCODEPAGE");
+  out->Raw(3, dxf::kCodePage);
+  // An empty drawing has the inverted extents that readers expect.
+  out->Raw(dxf::kCodeHeaderVar, "$EXTMIN");
+  out->Point(10, extents.empty ? Point3{1e20, 1e20, 1e20} : extents.lo);
+  out->Raw(dxf::kCodeHeaderVar, "$EXTMAX");
+  out->Point(10, extents.empty ? Point3{-1e20, -1e20, -1e20} : extents.hi);
+  for (const dxf::HeaderVar& hv : dxf::kHeaderVars) WriteHeaderVar(hv, vars, out);
+  out->Raw(dxf::kCodeHeaderVar, "$HANDLING");
+  out->Int(70, 1);
+  out->Raw(dxf::kCodeHeaderVar, "$HANDSEED");
+  out->Raw(kCodeHandle, HexHandle(seed));
+  EndSection(out);
+}
+
+Box ModelExtents(const Drawing& drawing) {
+  Box box;
+  for (uint64_t id : drawing.MainEntities()) {
+    Box one = EntityBox(drawing, id);
+    if (!one.empty) {
+      box.Add(one.lo);
+      box.Add(one.hi);
+    }
+  }
+  return box;
+}
+
+}  // namespace
+
+bool SaveDxf(const Drawing& drawing, const SysVarTable& vars, const std::string& linux_path,
+             std::string* err) {
+  HandleBook handles(drawing.handle_seed());
+  for (const Entity& e : drawing.entities()) handles.Reserve(e.handle);
+  Box extents = ModelExtents(drawing);
+
+  GroupSink body;
+  WriteTables(drawing, extents, &body);
+  WriteBlocks(drawing.tables(), &handles, &body);
+  BeginSection("ENTITIES", &body);
+  WriteEntities(drawing.entities(), true, &handles, &body);
+  EndSection(&body);
+  body.Raw(kCodeStart, "EOF");
+
+  GroupSink file;
+  WriteHeader(vars, extents, handles.Seed(), &file);
+  file.Append(body);
+  return ReplaceFile(linux_path, file.str(), err);
+}
+
+}  // namespace vorhost

@@ -1,0 +1,617 @@
+// dxf_read.cpp - opening DXF files of R12 and later into a drawing.
+//
+// The file is first split into (code, value, line) pairs, which settles the
+// two-line rhythm and the codes once; the sections are then read from that
+// list. Records of the host's own types come out in the host's group order
+// with the host's defaults for groups the file left out, so that code
+// reading a drawing from a file sees what it sees in one the host made.
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <fstream>
+#include <map>
+#include <optional>
+#include <span>
+#include <sstream>
+
+#include "emulator/core/resbuf.h"
+#include "emulator/io/dxf.h"
+#include "emulator/io/dxf_format.h"
+#include "emulator/io/dxf_text.h"
+
+namespace vorhost {
+namespace {
+
+using dxf::IsPointCode;
+
+struct RawGroup {
+  int code;
+  std::string_view value;
+  int line;  // of the value
+};
+
+std::string_view Trim(std::string_view s) {
+  while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
+  while (!s.empty() && (s.back() == ' ' || s.back() == '\t')) s.remove_suffix(1);
+  return s;
+}
+
+bool ParseLong(std::string_view s, long* v) {
+  s = Trim(s);
+  if (!s.empty() && s.front() == '+') s.remove_prefix(1);
+  auto r = std::from_chars(s.data(), s.data() + s.size(), *v);
+  if (r.ec == std::errc() && r.ptr == s.data() + s.size() && !s.empty()) return true;
+  double d = 0;  // some writers give integers as "1.0"
+  r = std::from_chars(s.data(), s.data() + s.size(), d);
+  if (r.ec != std::errc() || r.ptr != s.data() + s.size() || s.empty() || d != std::trunc(d))
+    return false;
+  *v = static_cast<long>(d);
+  return true;
+}
+
+bool ParseReal(std::string_view s, double* v) {
+  s = Trim(s);
+  if (!s.empty() && s.front() == '+') s.remove_prefix(1);
+  auto r = std::from_chars(s.data(), s.data() + s.size(), *v);
+  return r.ec == std::errc() && r.ptr == s.data() + s.size() && !s.empty();
+}
+
+// What a group of a given code holds in memory: ValueOf's answer where it
+// has one, else the DXF reference's ranges; unknown codes stay texts.
+RbValue KindOf(int code) {
+  RbValue kind = ValueOf(code);
+  if (kind == RbValue::kName) return RbValue::kString;
+  if (kind != RbValue::kNone) return kind;
+  if ((code >= 110 && code <= 149) || (code >= 210 && code <= 239) ||
+      (code >= 460 && code <= 469) || (code >= 1010 && code <= 1059))
+    return RbValue::kReal;
+  if ((code >= 270 && code <= 299) || (code >= 370 && code <= 389) ||
+      (code >= 400 && code <= 409) || (code >= 1060 && code <= 1070))
+    return RbValue::kShort;
+  if ((code >= 160 && code <= 169) || (code >= 420 && code <= 459) || code == 1071)
+    return RbValue::kLong;
+  return RbValue::kString;
+}
+
+bool SameName(std::string_view a, std::string_view b) {
+  return SymbolTable<LayerRecord>::SameName(a, b);
+}
+
+// The blocks that hold model and paper space in files of any version; the
+// host's model space is its entity list and it has no paper space.
+bool IsLayoutBlock(std::string_view name) {
+  for (std::string_view prefix : {"$MODEL_SPACE", "$PAPER_SPACE", "*MODEL_SPACE", "*PAPER_SPACE"})
+    if (name.size() >= prefix.size() && SameName(name.substr(0, prefix.size()), prefix)) return true;
+  return false;
+}
+
+// One place in the host's group order of a type, with the value a file
+// that leaves the group out stands for.
+struct Slot {
+  int code;
+  GroupValue fallback;
+};
+
+const std::vector<Slot>* HostLayout(std::string_view type) {
+  static const Point3 o{0, 0, 0};
+  static const std::map<std::string_view, std::vector<Slot>> layouts = {
+      {"LINE", {{10, o}, {11, o}}},
+      {"CIRCLE", {{10, o}, {40, 0.0}}},
+      {"ARC", {{10, o}, {40, 0.0}, {50, 0.0}, {51, 0.0}}},
+      {"POLYLINE", {{66, short{1}}, {10, o}, {70, short{0}}, {40, 0.0}, {41, 0.0}}},
+      {"VERTEX", {{10, o}, {40, 0.0}, {41, 0.0}, {42, 0.0}, {70, short{0}}}},
+      {"TEXT", {{10, o}, {40, 2.5}, {1, std::string()}, {50, 0.0}, {41, 1.0}, {51, 0.0},
+                {7, std::string("STANDARD")}, {71, short{0}}, {72, short{0}}, {11, o}, {73, short{0}}}},
+      {"INSERT", {{66, short{0}}, {2, std::string()}, {10, o}, {41, 1.0}, {42, 1.0}, {43, 1.0},
+                  {50, 0.0}}},
+      {"ATTRIB", {{10, o}, {40, 2.5}, {1, std::string()}, {2, std::string()}, {70, short{0}},
+                  {73, short{0}}, {50, 0.0}, {41, 1.0}, {51, 0.0}, {7, std::string("STANDARD")},
+                  {71, short{0}}, {72, short{0}}, {11, o}, {74, short{0}}}},
+      {"ATTDEF", {{10, o}, {40, 2.5}, {1, std::string()}, {2, std::string()}, {3, std::string()},
+                  {70, short{0}}, {73, short{0}}, {50, 0.0}, {41, 1.0}, {51, 0.0},
+                  {7, std::string("STANDARD")}, {71, short{0}}, {72, short{0}}, {11, o},
+                  {74, short{0}}}},
+      {"SEQEND", {}},
+  };
+  auto it = layouts.find(type);
+  return it == layouts.end() ? nullptr : &it->second;
+}
+
+// Whether a slot is written for this record: the alignment point only for
+// justified texts, INSERT's 66 only when the file had it.
+bool SlotApplies(const Entity& e, const Slot& slot, bool present) {
+  if (slot.code == 11 && e.type != "LINE") {
+    int vertical = e.type == "TEXT" ? 73 : 74;
+    return e.Short(72) != 0 || e.Short(vertical) != 0;
+  }
+  if (slot.code == 66 && e.type == "INSERT") return present;
+  return true;
+}
+
+// Puts a record of the host's own types into the host's group order, with
+// defaults for what the file left out (a vertex's widths default to its
+// polyline's) and the file's other groups after them in file order.
+void Canonicalize(Entity* e, const Entity* polyline) {
+  const std::vector<Slot>* layout = HostLayout(e->type);
+  if (!layout) return;
+  std::vector<Group> read = std::move(e->groups);
+  std::vector<bool> used(read.size(), false);
+  e->groups = read;  // SlotApplies looks at 72, 73 and 74
+  std::vector<Group> out;
+  for (const Slot& slot : *layout) {
+    auto it = std::find_if(read.begin(), read.end(), [&](const Group& g) { return g.code == slot.code; });
+    bool present = it != read.end() && !used[it - read.begin()];
+    if (!SlotApplies(*e, slot, present)) {
+      if (present) used[it - read.begin()] = true;
+      continue;
+    }
+    if (present) {
+      used[it - read.begin()] = true;
+      out.push_back(*it);
+    } else if (slot.code == 11) {
+      out.push_back({11, e->Point(10)});
+    } else if (polyline && (slot.code == 40 || slot.code == 41)) {
+      out.push_back({slot.code, polyline->Real(slot.code)});
+    } else {
+      out.push_back({slot.code, slot.fallback});
+    }
+  }
+  for (size_t i = 0; i < read.size(); i++)
+    if (!used[i]) out.push_back(read[i]);
+  e->groups = std::move(out);
+}
+
+// Header variables of the file, converted, waiting for the tables they
+// name to be read.
+struct HeaderValues {
+  std::string version, code_page;
+  uint32_t seed = 0;
+  std::map<std::string, std::span<const RawGroup>> raw;  // by name without $
+  std::map<std::string, std::vector<Group>> values;      // the same, converted
+};
+
+class Parser {
+ public:
+  Parser(std::string path, std::string data) : path_(std::move(path)), data_(std::move(data)) {}
+
+  bool Run(Drawing* drawing, std::vector<std::pair<std::string, SysValue>>* vars);
+  const std::string& error() const { return error_; }
+
+ private:
+  bool Split();
+  bool Fail(int line, const std::string& message);
+  bool AtEnd();
+  bool Is(size_t i, int code, std::string_view value) const {
+    return i < groups_.size() && groups_[i].code == code && Trim(groups_[i].value) == value;
+  }
+  std::span<const RawGroup> Record();
+
+  bool Convert(std::span<const RawGroup> raws, std::vector<Group>* out);
+  bool ConvertOne(std::span<const RawGroup> raws, size_t* i, std::vector<Group>* out);
+
+  bool ReadHeader();
+  bool ReadTables();
+  bool ReadTableEntry(std::string_view type, std::span<const RawGroup> raws);
+  bool ReadBlocks();
+  bool ReadEntities(std::vector<Entity>* out, std::string_view end);
+  bool ReadEntitiesSection();
+  bool ReadEntity(std::string_view type, std::span<const RawGroup> raws, const Entity* polyline,
+                  Entity* e);
+  bool SkipSection();
+  void ApplyHeader(std::vector<std::pair<std::string, SysValue>>* vars);
+  std::optional<SysValue> HeaderValue(std::string_view name, int code) const;
+  void ResolveLinetypeStyles();
+
+  std::string path_;
+  std::string data_;
+  std::vector<std::string_view> lines_;
+  std::vector<RawGroup> groups_;
+  size_t pos_ = 0;
+  std::string error_;
+  dxf::TextDecoder decoder_;
+  HeaderValues header_;
+  Drawing drawing_;
+  std::map<uint32_t, std::string> style_handles_;  // STYLE handle -> name
+  // Text elements of linetypes whose style is known only by handle.
+  struct PendingStyle {
+    std::string linetype;
+    size_t element;
+    uint32_t handle;
+  };
+  std::vector<PendingStyle> pending_styles_;
+};
+
+bool Parser::Fail(int line, const std::string& message) {
+  error_ = path_ + ":" + std::to_string(line) + ": " + message;
+  if (line >= 1 && static_cast<size_t>(line) <= lines_.size()) {
+    std::string_view text = lines_[line - 1].substr(0, 80);
+    error_ += "\n" + std::string(text) + "\n^";
+  }
+  return false;
+}
+
+bool Parser::AtEnd() {
+  if (pos_ < groups_.size()) return false;
+  Fail(static_cast<int>(lines_.size()), "the file ends without EOF");
+  return true;
+}
+
+// The file as pairs: every code line must hold an integer and have a
+// value line after it.
+bool Parser::Split() {
+  if (data_.rfind("AutoCAD Binary DXF", 0) == 0) return Fail(1, "binary DXF files are not read");
+  for (size_t start = 0; start < data_.size();) {
+    size_t end = data_.find('\n', start);
+    if (end == std::string::npos) end = data_.size();
+    std::string_view line(data_.data() + start, end - start);
+    if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+    lines_.push_back(line);
+    start = end + 1;
+  }
+  for (size_t i = 0; i < lines_.size(); i += 2) {
+    int line = static_cast<int>(i) + 1;
+    long code = 0;
+    std::string_view t = Trim(lines_[i]);
+    auto r = std::from_chars(t.data(), t.data() + t.size(), code);
+    if (t.empty() || r.ec != std::errc() || r.ptr != t.data() + t.size())
+      return Fail(line, "'" + std::string(lines_[i].substr(0, 40)) + "' is not a group code");
+    if (i + 1 >= lines_.size()) return Fail(line, "group code " + std::to_string(code) + " has no value");
+    groups_.push_back({static_cast<int>(code), lines_[i + 1], line + 1});
+  }
+  return true;
+}
+
+// The groups after the current record's group 0, up to the next group 0.
+std::span<const RawGroup> Parser::Record() {
+  size_t start = pos_;
+  while (pos_ < groups_.size() && groups_[pos_].code != dxf::kCodeStart) pos_++;
+  return std::span<const RawGroup>(groups_).subspan(start, pos_ - start);
+}
+
+bool Parser::ConvertOne(std::span<const RawGroup> raws, size_t* i, std::vector<Group>* out) {
+  const RawGroup& g = raws[*i];
+  auto number_error = [&](const RawGroup& bad) {
+    return Fail(bad.line, "'" + std::string(Trim(bad.value).substr(0, 40)) +
+                              "' is not a number (group " + std::to_string(bad.code) + ")");
+  };
+  if (IsPointCode(g.code)) {
+    Point3 p{0, 0, 0};
+    if (!ParseReal(g.value, &p[0])) return number_error(g);
+    if (*i + 1 >= raws.size() || raws[*i + 1].code != g.code + dxf::kPointYOffset)
+      return Fail(g.line, "group " + std::to_string(g.code) + " has no y (group " +
+                              std::to_string(g.code + dxf::kPointYOffset) + ") after it");
+    if (!ParseReal(raws[++*i].value, &p[1])) return number_error(raws[*i]);
+    bool has_z = g.code != 18 && *i + 1 < raws.size() && raws[*i + 1].code == g.code + dxf::kPointZOffset;
+    if (has_z && !ParseReal(raws[++*i].value, &p[2])) return number_error(raws[*i]);
+    out->push_back({g.code, p});
+    return true;
+  }
+  switch (KindOf(g.code)) {
+    case RbValue::kReal: {
+      double v = 0;
+      if (!ParseReal(g.value, &v)) return number_error(g);
+      out->push_back({g.code, v});
+      return true;
+    }
+    case RbValue::kShort:
+    case RbValue::kLong: {
+      long v = 0;
+      if (!ParseLong(g.value, &v)) return number_error(g);
+      if (KindOf(g.code) == RbValue::kShort) out->push_back({g.code, static_cast<short>(v)});
+      else out->push_back({g.code, v});
+      return true;
+    }
+    default:
+      out->push_back({g.code, decoder_.Decode(g.value)});
+      return true;
+  }
+}
+
+// Typed groups of a record. Owner handles, reactor and dictionary brackets
+// and comments say nothing the host keeps and are left out.
+bool Parser::Convert(std::span<const RawGroup> raws, std::vector<Group>* out) {
+  for (size_t i = 0; i < raws.size(); i++) {
+    int code = raws[i].code;
+    if (code == dxf::kCodeOwner || code == dxf::kCodeHardOwner || code == dxf::kCodeComment) continue;
+    if (code == dxf::kCodeGroupBracket) {
+      if (Trim(raws[i].value).starts_with("{"))
+        while (i + 1 < raws.size() && !(raws[i + 1].code == dxf::kCodeGroupBracket &&
+                                        Trim(raws[i + 1].value) == "}"))
+          i++;
+      if (i + 1 < raws.size() && raws[i + 1].code == dxf::kCodeGroupBracket) i++;
+      continue;
+    }
+    if (!ConvertOne(raws, &i, out)) return false;
+  }
+  return true;
+}
+
+bool Parser::ReadHeader() {
+  while (!AtEnd()) {
+    if (Is(pos_, 0, "ENDSEC")) {
+      pos_++;
+      break;
+    }
+    const RawGroup& g = groups_[pos_++];
+    if (g.code != dxf::kCodeHeaderVar) continue;  // stray groups: nothing to keep
+    size_t start = pos_;
+    while (pos_ < groups_.size() && groups_[pos_].code != dxf::kCodeHeaderVar &&
+           groups_[pos_].code != dxf::kCodeStart)
+      pos_++;
+    std::string name(Trim(g.value));
+    if (name.starts_with("$")) name.erase(0, 1);
+    header_.raw[name] = std::span<const RawGroup>(groups_).subspan(start, pos_ - start);
+  }
+  if (!error_.empty()) return false;
+  auto first = [&](const char* name) -> std::string {
+    auto it = header_.raw.find(name);
+    return it == header_.raw.end() || it->second.empty() ? "" : std::string(Trim(it->second[0].value));
+  };
+  header_.version = first("ACADVER");
+  header_.code_page = first("DWGCODEPAGE");
+  header_.seed = static_cast<uint32_t>(std::strtoul(first("HANDSEED").c_str(), nullptr, 16));
+  decoder_.Choose(header_.version, header_.code_page);
+  for (const auto& [name, raws] : header_.raw)
+    if (!Convert(raws, &header_.values[name])) return false;
+  return true;
+}
+
+uint32_t HandleOf(const std::vector<Group>& groups, int code = dxf::kCodeHandle) {
+  for (const Group& g : groups)
+    if (auto* s = std::get_if<std::string>(&g.value); s && g.code == code)
+      return static_cast<uint32_t>(std::strtoul(s->c_str(), nullptr, 16));
+  return 0;
+}
+
+// Linetype elements: each 49 is a dash, gap or dot; a 74 with 2 (text) or
+// 4 (shape) after it adds a text or shape element of length 0, whose 75,
+// 340, 46, 50 (radians in the file), 44, 45 and 9 follow; 1 in 74 makes
+// its rotation absolute.
+LinetypeRecord ReadLinetype(const Entity& entry, std::vector<std::pair<size_t, uint32_t>>* styles) {
+  LinetypeRecord t{entry.Text(2), entry.Text(3), {}};
+  bool in_drawn = false;  // whether the groups now belong to a text or shape
+  for (const Group& g : entry.groups) {
+    if (g.code == 49) {
+      t.elements.push_back({std::get<double>(g.value)});
+      in_drawn = false;
+    } else if (auto* flags = std::get_if<short>(&g.value); flags && g.code == 74 && (*flags & 6)) {
+      LinetypeElement el;
+      el.kind = (*flags & 2) ? LinetypeElement::Kind::kText : LinetypeElement::Kind::kShape;
+      el.absolute_rotation = *flags & 1;
+      t.elements.push_back(el);
+      in_drawn = true;
+    } else if (in_drawn) {
+      LinetypeElement& el = t.elements.back();
+      if (auto* d = std::get_if<double>(&g.value)) {
+        if (g.code == 46) el.scale = *d;
+        else if (g.code == 50) el.rotation = dxf::RadiansToDegrees(*d);
+        else if (g.code == 44) el.x = *d;
+        else if (g.code == 45) el.y = *d;
+      } else if (auto* text = std::get_if<std::string>(&g.value)) {
+        if (g.code == 9) el.text = *text;
+        if (g.code == 340) styles->push_back({t.elements.size() - 1, HandleOf({g}, 340)});
+      }
+    }
+  }
+  return t;
+}
+
+bool Parser::ReadTableEntry(std::string_view type, std::span<const RawGroup> raws) {
+  Entity entry{std::string(type)};
+  if (!Convert(raws, &entry.groups)) return false;
+  if (type == "LTYPE") {
+    std::vector<std::pair<size_t, uint32_t>> styles;
+    LinetypeRecord t = ReadLinetype(entry, &styles);
+    if (SameName(t.name, "BYLAYER") || SameName(t.name, "BYBLOCK")) return true;
+    for (auto [element, handle] : styles) pending_styles_.push_back({t.name, element, handle});
+    drawing_.tables().linetypes().Put(std::move(t));
+  } else if (type == "LAYER") {
+    drawing_.tables().layers().Put(
+        LayerRecord{entry.Text(2), entry.Short(62, 7), entry.Text(6, "CONTINUOUS"), entry.Short(70)});
+  } else if (type == "STYLE") {
+    StyleRecord s{entry.Text(2),     entry.Text(3, "txt"), entry.Text(4),
+                  entry.Real(40),    entry.Real(41, 1),    dxf::DegreesToRadians(entry.Real(50)),
+                  entry.Real(42, 2.5), entry.Short(70),    entry.Short(71)};
+    if (uint32_t h = HandleOf(entry.groups)) style_handles_[h] = s.name;
+    drawing_.tables().styles().Put(std::move(s));
+  }
+  return true;
+}
+
+bool Parser::ReadTables() {
+  while (!AtEnd()) {
+    const RawGroup& g = groups_[pos_++];
+    if (g.code != dxf::kCodeStart) continue;
+    std::string_view type = Trim(g.value);
+    if (type == "ENDSEC") return true;
+    std::span<const RawGroup> raws = Record();
+    if (type == "TABLE" || type == "ENDTAB") continue;
+    if (!ReadTableEntry(type, raws)) return false;
+  }
+  return false;
+}
+
+void Parser::ResolveLinetypeStyles() {
+  for (const PendingStyle& p : pending_styles_) {
+    LinetypeRecord* t = drawing_.tables().linetypes().Find(p.linetype);
+    auto it = style_handles_.find(p.handle);
+    if (!t || p.element >= t->elements.size() || it == style_handles_.end()) continue;
+    LinetypeElement& el = t->elements[p.element];
+    const StyleRecord* style = drawing_.tables().styles().Find(it->second);
+    el.source = el.kind == LinetypeElement::Kind::kShape && style ? style->font : it->second;
+  }
+}
+
+// One entity: its common properties taken out of the groups, subclass
+// markers dropped where the writer puts them back (see dxf_format.h),
+// angles made radians, the host's types in the host's order.
+bool Parser::ReadEntity(std::string_view type, std::span<const RawGroup> raws,
+                        const Entity* polyline, Entity* e) {
+  e->type = std::string(type);
+  std::vector<Group> groups;
+  if (!Convert(raws, &groups)) return false;
+  bool keep_markers = !dxf::IsR12Type(type) && dxf::SubclassMarkerOf(type).empty();
+  bool degrees = dxf::IsDegreeType(type);
+  for (Group& g : groups) {
+    auto* text = std::get_if<std::string>(&g.value);
+    if (g.code == dxf::kCodeHandle && text) {
+      e->handle = static_cast<uint32_t>(std::strtoul(text->c_str(), nullptr, 16));
+    } else if (g.code == dxf::kCodeLayer && text) {
+      e->layer = *text;
+    } else if (g.code == dxf::kCodeLinetype && text) {
+      e->linetype = SameName(*text, "BYLAYER") ? "" : *text;
+    } else if (g.code == dxf::kCodeColor) {
+      e->color = std::get<short>(g.value);
+    } else if (g.code != dxf::kCodeSubclass || keep_markers) {
+      if (degrees && (g.code == 50 || g.code == 51))
+        if (auto* d = std::get_if<double>(&g.value)) *d = dxf::DegreesToRadians(*d);
+      e->groups.push_back(std::move(g));
+    }
+  }
+  Canonicalize(e, e->type == "VERTEX" ? polyline : nullptr);
+  return true;
+}
+
+// Records up to the group 0 named end (ENDSEC or ENDBLK), which is left
+// for the caller.
+bool Parser::ReadEntities(std::vector<Entity>* out, std::string_view end) {
+  std::optional<size_t> polyline;  // index in *out of the open POLYLINE
+  while (!AtEnd()) {
+    if (Is(pos_, 0, end)) return true;
+    const RawGroup& g = groups_[pos_++];
+    if (g.code != dxf::kCodeStart) continue;
+    std::string_view type = Trim(g.value);
+    std::span<const RawGroup> raws = Record();
+    Entity e;
+    if (!ReadEntity(type, raws, polyline ? &(*out)[*polyline] : nullptr, &e)) return false;
+    if (type == "POLYLINE") polyline = out->size();
+    else if (type != "VERTEX") polyline.reset();
+    out->push_back(std::move(e));
+  }
+  return false;
+}
+
+bool Parser::ReadBlocks() {
+  while (!AtEnd()) {
+    const RawGroup& g = groups_[pos_++];
+    if (g.code != dxf::kCodeStart) continue;
+    std::string_view type = Trim(g.value);
+    if (type == "ENDSEC") return true;
+    std::span<const RawGroup> raws = Record();
+    if (type != "BLOCK") continue;
+    Entity head;
+    if (!Convert(raws, &head.groups)) return false;
+    BlockRecord block{head.Text(2), head.Point(10), head.Short(70), {}};
+    if (!ReadEntities(&block.entities, "ENDBLK")) return false;
+    pos_++;
+    Record();  // ENDBLK's own groups
+    if (!IsLayoutBlock(block.name)) drawing_.tables().blocks().Put(std::move(block));
+  }
+  return false;
+}
+
+bool Parser::ReadEntitiesSection() {
+  std::vector<Entity> records;
+  if (!ReadEntities(&records, "ENDSEC")) return false;
+  pos_++;
+  for (Entity& e : records) drawing_.Append(std::move(e));
+  return true;
+}
+
+bool Parser::SkipSection() {
+  while (!AtEnd())
+    if (Is(pos_++, 0, "ENDSEC")) return true;
+  return false;
+}
+
+std::optional<SysValue> Parser::HeaderValue(std::string_view name, int code) const {
+  auto it = header_.values.find(std::string(name));
+  if (it == header_.values.end()) return std::nullopt;
+  for (const Group& g : it->second) {
+    if (g.code != code) continue;
+    if (auto* p = std::get_if<Point3>(&g.value)) return *p;
+    if (auto* d = std::get_if<double>(&g.value)) return *d;
+    if (auto* s = std::get_if<short>(&g.value)) return *s;
+    if (auto* t = std::get_if<std::string>(&g.value)) return *t;
+  }
+  return std::nullopt;
+}
+
+// The header's variables as the host keeps them: names of styles, layers
+// and linetypes only when the drawing has them, spelt as the table does.
+void Parser::ApplyHeader(std::vector<std::pair<std::string, SysValue>>* vars) {
+  const Tables& t = drawing_.tables();
+  for (const dxf::HeaderVar& hv : dxf::kHeaderVars) {
+    std::optional<SysValue> v = HeaderValue(hv.name, hv.code);
+    if (!v) continue;
+    if (auto* name = std::get_if<std::string>(&*v)) {
+      if (hv.code == 7) {
+        const StyleRecord* s = t.styles().Find(*name);
+        if (!s) continue;
+        *name = s->name;
+      } else if (hv.code == 8) {
+        const LayerRecord* l = t.layers().Find(*name);
+        if (!l) continue;
+        *name = l->name;
+      } else if (hv.code == 6) {
+        const LinetypeRecord* l = t.linetypes().Find(*name);
+        if (!l) continue;
+        *name = l->name;
+      }
+    }
+    vars->push_back({hv.name, std::move(*v)});
+  }
+}
+
+bool Parser::Run(Drawing* drawing, std::vector<std::pair<std::string, SysValue>>* vars) {
+  if (!Split()) return false;
+  while (!AtEnd()) {
+    if (Is(pos_, 0, "EOF")) break;
+    if (!Is(pos_, 0, "SECTION")) return Fail(groups_[pos_].line, "expected SECTION or EOF");
+    if (pos_ + 1 >= groups_.size() || groups_[pos_ + 1].code != dxf::kCodeName)
+      return Fail(groups_[pos_].line, "SECTION without a name");
+    std::string_view name = Trim(groups_[pos_ + 1].value);
+    pos_ += 2;
+    bool ok = name == "HEADER"     ? ReadHeader()
+              : name == "TABLES"   ? ReadTables()
+              : name == "BLOCKS"   ? ReadBlocks()
+              : name == "ENTITIES" ? ReadEntitiesSection()
+                                   : SkipSection();
+    if (!ok) return false;
+  }
+  if (!error_.empty()) return false;
+  ResolveLinetypeStyles();
+  ApplyHeader(vars);
+  uint32_t seed = std::max(header_.seed, drawing_.handle_seed());
+  for (const BlockRecord& b : drawing_.tables().blocks().records())
+    for (const Entity& e : b.entities) seed = std::max(seed, e.handle + 1);
+  drawing_.set_handle_seed(seed);
+  *drawing = std::move(drawing_);
+  return true;
+}
+
+}  // namespace
+
+bool OpenDxf(const std::string& linux_path, Drawing* drawing, SysVarTable* vars, std::string* err) {
+  std::ifstream in(linux_path, std::ios::binary);
+  if (!in) {
+    *err = linux_path + ": cannot open";
+    return false;
+  }
+  std::ostringstream data;
+  data << in.rdbuf();
+  Parser parser(linux_path, std::move(data).str());
+  std::vector<std::pair<std::string, SysValue>> values;
+  if (!parser.Run(drawing, &values)) {
+    *err = parser.error();
+    return false;
+  }
+  if (vars)
+    for (auto& [name, value] : values) {
+      const SysVar* var = vars->Find(name);
+      if (var && var->value.index() == value.index()) vars->Force(name, std::move(value));
+    }
+  return true;
+}
+
+}  // namespace vorhost

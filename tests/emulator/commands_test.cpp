@@ -1,0 +1,318 @@
+// commands_test.cpp - the host's commands driven as the module drives them
+// (ads_command answer lists) and as a person types them.
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "emulator/drawing/textmetric.h"
+#include "host/ads.h"
+#include "support/host_fixture.h"
+
+namespace vorhost::testing {
+namespace {
+
+class CommandTest : public HostTest {
+ protected:
+  // The entity data of the last main entity, released at teardown.
+  resbuf* Last() {
+    ads_name e;
+    EXPECT_EQ(ads_entlast(e), RTNORM);
+    return Keep(ads_entget(e));
+  }
+  resbuf* Keep(resbuf* list) {
+    kept_.push_back(list);
+    return list;
+  }
+  void TearDown() override {
+    for (resbuf* rb : kept_) ads_relrb(rb);
+    HostTest::TearDown();
+  }
+  static const resbuf* Group(const resbuf* list, int code) {
+    for (; list; list = list->rbnext)
+      if (list->restype == code) return list;
+    return nullptr;
+  }
+  static std::string Text(const resbuf* list, int code) {
+    const resbuf* g = Group(list, code);
+    return g && g->resval.rstring ? g->resval.rstring : "<none>";
+  }
+  static double Real(const resbuf* list, int code) {
+    const resbuf* g = Group(list, code);
+    return g ? g->resval.rreal : NAN;
+  }
+  static std::vector<double> Point(const resbuf* list, int code) {
+    const resbuf* g = Group(list, code);
+    if (!g) return {};
+    return {g->resval.rpoint[0], g->resval.rpoint[1], g->resval.rpoint[2]};
+  }
+  void Var(const char* name, short value) {
+    resbuf rb{};
+    rb.restype = RTSHORT;
+    rb.resval.rint = value;
+    ASSERT_EQ(ads_setvar(name, &rb), RTNORM);
+  }
+  std::vector<resbuf*> kept_;
+};
+
+TEST_F(CommandTest, LineAndItsEntityData) {
+  ads_point a = {1, 2, 0}, b = {11, 2, 0}, c = {11, 12, 0};
+  ASSERT_EQ(ads_command(RTSTR, "LINE", RT3DPOINT, a, RT3DPOINT, b, RT3DPOINT, c, RTSTR, "", 0), RTNORM);
+  EXPECT_FALSE(host_->command_pending());
+  resbuf* line = Last();
+  EXPECT_EQ(Text(line, 0), "LINE");
+  EXPECT_EQ(Text(line, 8), "0");
+  EXPECT_EQ(Group(line, 6), nullptr) << "linetype BYLAYER has no group 6";
+  EXPECT_EQ(Group(line, 62), nullptr);
+  EXPECT_EQ(Point(line, 10), (std::vector<double>{11, 2, 0}));
+  EXPECT_EQ(Point(line, 11), (std::vector<double>{11, 12, 0}));
+  EXPECT_EQ(host_->drawing().MainEntities().size(), 2u);
+}
+
+TEST_F(CommandTest, OldStylePolylineWithWidthsWalksIntoItsVertices) {
+  ads_point a = {0, 0, 0}, b = {0, -100, 0};
+  ASSERT_EQ(ads_command(RTSTR, "PLINE", RT3DPOINT, a, RTSTR, "W", RTSTR, "5", RTSTR, "5", RT3DPOINT, b,
+                        RTSTR, "", 0),
+            RTNORM);
+  ads_name head, v1, v2, end;
+  ASSERT_EQ(ads_entlast(head), RTNORM);
+  EXPECT_EQ(Text(Keep(ads_entget(head)), 0), "POLYLINE");
+  ASSERT_EQ(ads_entnext(head, v1), RTNORM);
+  resbuf* first = Keep(ads_entget(v1));
+  EXPECT_EQ(Text(first, 0), "VERTEX");
+  EXPECT_EQ(Real(first, 40), 5);
+  EXPECT_EQ(Real(first, 41), 5);
+  EXPECT_EQ(Real(first, 42), 0);
+  ASSERT_EQ(ads_entnext(v1, v2), RTNORM);
+  EXPECT_EQ(Point(Keep(ads_entget(v2)), 10), (std::vector<double>{0, -100, 0}));
+  ASSERT_EQ(ads_entnext(v2, end), RTNORM);
+  resbuf* seqend = Keep(ads_entget(end));
+  EXPECT_EQ(Text(seqend, 0), "SEQEND");
+  EXPECT_EQ(Group(seqend, -2)->resval.rlname[0], head[0]);
+  EXPECT_NE(ads_entnext(end, v1), RTNORM);
+
+  Var("PLINETYPE", 2);
+  ASSERT_EQ(ads_command(RTSTR, "PLINE", RT3DPOINT, a, RT3DPOINT, b, RTSTR, "", 0), RTNORM);
+  EXPECT_EQ(Text(Last(), 0), "LWPOLYLINE");
+}
+
+TEST_F(CommandTest, TypedPolylineArcsGetTheirBulges) {
+  Answer({"0,0", "0,10", "A", "10,10", "L", "@0,-10", ""});
+  host_->Execute("PLINE");
+  std::vector<double> bulges;
+  for (const Entity& e : host_->drawing().entities())
+    if (e.type == "VERTEX") bulges.push_back(e.Real(42));
+  ASSERT_EQ(bulges.size(), 4u);
+  EXPECT_DOUBLE_EQ(bulges[0], 0);
+  EXPECT_DOUBLE_EQ(bulges[1], -1);  // going up, then a clockwise half circle
+  EXPECT_DOUBLE_EQ(bulges[2], 0);
+}
+
+TEST_F(CommandTest, TextAsksTheHeightOnlyWithoutAFixedHeight) {
+  ads_point p = {10, 20, 0};
+  ASSERT_EQ(ads_command(RTSTR, "TEXT", RTSTR, "M", RT3DPOINT, p, RTSTR, "", RTREAL, 315.0, RTSTR,
+                        "2.0mm2x3", 0),
+            RTNORM);
+  resbuf* t = Last();
+  EXPECT_EQ(Text(t, 1), "2.0mm2x3");
+  EXPECT_EQ(Real(t, 40), 2.5);
+  EXPECT_NEAR(Real(t, 50), 315 * M_PI / 180, 1e-12);
+  EXPECT_EQ(Group(t, 72)->resval.rint, 4);
+  EXPECT_EQ(Point(t, 11), (std::vector<double>{10, 20, 0}));
+
+  host_->tables().styles().Put(StyleRecord{"FIXED", "romans", "", 3.5});
+  host_->sysvars().Force("TEXTSTYLE", std::string("FIXED"));
+  ASSERT_EQ(ads_command(RTSTR, "TEXT", RTSTR, "M", RT3DPOINT, p, RTREAL, 90.0, RTSTR, "x", 0), RTNORM);
+  EXPECT_EQ(Real(Last(), 40), 3.5);
+  // The long form against a fixed height shifts the answers: "" is taken as
+  // the rotation, the real as the text, and the text is left over as a
+  // command the host does not know.
+  EXPECT_NE(ads_command(RTSTR, "TEXT", RTSTR, "M", RT3DPOINT, p, RTSTR, "", RTREAL, 90.0, RTSTR, "y", 0),
+            RTNORM);
+  EXPECT_EQ(Text(Last(), 1), "90");
+}
+
+TEST_F(CommandTest, TextJustificationsAndTheNextLine) {
+  ads_point p = {0, 0, 0};
+  ASSERT_EQ(ads_command(RTSTR, "TEXT", RT3DPOINT, p, RTREAL, 25.0, RTSTR, "0", RTSTR, "Total:100VA", 0), RTNORM);
+  ASSERT_EQ(ads_command(RTSTR, "TEXT", RTSTR, "", RTSTR, "IC:25KA", 0), RTNORM);
+  resbuf* second = Last();
+  EXPECT_EQ(Text(second, 1), "IC:25KA");
+  EXPECT_DOUBLE_EQ(Point(second, 10)[1], -25 * 5.0 / 3.0);
+  EXPECT_EQ(Real(second, 40), 25);
+
+  ads_point r = {600, -87.5, 0};
+  ASSERT_EQ(ads_command(RTSTR, "TEXT", RTSTR, "R", RT3DPOINT, r, RTREAL, 25.0, RTSTR, "0", RTSTR, "ABCD", 0),
+            RTNORM);
+  resbuf* right = Last();
+  EXPECT_EQ(Point(right, 11), (std::vector<double>{600, -87.5, 0}));
+  EXPECT_DOUBLE_EQ(Point(right, 10)[0], 600 - 4 * 0.75 * 25);
+  ASSERT_EQ(ads_command(RTSTR, "TEXT", RTSTR, "S", RTSTR, "STANDARD", RTSTR, "BC", RT3DPOINT, p, RTREAL,
+                        50.0, RTSTR, "0", RTSTR, "A1", 0),
+            RTNORM);
+  EXPECT_EQ(Group(Last(), 73)->resval.rint, 1);
+}
+
+TEST_F(CommandTest, StyleMakesBigFontAndVerticalStylesAndTextBoxesMeasureThem) {
+  for (const char* vertical : {"N", "Y"}) {
+    const char* name = vertical[0] == 'N' ? "ROMANSAEH" : "ROMANSAEV";
+    ASSERT_EQ(ads_command(RTSTR, "STYLE", RTSTR, name, RTSTR, "ROMANS,AE", RTSTR, "", RTSTR, "", RTSTR, "",
+                          RTSTR, "", RTSTR, "", RTSTR, vertical, 0),
+              RTNORM);
+  }
+  const StyleRecord* h = host_->tables().styles().Find("ROMANSAEH");
+  const StyleRecord* v = host_->tables().styles().Find("ROMANSAEV");
+  ASSERT_TRUE(h && v);
+  EXPECT_EQ(h->font, "ROMANS");
+  EXPECT_EQ(h->big_font, "AE");
+  EXPECT_EQ(h->flags & 4, 0);
+  EXPECT_EQ(v->flags & 4, 4);
+  EXPECT_EQ(v->fixed_height, 0);
+  SysValue style;
+  host_->sysvars().Get("TEXTSTYLE", &style);
+  EXPECT_EQ(std::get<std::string>(style), "ROMANSAEV");
+
+  ads_point p = {0, 0, 0}, lo, hi;
+  std::string two = Big5("配電");
+  ASSERT_EQ(ads_command(RTSTR, "TEXT", RTSTR, "S", RTSTR, "ROMANSAEV", RT3DPOINT, p, RTREAL, 50.0, RTSTR,
+                        "270", RTSTR, two.c_str(), 0),
+            RTNORM);
+  resbuf* t = Last();
+  ASSERT_EQ(ads_textbox(t, lo, hi), RTNORM);
+  EXPECT_DOUBLE_EQ(std::fabs(hi[1] - lo[1]), 100);  // two characters of height 50, stacked
+  resbuf* plain = Keep(ads_buildlist(1, "A1", 40, 10.0, 7, "ROMANSAEH", 0));
+  ASSERT_EQ(ads_textbox(plain, lo, hi), RTNORM);
+  EXPECT_DOUBLE_EQ(hi[0] - lo[0], 2 * kAsciiAdvance * 10);
+  EXPECT_DOUBLE_EQ(hi[1] - lo[1], 10);
+}
+
+TEST_F(CommandTest, LayerThenChpropFedOverSeveralCalls) {
+  ads_point a = {0, 0, 0}, b = {10, 0, 0}, c = {20, 5, 0};
+  ads_command(RTSTR, "LINE", RT3DPOINT, a, RT3DPOINT, b, RTSTR, "", 0);
+  ads_name first;
+  ads_entlast(first);
+  ads_command(RTSTR, "LINE", RT3DPOINT, b, RT3DPOINT, c, RTSTR, "", 0);
+  ads_name second;
+  ads_entlast(second);
+  WriteFile("RUNS.LIN", "*ELINE1,power\r\nA,.5,-.25\r\n");
+  ASSERT_EQ(ads_command(RTSTR, "LINETYPE", RTSTR, "L", RTSTR, "*", RTSTR, "RUNS.LIN", RTSTR, "", 0), RTNORM);
+
+  ASSERT_EQ(ads_command(RTSTR, "LAYER", RTSTR, "N", RTSTR, "E-POWER", RTSTR, "", 0), RTNORM);
+  ASSERT_EQ(ads_command(RTSTR, "CHPROP", RTENAME, first, 0), RTNORM);
+  EXPECT_TRUE(host_->command_pending());
+  ASSERT_EQ(ads_command(RTENAME, second, 0), RTNORM);
+  ASSERT_EQ(ads_command(RTSTR, "", RTSTR, "LT", RTSTR, "eline1", RTSTR, "LA", RTSTR, "E-POWER", RTSTR, "C",
+                        RTSTR, "3", RTSTR, "", 0),
+            RTNORM);
+  EXPECT_FALSE(host_->command_pending());
+  for (const long* name : {first, second}) {
+    resbuf* data = Keep(ads_entget(name));
+    EXPECT_EQ(Text(data, 6), "ELINE1");
+    EXPECT_EQ(Text(data, 8), "E-POWER");
+    EXPECT_EQ(Group(data, 62)->resval.rint, 3);
+  }
+  const LayerRecord* layer = host_->tables().layers().Find("E-POWER");
+  ASSERT_NE(layer, nullptr);
+  EXPECT_EQ(layer->color, 7);
+  EXPECT_EQ(layer->linetype, "CONTINUOUS");
+}
+
+TEST_F(CommandTest, LinetypeReloadsAskUnlessExpert) {
+  WriteFile("SUPPORT/RUNS.LIN", ";; runs\r\n*ELINE1\r\nA,.5,-.25\r\n*ELINE2\r\nA,1,-.5\r\n\x1A");
+  setenv("ACAD", "C:\\SUPPORT", 1);
+  ASSERT_EQ(ads_command(RTSTR, "LINETYPE", RTSTR, "L", RTSTR, "*", RTSTR, "runs", RTSTR, "", 0), RTNORM);
+  EXPECT_NE(host_->tables().linetypes().Find("ELINE2"), nullptr);
+  // EXPERT 0: the question comes, and "N" keeps the old definition.
+  ASSERT_EQ(ads_command(RTSTR, "LINETYPE", RTSTR, "L", RTSTR, "ELINE1", RTSTR, "RUNS.LIN", RTSTR, "N",
+                        RTSTR, "", 0),
+            RTNORM);
+  EXPECT_NE(Output().find("Linetype ELINE1 is already loaded.  Reload it? <Y> N"), std::string::npos);
+  // EXPERT 3: no question; the same answer list would now be wrong.
+  Var("EXPERT", 3);
+  ASSERT_EQ(ads_command(RTSTR, "LINETYPE", RTSTR, "L", RTSTR, "*", RTSTR, "RUNS.LIN", RTSTR, "", 0), RTNORM);
+  EXPECT_FALSE(host_->command_pending());
+  ASSERT_EQ(ads_command(RTSTR, "LINETYPE", RTSTR, "S", RTSTR, "ELINE2", RTSTR, "", 0), RTNORM);
+  SysValue celtype;
+  host_->sysvars().Get("CELTYPE", &celtype);
+  EXPECT_EQ(std::get<std::string>(celtype), "ELINE2");
+  EXPECT_NE(ads_command(RTSTR, "LINETYPE", RTSTR, "L", RTSTR, "*", RTSTR, "NOFILE.LIN", 0), RTNORM);
+  EXPECT_FALSE(host_->command_pending());
+  unsetenv("ACAD");
+}
+
+TEST_F(CommandTest, ARejectedAnswerCancelsTheCommandAndFailsTheCall) {
+  EXPECT_NE(ads_command(RTSTR, "LINE", RTSTR, "not a point", 0), RTNORM);
+  EXPECT_FALSE(host_->command_pending());
+  EXPECT_NE(Output().find("Invalid point."), std::string::npos);
+  EXPECT_NE(ads_command(RTSTR, "NOSUCHCOMMAND", 0), RTNORM);
+  EXPECT_NE(ads_command(RTSTR, "TEXTSTYLE", RTSTR, "NOSUCHSTYLE", 0), RTNORM);
+  ads_point p = {0, 0, 0};
+  EXPECT_NE(ads_command(RTSTR, "CHPROP", RT3DPOINT, p, RTSTR, "", RTSTR, "LA", RTSTR, "NOLAYER", 0), RTNORM);
+}
+
+TEST_F(CommandTest, CmdechoDecidesWhetherProgramCommandsAreShown) {
+  ads_point a = {0, 0, 0}, b = {5, 5, 0};
+  ads_command(RTSTR, "LINE", RT3DPOINT, a, RT3DPOINT, b, RTSTR, "", 0);
+  EXPECT_NE(Output().find("Command: LINE\nFrom point: 0,0,0\nTo point: 5,5,0\nTo point: "), std::string::npos)
+      << Output();
+  Var("CMDECHO", 0);
+  size_t before = Output().size();
+  ads_command(RTSTR, "LINE", RT3DPOINT, a, RT3DPOINT, b, RTSTR, "", 0);
+  EXPECT_EQ(Output().size(), before);
+}
+
+TEST_F(CommandTest, APendingCommandGoesOnWithTheUser) {
+  Answer({"(command \"LINE\" '(0 0) '(3 4))", "@3,0", ""});
+  host_->Run();
+  EXPECT_EQ(host_->drawing().MainEntities().size(), 2u);
+  EXPECT_EQ(host_->drawing().Find(host_->drawing().Last())->Point(11), (Point3{6, 4, 0}));
+}
+
+TEST_F(CommandTest, SelectionByTheUser) {
+  ads_point o = {0, 0, 0}, x = {10, 0, 0}, far = {100, 100, 0};
+  ads_command(RTSTR, "LINE", RT3DPOINT, o, RT3DPOINT, x, RTSTR, "", 0);
+  ads_command(RTSTR, "CIRCLE", RT3DPOINT, far, RTSTR, "5", 0);
+  std::string handle = Text(Last(), 5);
+  Answer({"ALL", "", "L", "", "W", "-1,-1", "11,1", "", "C", "94,96", "97,104", "", "H", handle, "",
+          "nothing", "#cancel"});
+  struct Case {
+    int rc;
+    long count;
+  } expected[] = {{RTNORM, 2}, {RTNORM, 1}, {RTNORM, 1}, {RTNORM, 1}, {RTNORM, 1}, {RTCAN, 0}};
+  for (const Case& c : expected) {
+    ads_name ss;
+    ASSERT_EQ(ads_ssget(nullptr, nullptr, nullptr, nullptr, ss), c.rc) << Output();
+    if (c.rc != RTNORM) break;
+    long n = 0;
+    EXPECT_EQ(ads_sslength(ss, &n), RTNORM);
+    EXPECT_EQ(n, c.count);
+    ads_name member;
+    EXPECT_EQ(ads_ssname(ss, n - 1, member), RTNORM);
+    EXPECT_NE(ads_ssname(ss, n, member), RTNORM);
+    EXPECT_EQ(ads_ssfree(ss), RTNORM);
+    EXPECT_NE(ads_ssfree(ss), RTNORM);
+  }
+  Answer({""});
+  ads_name none;
+  EXPECT_EQ(ads_ssget(nullptr, nullptr, nullptr, nullptr, none), RTERROR);
+}
+
+TEST_F(CommandTest, ArcsCirclesAndErase) {
+  Answer({"0,0", "10,10", "20,0", "C", "0,0", "10,0", "A", "90"});
+  host_->Execute("ARC");
+  resbuf* arc = Last();
+  EXPECT_EQ(Point(arc, 10), (std::vector<double>{10, 0, 0}));
+  EXPECT_NEAR(Real(arc, 40), 10, 1e-12);
+  EXPECT_NEAR(Real(arc, 50), 0, 1e-12);  // clockwise points: from the third point
+  EXPECT_NEAR(Real(arc, 51), M_PI, 1e-12);
+  host_->Execute("ARC");
+  resbuf* quarter = Last();
+  EXPECT_NEAR(Real(quarter, 51), M_PI / 2, 1e-12);
+  Answer({"5,5", "D", "4", "L", ""});
+  host_->Execute("CIRCLE");
+  EXPECT_EQ(Real(Last(), 40), 2);
+  host_->Execute("ERASE");
+  EXPECT_EQ(host_->drawing().MainEntities().size(), 2u);
+}
+
+}  // namespace
+}  // namespace vorhost::testing
