@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "emulator/drawing/textmetric.h"
+#include "emulator/io/dxf.h"
 #include "host/ads.h"
 #include "support/host_fixture.h"
 
@@ -239,6 +240,26 @@ TEST_F(CommandTest, LinetypeReloadsAskUnlessExpert) {
   unsetenv("ACAD");
 }
 
+TEST_F(CommandTest, ThePanelBoxIsDrawnDashedFromTheHostsOwnLinetypes) {
+  ASSERT_EQ(ads_command(RTSTR, "LTSCALE", RTSTR, "100", 0), RTNORM);
+  ASSERT_EQ(ads_command(RTSTR, "LINETYPE", RTSTR, "S", RTSTR, "DASHED", RTSTR, "", 0), RTNORM);
+  ads_point c[4] = {{-525, -715, 0}, {625, -715, 0}, {625, -50, 0}, {-525, -50, 0}};
+  ASSERT_EQ(ads_command(RTSTR, "LINE", RT3DPOINT, c[0], RT3DPOINT, c[1], RT3DPOINT, c[2], RT3DPOINT, c[3],
+                        RTSTR, "C", 0),
+            RTNORM);
+  EXPECT_FALSE(host_->command_pending());
+  ASSERT_EQ(ads_command(RTSTR, "LINETYPE", RTSTR, "S", RTSTR, "BYLAYER", RTSTR, "", 0), RTNORM);
+  std::vector<uint64_t> lines = host_->drawing().MainEntities();
+  ASSERT_EQ(lines.size(), 4u);
+  for (uint64_t id : lines) EXPECT_EQ(host_->drawing().Find(id)->linetype, "DASHED");
+  EXPECT_EQ(host_->drawing().Find(lines.back())->Point(11), (Point3{-525, -715, 0}));
+  SysValue v;
+  host_->sysvars().Get("LTSCALE", &v);
+  EXPECT_EQ(std::get<double>(v), 100);
+  host_->sysvars().Get("CELTYPE", &v);
+  EXPECT_EQ(std::get<std::string>(v), "BYLAYER");
+}
+
 TEST_F(CommandTest, ARejectedAnswerCancelsTheCommandAndFailsTheCall) {
   EXPECT_NE(ads_command(RTSTR, "LINE", RTSTR, "not a point", 0), RTNORM);
   EXPECT_FALSE(host_->command_pending());
@@ -312,6 +333,78 @@ TEST_F(CommandTest, ArcsCirclesAndErase) {
   EXPECT_EQ(Real(Last(), 40), 2);
   host_->Execute("ERASE");
   EXPECT_EQ(host_->drawing().MainEntities().size(), 2u);
+}
+
+}  // namespace
+}  // namespace vorhost::testing
+
+namespace vorhost::testing {
+namespace {
+
+// C:\NFB.DXF, a breaker-like block: a line, two attribute definitions that
+// INSERT asks for in this order, and a constant one it never asks.
+class InsertTest : public CommandTest {
+ protected:
+  void SetUp() override {
+    CommandTest::SetUp();
+    Drawing block;
+    Entity line("LINE");
+    line.groups = {{10, Point3{0, 0, 0}}, {11, Point3{0, -100, 0}}};
+    block.Append(line);
+    block.Append(Attdef("AF", "Frame size (AF)", "100AF", {10, -30, 0}, 0));
+    block.Append(Attdef("IC", "Interrupting capacity", "", {10, -60, 0}, 0));
+    block.Append(Attdef("MAKER", "Maker", "VOR", {10, -90, 0}, 2));  // constant: never asked
+    SysVarTable vars;
+    std::string err;
+    ASSERT_TRUE(SaveDxf(block, vars, LinuxPath("NFB.DXF"), &err)) << err;
+  }
+
+  static Entity Attdef(const char* tag, const char* prompt, const char* fallback, Point3 at, short flags) {
+    Entity e("ATTDEF");
+    e.groups = {{10, at}, {40, 20.0}, {1, std::string(fallback)}, {3, std::string(prompt)},
+                {2, std::string(tag)}, {70, flags}, {73, short{0}}, {50, 0.0}, {41, 1.0},
+                {51, 0.0}, {7, std::string("STANDARD")}, {71, short{0}}, {72, short{0}}, {74, short{0}}};
+    return e;
+  }
+};
+
+TEST_F(InsertTest, AsksAttributesInBlockOrderAndWalksIntoThem) {
+  ads_point at = {1000, 500, 0};
+  ASSERT_EQ(ads_command(RTSTR, "INSERT", RTSTR, "NFB", RT3DPOINT, at, RTSTR, "1", RTSTR, "1", RTSTR, "0",
+                        RTSTR, "225AF", RTSTR, "25KA", 0),
+            RTNORM)
+      << Output();
+  EXPECT_FALSE(host_->command_pending());
+  EXPECT_NE(Output().find("Frame size (AF) <100AF>: 225AF"), std::string::npos) << Output();
+  ads_name insert, first, second, end;
+  ASSERT_EQ(ads_entlast(insert), RTNORM);
+  resbuf* data = Keep(ads_entget(insert));
+  EXPECT_EQ(Text(data, 2), "NFB");
+  EXPECT_EQ(Group(data, 66)->resval.rint, 1);
+  ASSERT_EQ(ads_entnext(insert, first), RTNORM);
+  resbuf* af = Keep(ads_entget(first));
+  EXPECT_EQ(Text(af, 0), "ATTRIB");
+  EXPECT_EQ(Text(af, 1), "225AF");
+  EXPECT_EQ(Point(af, 10), (std::vector<double>{1010, 470, 0}));
+  ASSERT_EQ(ads_entnext(first, second), RTNORM);
+  EXPECT_EQ(Text(Keep(ads_entget(second)), 1), "25KA");
+  ASSERT_EQ(ads_entnext(second, end), RTNORM);
+  EXPECT_EQ(Text(Keep(ads_entget(end)), 0), "SEQEND");
+  EXPECT_NE(host_->tables().blocks().Find("NFB"), nullptr);
+
+  // Defined now: no file needed; ATTREQ 0 takes every default.
+  Var("ATTREQ", 0);
+  ASSERT_EQ(ads_command(RTSTR, "INSERT", RTSTR, "nfb", RT3DPOINT, at, RTSTR, "2", RTSTR, "", RTSTR, "90", 0),
+            RTNORM);
+  ads_entlast(insert);
+  ads_entnext(insert, first);
+  resbuf* defaulted = Keep(ads_entget(first));
+  EXPECT_EQ(Text(defaulted, 1), "100AF");
+  EXPECT_NEAR(Point(defaulted, 10)[0], 1000 + 60, 1e-9);  // (20,-60) scaled and turned a quarter
+  EXPECT_NEAR(Point(defaulted, 10)[1], 500 + 20, 1e-9);
+  EXPECT_NEAR(Real(defaulted, 40), 40, 1e-12);
+
+  EXPECT_NE(ads_command(RTSTR, "INSERT", RTSTR, "NOBLOCK", 0), RTNORM);
 }
 
 }  // namespace
