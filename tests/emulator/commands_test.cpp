@@ -317,6 +317,19 @@ TEST_F(CommandTest, SelectionByTheUser) {
   EXPECT_EQ(ads_ssget(nullptr, nullptr, nullptr, nullptr, none), RTERROR);
 }
 
+TEST_F(CommandTest, PointsAskedByTheModule) {
+  Answer({"10,20", "@5,0", "oops", "", "#cancel"});
+  ads_point p, base = {100, 100, 0};
+  ASSERT_EQ(ads_getpoint(nullptr, "\nstart point 1:", p), RTNORM);
+  EXPECT_EQ(p[0], 10);
+  EXPECT_EQ(p[1], 20);
+  ASSERT_EQ(ads_getpoint(base, "\nstart point 2:", p), RTNORM);
+  EXPECT_EQ(p[0], 105);
+  EXPECT_EQ(ads_getpoint(nullptr, "\nstart point 3:", p), RTNONE);  // "oops" refused, then Enter
+  EXPECT_NE(Output().find("start point 3:oops\nInvalid point."), std::string::npos) << Output();
+  EXPECT_EQ(ads_getpoint(nullptr, "\nstart point 4:", p), RTCAN);
+}
+
 TEST_F(CommandTest, ArcsCirclesAndErase) {
   Answer({"0,0", "10,10", "20,0", "C", "0,0", "10,0", "A", "90"});
   host_->Execute("ARC");
