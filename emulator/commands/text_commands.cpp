@@ -222,7 +222,8 @@ class TextCommand : public Command {
     Point3 insertion = just_->h == 0 && just_->v == 0 ? first_
                        : just_->h == 3 || just_->h == 5
                            ? first_
-                           : JustifiedInsertion(box, first_, just_->h, just_->v, rotation_);
+                           : JustifiedInsertion(box, first_, just_->h, just_->v,
+                                                rotation_ - (vertical ? 3 * M_PI / 2 : 0));
     Entity e = host_.NewEntity("TEXT");
     e.groups = {{10, insertion}, {40, height}, {1, text}, {50, rotation_}, {41, width_factor},
                 {51, style ? style->oblique : 0.0}, {7, style_name},

@@ -18,6 +18,7 @@ uint64_t Drawing::Append(Entity entity) {
   if (entity.IsSubEntity()) entity.owner = last_main_;
   else last_main_ = entity.id;
   index_[entity.id] = entities_.size();
+  by_handle_[entity.handle] = entities_.size();
   entities_.push_back(std::move(entity));
   return entities_.back().id;
 }
@@ -33,9 +34,8 @@ const Entity* Drawing::Find(uint64_t id) const {
 }
 
 const Entity* Drawing::FindByHandle(uint32_t handle) const {
-  for (const Entity& e : entities_)
-    if (e.handle == handle) return &e;
-  return nullptr;
+  auto it = by_handle_.find(handle);
+  return it == by_handle_.end() ? nullptr : &entities_[it->second];
 }
 
 uint64_t Drawing::Next(uint64_t id) const {

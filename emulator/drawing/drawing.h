@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <map>
+#include <unordered_map>
 #include <string>
 #include <vector>
 
@@ -55,6 +56,7 @@ class Drawing {
   Tables tables_;
   std::vector<Entity> entities_;
   std::map<uint64_t, size_t> index_;  // id -> position in entities_
+  std::unordered_map<uint32_t, size_t> by_handle_;  // handle -> position in entities_
   uint32_t next_handle_ = 0x20;
   uint64_t last_main_ = 0;
 };

@@ -34,7 +34,9 @@ Chain TextChain(const Drawing& drawing, const Entity& e) {
   bool vertical = style && (style->flags & 4);
   TextBox box = MeasureText(e.Text(1), e.Real(40, 1), e.Real(41, 1), vertical);
   Point3 o = e.Point(10);
-  double r = e.Real(50), c = std::cos(r), s = std::sin(r);
+  // A vertical column stands upright at rotation 270: its box is measured
+  // in that frame.
+  double r = e.Real(50) - (vertical ? 3 * M_PI / 2 : 0), c = std::cos(r), s = std::sin(r);
   auto at = [&](double x, double y) { return Point3{o[0] + x * c - y * s, o[1] + x * s + y * c, o[2]}; };
   return {at(box.x1, box.y1), at(box.x2, box.y1), at(box.x2, box.y2), at(box.x1, box.y2),
           at(box.x1, box.y1)};

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
 #include <set>
 #include <unordered_set>
 
@@ -309,13 +310,14 @@ void WriteTables(const Drawing& drawing, const Box& extents, GroupSink* out) {
 }
 
 // Each block with flag 2 exactly when it holds attribute definitions.
+// BLOCK and ENDBLK carry no handle: the host keeps none for them, and one
+// made up at each save would change the file at every save.
 void WriteBlocks(const Tables& tables, HandleBook* handles, GroupSink* out) {
   BeginSection("BLOCKS", out);
   for (const BlockRecord& b : tables.blocks().records()) {
     bool has_attdefs = false;
     for (const Entity& e : b.entities) has_attdefs |= !e.erased && e.type == "ATTDEF";
     out->Raw(kCodeStart, "BLOCK");
-    out->Handle(handles->Take(0));
     out->Raw(kCodeLayer, "0");
     out->Text(kCodeName, b.name);
     out->Int(70, has_attdefs ? (b.flags | 2) : (b.flags & ~2));
@@ -323,7 +325,6 @@ void WriteBlocks(const Tables& tables, HandleBook* handles, GroupSink* out) {
     out->Text(3, b.name);
     WriteEntities(b.entities, false, handles, out);
     out->Raw(kCodeStart, "ENDBLK");
-    out->Handle(handles->Take(0));
     out->Raw(kCodeLayer, "0");
   }
   EndSection(out);
@@ -332,11 +333,10 @@ void WriteBlocks(const Tables& tables, HandleBook* handles, GroupSink* out) {
 void WriteHeaderVar(const dxf::HeaderVar& hv, const SysVarTable& vars, GroupSink* out) {
   SysValue v;
   if (!vars.Get(hv.name, &v)) return;
-  bool planar = std::string_view(hv.name).substr(0, 3) == "LIM";  // R12 keeps limits 2D
   std::string name = std::string("$") + hv.name;
   if (hv.code == 10 && std::holds_alternative<Point3>(v)) {
     out->Raw(dxf::kCodeHeaderVar, name);
-    out->Point(10, std::get<Point3>(v), !planar);
+    out->Point(10, std::get<Point3>(v), !hv.planar);
   } else if (hv.code == 40 && std::holds_alternative<double>(v)) {
     out->Raw(dxf::kCodeHeaderVar, name);
     out->Real(40, std::get<double>(v));

@@ -39,11 +39,12 @@ constexpr int kPointZOffset = 20;
 // $HANDLING, $HANDSEED, $EXTMIN and $EXTMAX, each with its group code and
 // the system variable it comes from and goes to. All exist in R12.
 struct HeaderVar {
-  const char* name;  // without the $
-  int code;          // 10 point, 40 real, 70 integer, 6/7/8 names
+  const char* name;     // without the $
+  int code;             // 10 point, 40 real, 70 integer, 6/7/8 names
+  bool planar = false;  // a point without z (R12 keeps limits 2D)
 };
 constexpr HeaderVar kHeaderVars[] = {
-    {"INSBASE", 10},  {"LIMMIN", 10},    {"LIMMAX", 10},     {"ORTHOMODE", 70},
+    {"INSBASE", 10},  {"LIMMIN", 10, true}, {"LIMMAX", 10, true}, {"ORTHOMODE", 70},
     {"REGENMODE", 70}, {"FILLMODE", 70}, {"QTEXTMODE", 70},  {"MIRRTEXT", 70},
     {"LTSCALE", 40},  {"ATTMODE", 70},   {"TEXTSIZE", 40},   {"TEXTSTYLE", 7},
     {"CLAYER", 8},    {"CELTYPE", 6},    {"DIMSCALE", 40},   {"LUNITS", 70},

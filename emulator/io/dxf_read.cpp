@@ -7,6 +7,7 @@
 // reading a drawing from a file sees what it sees in one the host made.
 #include <algorithm>
 #include <charconv>
+#include <cstdio>
 #include <cmath>
 #include <fstream>
 #include <map>
@@ -34,6 +35,17 @@ std::string_view Trim(std::string_view s) {
   while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
   while (!s.empty() && (s.back() == ' ' || s.back() == '\t')) s.remove_suffix(1);
   return s;
+}
+
+// A text of the file for a message: bytes outside printable ASCII as \xNN.
+std::string Shown(std::string_view text) {
+  std::string out;
+  for (unsigned char c : text) {
+    char buf[8];
+    std::snprintf(buf, sizeof buf, c >= 0x20 && c < 0x7F ? "%c" : "\\x%02X", c);
+    out += buf;
+  }
+  return out;
 }
 
 bool ParseLong(std::string_view s, long* v) {
@@ -180,7 +192,10 @@ class Parser {
  private:
   bool Split();
   bool Fail(int line, const std::string& message);
+  // Whether the data ran out; sets the error then.
   bool AtEnd();
+  // The same, or the next group is the file's EOF while a section is open.
+  bool SectionEnds();
   bool Is(size_t i, int code, std::string_view value) const {
     return i < groups_.size() && groups_[i].code == code && Trim(groups_[i].value) == value;
   }
@@ -224,22 +239,30 @@ class Parser {
 bool Parser::Fail(int line, const std::string& message) {
   error_ = path_ + ":" + std::to_string(line) + ": " + message;
   if (line >= 1 && static_cast<size_t>(line) <= lines_.size()) {
-    std::string_view text = lines_[line - 1].substr(0, 80);
-    error_ += "\n" + std::string(text) + "\n^";
+    error_ += "\n" + Shown(lines_[line - 1].substr(0, 80)) + "\n^";
   }
   return false;
 }
 
 bool Parser::AtEnd() {
   if (pos_ < groups_.size()) return false;
-  Fail(static_cast<int>(lines_.size()), "the file ends without EOF");
+  Fail(std::max(1, static_cast<int>(lines_.size())), "the file ends without EOF");
+  return true;
+}
+
+bool Parser::SectionEnds() {
+  if (AtEnd()) return true;
+  if (!Is(pos_, 0, "EOF")) return false;
+  Fail(groups_[pos_].line, "EOF inside a section (no ENDSEC)");
   return true;
 }
 
 // The file as pairs: every code line must hold an integer and have a
 // value line after it.
 bool Parser::Split() {
-  if (data_.rfind("AutoCAD Binary DXF", 0) == 0) return Fail(1, "binary DXF files are not read");
+  // Binary files start with a line naming themselves "... Binary DXF".
+  if (data_.substr(0, data_.find('\n')).find("Binary DXF") != std::string::npos)
+    return Fail(1, "binary DXF files are not read");
   for (size_t start = 0; start < data_.size();) {
     size_t end = data_.find('\n', start);
     if (end == std::string::npos) end = data_.size();
@@ -254,7 +277,7 @@ bool Parser::Split() {
     std::string_view t = Trim(lines_[i]);
     auto r = std::from_chars(t.data(), t.data() + t.size(), code);
     if (t.empty() || r.ec != std::errc() || r.ptr != t.data() + t.size())
-      return Fail(line, "'" + std::string(lines_[i].substr(0, 40)) + "' is not a group code");
+      return Fail(line, "'" + Shown(lines_[i].substr(0, 40)) + "' is not a group code");
     if (i + 1 >= lines_.size()) return Fail(line, "group code " + std::to_string(code) + " has no value");
     groups_.push_back({static_cast<int>(code), lines_[i + 1], line + 1});
   }
@@ -271,7 +294,7 @@ std::span<const RawGroup> Parser::Record() {
 bool Parser::ConvertOne(std::span<const RawGroup> raws, size_t* i, std::vector<Group>* out) {
   const RawGroup& g = raws[*i];
   auto number_error = [&](const RawGroup& bad) {
-    return Fail(bad.line, "'" + std::string(Trim(bad.value).substr(0, 40)) +
+    return Fail(bad.line, "'" + Shown(Trim(bad.value).substr(0, 40)) +
                               "' is not a number (group " + std::to_string(bad.code) + ")");
   };
   if (IsPointCode(g.code)) {
@@ -314,11 +337,12 @@ bool Parser::Convert(std::span<const RawGroup> raws, std::vector<Group>* out) {
     int code = raws[i].code;
     if (code == dxf::kCodeOwner || code == dxf::kCodeHardOwner || code == dxf::kCodeComment) continue;
     if (code == dxf::kCodeGroupBracket) {
-      if (Trim(raws[i].value).starts_with("{"))
-        while (i + 1 < raws.size() && !(raws[i + 1].code == dxf::kCodeGroupBracket &&
-                                        Trim(raws[i + 1].value) == "}"))
-          i++;
-      if (i + 1 < raws.size() && raws[i + 1].code == dxf::kCodeGroupBracket) i++;
+      if (!Trim(raws[i].value).starts_with("{")) continue;
+      auto closes = [&](size_t k) {
+        return raws[k].code == dxf::kCodeGroupBracket && Trim(raws[k].value) == "}";
+      };
+      while (i + 1 < raws.size() && !closes(i + 1)) i++;
+      if (i + 1 < raws.size()) i++;
       continue;
     }
     if (!ConvertOne(raws, &i, out)) return false;
@@ -327,7 +351,7 @@ bool Parser::Convert(std::span<const RawGroup> raws, std::vector<Group>* out) {
 }
 
 bool Parser::ReadHeader() {
-  while (!AtEnd()) {
+  while (!SectionEnds()) {
     if (Is(pos_, 0, "ENDSEC")) {
       pos_++;
       break;
@@ -419,7 +443,7 @@ bool Parser::ReadTableEntry(std::string_view type, std::span<const RawGroup> raw
 }
 
 bool Parser::ReadTables() {
-  while (!AtEnd()) {
+  while (!SectionEnds()) {
     const RawGroup& g = groups_[pos_++];
     if (g.code != dxf::kCodeStart) continue;
     std::string_view type = Trim(g.value);
@@ -476,8 +500,9 @@ bool Parser::ReadEntity(std::string_view type, std::span<const RawGroup> raws,
 // for the caller.
 bool Parser::ReadEntities(std::vector<Entity>* out, std::string_view end) {
   std::optional<size_t> polyline;  // index in *out of the open POLYLINE
-  while (!AtEnd()) {
+  while (!SectionEnds()) {
     if (Is(pos_, 0, end)) return true;
+    if (Is(pos_, 0, "ENDSEC")) return Fail(groups_[pos_].line, "BLOCK without ENDBLK");
     const RawGroup& g = groups_[pos_++];
     if (g.code != dxf::kCodeStart) continue;
     std::string_view type = Trim(g.value);
@@ -492,7 +517,7 @@ bool Parser::ReadEntities(std::vector<Entity>* out, std::string_view end) {
 }
 
 bool Parser::ReadBlocks() {
-  while (!AtEnd()) {
+  while (!SectionEnds()) {
     const RawGroup& g = groups_[pos_++];
     if (g.code != dxf::kCodeStart) continue;
     std::string_view type = Trim(g.value);
@@ -519,7 +544,7 @@ bool Parser::ReadEntitiesSection() {
 }
 
 bool Parser::SkipSection() {
-  while (!AtEnd())
+  while (!SectionEnds())
     if (Is(pos_++, 0, "ENDSEC")) return true;
   return false;
 }

@@ -51,9 +51,9 @@ def check_file(doc, auditor, check):
     check.same("$DWGCODEPAGE", doc.header.get("$DWGCODEPAGE"), "ANSI_950")
     check.same("encoding", doc.encoding, "cp950")
     for error in auditor.errors:
-        check.problems.append(f"audit error: {error}")
+        check.problems.append(f"audit error: {error.code} {error.message}")
     for fix in auditor.fixes:
-        check.problems.append(f"audit fix: {fix}")
+        check.problems.append(f"audit fix: {fix.code} {fix.message}")
 
 
 def check_tables(doc, want, check):
