@@ -11,7 +11,9 @@ rm -rf "$out/c"
 mkdir -p "$out/c"
 cp -R examples/c/. "$out/c/"
 for script in examples/*.vor; do
+  name=$(basename "$script" .vor)
   echo "== $script"
-  (cd "$out/c" && "$OLDPWD/build/vorhost" --drive "C=$PWD" "$OLDPWD/$script")
+  (cd "$out/c" && "$OLDPWD/build/vorhost" --drive "C=$PWD" --save "$PWD/$name.dxf" \
+     --svg "$PWD/$name.svg" "$OLDPWD/$script")
 done
 echo "== results in $out/c"
