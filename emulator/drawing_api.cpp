@@ -244,7 +244,7 @@ extern "C" int ads_ssget(const char* str, const void* pt1, const void* pt2, cons
                          ads_name ss) {
   (void)filter;  // selection filters are not offered
   Host* host = Host::Current();
-  if (!host || !ss || host->command_pending()) return RTERROR;
+  if (!host || !ss || host->command_pending() || host->dialogs().any_open()) return RTERROR;
   std::string mode = str ? str : "";
   std::vector<uint64_t> found;
   const vorhost::Drawing& d = host->drawing();
@@ -296,7 +296,7 @@ extern "C" int ads_ssfree(const ads_name sname) {
 
 extern "C" int ads_getpoint(const ads_point pt, const char* prompt, ads_point result) {
   Host* host = Host::Current();
-  if (!host || !result || host->command_pending()) return RTERROR;
+  if (!host || !result || host->command_pending() || host->dialogs().any_open()) return RTERROR;
   vorhost::Point3 base = pt ? vorhost::Point3{pt[0], pt[1], pt[2]} : host->LastPoint();
   for (;;) {
     vorhost::Input in = host->Ask(prompt ? prompt : "");

@@ -40,7 +40,9 @@ std::optional<std::string> FindInFolder(const std::string& dir, std::string_view
 
 }  // namespace
 
-Host::Host(std::ostream* out) : transcript_(out), lisp_(std::make_unique<lisp::Interpreter>()) {
+Host::Host(std::ostream* out)
+    : transcript_(out), lisp_(std::make_unique<lisp::Interpreter>()),
+      dialogs_(std::make_unique<DialogManager>(*this)) {
   previous_ = current_host;
   current_host = this;
   InstallTextCheck();
@@ -347,6 +349,10 @@ void Host::CancelCommand() {
 }
 
 int Host::FeedCommand(const std::vector<Answer>& items) {
+  if (dialogs_->any_open()) {
+    transcript_.WriteLine("Commands cannot run while a dialog is open.");
+    return RTERROR;
+  }
   SysValue echo;
   bool echo_on = !sysvars_.Get("CMDECHO", &echo) || std::get<short>(echo) != 0;
   for (const Answer& item : items) {

@@ -16,6 +16,7 @@
 
 #include "emulator/commands/command.h"
 #include "emulator/core/sysvars.h"
+#include "emulator/dialogs/dialogs.h"
 #include "emulator/drawing/drawing.h"
 #include "emulator/lisp/interp.h"
 #include "emulator/ui/transcript.h"
@@ -52,6 +53,7 @@ class Host {
   SysVarTable& sysvars() { return sysvars_; }
   lisp::Interpreter& lisp() { return *lisp_; }
   Drawing& drawing() { return drawing_; }
+  DialogManager& dialogs() { return *dialogs_; }
   Tables& tables() { return drawing_.tables(); }
 
   // The user is not owned. With none, every question is cancelled.
@@ -173,6 +175,7 @@ class Host {
   SysVarTable sysvars_;
   std::unique_ptr<lisp::Interpreter> lisp_;
   Drawing drawing_;
+  std::unique_ptr<DialogManager> dialogs_;
   User* user_ = nullptr;
   Host* previous_ = nullptr;
 

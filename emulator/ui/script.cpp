@@ -80,15 +80,21 @@ Input ScriptUser::Read(Asking asking, std::string_view prompt) {
       if (step == Step::kAnswer) return answer;
       continue;
     }
-    if (asking == Asking::kCommand && TrimText(line).empty()) continue;
+    if (asking != Asking::kPrompt && TrimText(line).empty()) continue;
     std::string big5;
     if (!ToBig5(line, &big5)) break;
     return Input::Line(std::move(big5));
   }
   if (!failed() && asking == Asking::kPrompt)
     Fail(line_number_, "the script ended while the host was asking: " + TrimText(Big5ToUtf8(prompt)));
+  if (!failed() && asking == Asking::kDialog) {
+    Dialog* open = host_.dialogs().top();
+    Fail(line_number_, "the script has no event left for the dialog " + (open ? open->name() : std::string("that is open")));
+  }
   return Input::End();
 }
+
+void ScriptUser::Misstep(const std::string& why) { Fail(line_number_, Big5ToUtf8(why)); }
 
 ScriptUser::Step ScriptUser::Directive(const std::string& line, Input* answer) {
   if (IsComment(line)) return Step::kNext;
@@ -107,6 +113,22 @@ ScriptUser::Step ScriptUser::Directive(const std::string& line, Input* answer) {
   if (word == "cancel") {
     *answer = Input::Cancel();
     return Step::kAnswer;
+  }
+  if (word == "dialog" || word == "show") {
+    Dialog* open = host_.dialogs().top();
+    if (word == "show") {
+      if (!open) {
+        Fail(num, "#show: no dialog is open");
+        return Step::kFail;
+      }
+      host_.transcript().WriteLine(open->Describe());
+      return Step::kNext;
+    }
+    std::string want = arg.empty() ? "(none)" : arg;
+    std::string have = open ? open->name() : "(none)";
+    if (want == have) return Step::kNext;
+    Fail(num, "expected dialog " + want + " to be open, but " + (open ? "the dialog " + have + " is" : std::string("none is")));
+    return Step::kFail;
   }
   if (word == "fail-alloc") {
     FailAllocation(Heap::kModule, arg.empty() ? 0 : std::atoi(arg.c_str()));

@@ -26,6 +26,7 @@ class ScriptUser : public User {
 
   Input Read(Asking asking, std::string_view prompt) override;
   EditOutcome EditFile(const std::string& linux_path, std::string* err) override;
+  void Misstep(const std::string& why) override;
 
   // Set once a line fails (an expectation, a malformed line, input that
   // ended while the host still asked); the script stops there.

@@ -12,6 +12,7 @@ namespace vorhost {
 enum class Asking {
   kCommand,  // the command prompt: a command or an expression
   kPrompt,   // an answer to a prompt of a command or function
+  kDialog,   // an event in the dialog that is open (see docs/scripting.md)
 };
 
 // One answer: a line of text (Big5), Escape, or the end of the user's input.
@@ -41,6 +42,11 @@ class User {
 
   // An alert box has been shown (Big5); the user reads and closes it.
   virtual void Acknowledge(std::string_view message) { (void)message; }
+
+  // The user's last answer could not be taken (a dialog event naming a
+  // tile the dialog lacks, say); why has been shown. A person tries again;
+  // a script has gone out of step and stops.
+  virtual void Misstep(const std::string& why) { (void)why; }
 };
 
 }  // namespace vorhost
