@@ -67,6 +67,21 @@ Host* Host::Current() { return current_host; }
 
 void Host::DefineBuiltins() {
   DefineHostFunctions(*this);
+  // (dcl_preview "FILE.DCL" "DIALOG"): shows a dialog with no actions of its
+  // own, for a look at it; gives the status it ended with, or nil.
+  lisp_->Define("DCL_PREVIEW", [this](const std::vector<lisp::Value>& args, lisp::Value* r, std::string* err) {
+    if (args.size() != 2 || args[0].kind != lisp::Value::Kind::kString || args[1].kind != lisp::Value::Kind::kString) {
+      *err = "bad argument type";
+      return false;
+    }
+    int id = 0, status = 0;
+    ads_hdlg dialog = nullptr;
+    if (dialogs_->Load(args[0].text, &id) != RTNORM) return true;
+    if (dialogs_->New(args[1].text, id, NULLCB, &dialog) == RTNORM && dialogs_->Start(dialog, &status) == RTNORM)
+      *r = lisp::Value::Int(status);
+    dialogs_->Unload(id);
+    return true;
+  });
   // (command "LINE" '(0 0) '(10 0) ""): answers fed as a program feeds them.
   lisp_->Define("COMMAND", [this](const std::vector<lisp::Value>& args, lisp::Value*, std::string*) {
     std::vector<Answer> items;
@@ -249,7 +264,16 @@ bool Host::CallModule(int code, const std::vector<lisp::Value>& args, lisp::Valu
 Input Host::Ask(std::string_view prompt, Asking asking) {
   if (asking == Asking::kCommand) transcript_.StartLine();
   transcript_.Write(prompt);
+  size_t shown = transcript_.text().size();
   Input in = user_ ? user_->Read(asking, prompt) : Input::Cancel();
+  if (transcript_.text().size() != shown && in.kind != Input::Kind::kEnd) {
+    // Something was printed while the user was being asked (a script's
+    // #show): ask again on a line of its own, so the answer follows its prompt.
+    std::string_view again = prompt;
+    while (!again.empty() && again.front() == '\n') again.remove_prefix(1);
+    transcript_.StartLine();
+    transcript_.Write(again);
+  }
   // The answer stays on the prompt's line: whatever the host prints next
   // starts a line of its own, as texts and prompts begin with a line feed.
   switch (in.kind) {
@@ -461,6 +485,11 @@ std::string Host::ResourceDirectory() {
   return VORHOST_RESOURCES;
 }
 
+std::string Host::ModuleDirectory() {
+  if (const char* dir = std::getenv("VORMIS_FILES"); dir && *dir) return dir;
+  return VORMIS_FILES;
+}
+
 std::vector<std::string> Host::SearchPath() const {
   std::vector<std::string> dirs;
   std::string linux_path;
@@ -474,6 +503,7 @@ std::vector<std::string> Host::SearchPath() const {
       if (!dir.empty() && Files().Resolve(dir, &linux_path)) dirs.push_back(linux_path);
     }
   }
+  dirs.push_back(ModuleDirectory());
   dirs.push_back(ResourceDirectory());
   return dirs;
 }

@@ -151,14 +151,15 @@ class Host {
 
   // ---- Files -------------------------------------------------------------
   // The host's search path as Linux folders: the current directory, the
-  // DOS folders of the ACAD environment variable, then the host's own
-  // resources.
+  // DOS folders of the ACAD environment variable, the folder the module was
+  // installed with (its dialog files), then the host's own resources.
   std::vector<std::string> SearchPath() const;
   // The Linux path of name (DOS, Big5) found on the search path, or of
   // name itself when it has a directory part and exists.
   std::optional<std::string> FindFile(std::string_view name) const;
 
   static std::string ResourceDirectory();
+  static std::string ModuleDirectory();
 
  private:
   void DefineBuiltins();

@@ -19,7 +19,7 @@ namespace vorhost::dcl {
 namespace {
 
 // The module's dialog files sit in dcl/ beside the host's resources/.
-const std::string kDclDir = std::string(VORHOST_RESOURCES) + "/../dcl/";
+const std::string kDclDir = std::string(VORMIS_FILES) + "/";
 
 bool ReadBytes(const std::string& path, std::string* out) {
   std::ifstream in(path, std::ios::binary);

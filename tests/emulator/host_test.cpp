@@ -131,8 +131,9 @@ TEST_F(HostApiTest, TheSearchPathIsTheCurrentDirectoryAcadThenResources) {
   EXPECT_EQ(host_->FindFile("C:\\OTHER\\only.lin"), LinuxPath("OTHER/ONLY.LIN"));
   EXPECT_EQ(host_->FindFile("NOWHERE.LIN"), std::nullopt);
   std::vector<std::string> path = host_->SearchPath();
-  ASSERT_EQ(path.size(), 4u);
+  ASSERT_EQ(path.size(), 5u);
   EXPECT_EQ(path.back(), Host::ResourceDirectory());
+  EXPECT_EQ(path[3], Host::ModuleDirectory());
   unsetenv("ACAD");
 }
 
