@@ -175,6 +175,11 @@ void DialogManager::Fire(Dialog& dialog, LiveTile& tile, int reason) {
   action(&packet);
 }
 
+void DialogManager::Accept(Dialog& dialog, LiveTile& tile) {
+  if (dialog.done || !tile.def().IsTrue("allow_accept")) return;
+  if (LiveTile* ok = dialog.Find("accept"); ok && ok->Usable()) Fire(dialog, *ok, CBR_SELECT);
+}
+
 bool DialogManager::Apply(Dialog& dialog, const std::string& line, std::string* why) {
   std::string verb, key, rest;
   SplitEvent(line, &verb, &key, &rest);
@@ -215,13 +220,17 @@ bool DialogManager::Apply(Dialog& dialog, const std::string& line, std::string* 
     }
     tile->value = std::to_string(*row);
     Fire(dialog, *tile, CBR_SELECT);
-    if (verb == "double-click" && !dialog.done) Fire(dialog, *tile, CBR_DOUBLE_CLICK);
+    if (verb == "double-click" && !dialog.done) {
+      Fire(dialog, *tile, CBR_DOUBLE_CLICK);
+      Accept(dialog, *tile);
+    }
     return true;
   }
   if (verb == "type" || verb == "enter") {
     if (tile->kind() != dcl::TileKind::kEditBox) return wrong_kind("an edit box");
     tile->value = rest;
     Fire(dialog, *tile, verb == "type" ? CBR_LOST_FOCUS : CBR_SELECT);
+    if (verb == "enter") Accept(dialog, *tile);
     return true;
   }
   if (verb == "toggle") {

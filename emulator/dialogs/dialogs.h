@@ -59,6 +59,9 @@ class DialogManager {
   // Runs a tile's action with value and reason; accept and cancel without
   // one end the dialog with 1 and 0.
   void Fire(Dialog& dialog, LiveTile& tile, int reason);
+  // Enter in an edit box, or a double click in a list, whose tile allows
+  // it presses the dialog's OK button as well.
+  void Accept(Dialog& dialog, LiveTile& tile);
 
   Host& host_;
   std::map<int, std::unique_ptr<dcl::Library>> files_;

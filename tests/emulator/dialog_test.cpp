@@ -15,6 +15,7 @@ test : dialog {
   : list_box { key = "single"; }
   : list_box { key = "many"; multiple_select = true; }
   : edit_box { key = "gap"; }
+  : edit_box { key = "quick"; allow_accept = true; }
   : toggle { key = "flag"; }
   : radio_row { key = "units";
     : radio_button { key = "mm"; value = "1"; }
@@ -104,6 +105,12 @@ TEST_F(DialogTest, EventsGiveTheirValuesAndReasons) {
        "toggle flag", "ok"});
   EXPECT_EQ(calls, (std::vector<std::string>{"single 2 1", "single 0 1", "single 0 4", "gap 3.5 mm 2",
                                              "gap 4 1", "flag 1 1", "flag 0 1"}));
+}
+
+TEST_F(DialogTest, EnterInAnEditBoxThatAllowsItPressesOk) {
+  EXPECT_EQ(Run({"type quick 5", "enter gap 6", "enter quick 7"}, [](ads_hdlg d) { ads_action_tile(d, "quick", Record); }),
+            DLGOK);
+  EXPECT_EQ(calls, (std::vector<std::string>{"quick 5 2", "gap 6 1", "quick 7 1"}));
 }
 
 TEST_F(DialogTest, RadioClustersAndMultipleChoice) {
