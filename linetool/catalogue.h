@@ -1,0 +1,73 @@
+/* catalogue.h - the run-type catalogue of the current family: records of
+ * seven quoted fields, their parsing and composing, the line tool's list
+ * rows, the code filter and the record edits.
+ *
+ * A record line: ("code" "linetype" "layer" "colour" "label" "items"
+ * "pattern"), a double quote inside a field written as backslash-quote. */
+#ifndef VORMIS_LINETOOL_CATALOGUE_H
+#define VORMIS_LINETOOL_CATALOGUE_H
+
+#include <stdint.h>
+
+#include "ads.h"
+#include "../util/textlist.h"
+
+constexpr int RECORD_FIELDS = 7;
+constexpr int ROW_LIMIT = 500;  /* rows of the line tool's list */
+constexpr int CODE_LIMIT = 501; /* distinct codes in the code list */
+constexpr int CODE_WIDTH = 20;  /* bytes of a code in the code list */
+
+/* The current family: "ELINE", "SLINE" or "PLINE". */
+extern char KindName[6];
+/* The records of the current family's catalogue file. */
+extern TextList Catalogue;
+/* Fields 1 to 7 of the record last parsed (index 0 is field 1). */
+extern char RecordFields[RECORD_FIELDS][256];
+/* Field 5 with its backslash-quote pairs turned into quotes. */
+extern char SpecDisplay[256];
+/* Catalogue index of each row of the list tile "eline". */
+extern int32_t RowMap[ROW_LIMIT];
+/* The row last chosen in "eline". */
+extern int32_t SelectedRow;
+/* 1 when run drawing writes labels beside runs. */
+extern int32_t LabelOn;
+/* The gap between a run and its label, as typed; "2.5" when empty. */
+extern char LabelGap[256];
+/* The wildcard pattern on codes, and whether the list is filtered by it. */
+extern char CodePattern[256];
+extern int32_t SearchOn;
+/* Distinct codes, cut to 20 bytes, in order of first appearance. */
+extern char CodeTable[CODE_LIMIT][CODE_WIDTH + 1];
+
+/* Puts the catalogue state back as the module starts with it. */
+void catalogue_reset(void);
+
+/* The current family's catalogue file: home_path of KindName and ".CAT". */
+void catalogue_path(char *out);
+void catalogue_load(void);
+
+/* Fills RecordFields from a record line: fields 1 to 5, or all seven when
+ * all is not 0. A field ends at the first quote not preceded by a
+ * backslash; escapes stay in the field; missing fields are empty. */
+void parse_record(const char *line, int all);
+void unescape_spec(void);
+
+/* Writes the record line of RecordFields into out (256 bytes). Returns 1,
+ * or 0 with out empty when the line would not fit in 255 bytes: a cut
+ * record would lose its closing quotes and not read back. */
+int compose_record(char *out);
+
+/* Refills the list "eline" of dialog from Catalogue and rebuilds RowMap. */
+void catalogue_rows(ads_hdlg dialog);
+/* Copies the selected record in front of itself. */
+void catalogue_duplicate(void);
+/* Replaces the selected record by RecordFields and redraws its row. */
+void catalogue_replace(ads_hdlg dialog);
+void catalogue_delete(void);
+/* Refills CodeTable and the list "codelist" of dialog. */
+void code_table_build(ads_hdlg dialog);
+
+/* The selected record's node and its predecessor (either may be NULL). */
+void catalogue_selected(TextNode **node, TextNode **prev);
+
+#endif
