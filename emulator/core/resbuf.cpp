@@ -14,7 +14,7 @@ RbValue ValueOf(int t) {
     case RTPOINT: case RT3DPOINT: return RbValue::kPoint;
     case RTSHORT: return RbValue::kShort;
     case RTLONG: return RbValue::kLong;
-    case RTSTR: return RbValue::kString;
+    case RTSTR: case RTDXF0: return RbValue::kString;
     case RTENAME: case RTPICKS: return RbValue::kName;
     case RTNONE: case RTLB: case RTLE: case RTDOTE: case RTNIL: case RTT: case RTVOID:
       return RbValue::kNone;
@@ -105,8 +105,9 @@ resbuf* BuildList(int first_type, va_list values) {
   resbuf* head = nullptr;
   resbuf** link = &head;
   for (int t = first_type; t != 0 && t != RTNONE; t = va_arg(ap, int)) {
-    resbuf* item = NewRb(t);
-    if (!item || !TakeValue(item, t, &ap)) {
+    // RTDXF0 stands for group 0, which the list's terminator cannot.
+    resbuf* item = NewRb(t == RTDXF0 ? 0 : t);
+    if (!item || !TakeValue(item, t == RTDXF0 ? RTSTR : t, &ap)) {
       std::free(item);
       ReleaseList(head);
       head = nullptr;
