@@ -1,10 +1,12 @@
 // runs_test.cpp - applying run types to drawn geometry and labelling runs.
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
 
 #include "draw/runs.h"
+#include "emulator/io/dxf.h"
 #include "host/entry.h"
 #include "linetool/catalogue.h"
 #include "support/host_fixture.h"
@@ -209,6 +211,24 @@ TEST_F(RunDrawingTest, ExistingRunsGetTheLabelOfTheirOwnRunType) {
   EXPECT_EQ(labels[1]->Text(1), "5.5x2,%%c28PVC");
   EXPECT_EQ(labels[1]->Point(11), (Point3{5, 23.75, 0}));
   EXPECT_EQ(find_run_type_by_linetype("SLINE1"), 0);
+}
+
+// Writes the drawing of labelled runs where $VOR_RUNS_DXF says, for the
+// independent reader's check (tests/draw/check_runs.py).
+TEST_F(RunDrawingTest, SavesADrawingOfLabelledRuns) {
+  const char* path = std::getenv("VOR_RUNS_DXF");
+  if (!path) GTEST_SKIP() << "VOR_RUNS_DXF names no file to write";
+  Draw("LINE", {"0,0", "100,0", ""});
+  Draw("PLINE", {"0,-30", "100,-30", "A", "100,-80", ""});
+  Draw("ARC", {"C", "150,0", "170,0", "A", "90"});
+  Answer({"ALL", ""});
+  apply_run_type();
+  SelectedRow = 1;
+  Draw("LINE", {"0,-100", "100,-100", ""});
+  Answer({"L", ""});
+  apply_run_type();
+  std::string err;
+  ASSERT_TRUE(SaveDxf(host_->drawing(), host_->sysvars(), path, &err)) << err;
 }
 
 }  // namespace
