@@ -85,7 +85,7 @@ bool AdsHelp(Host& host, const Args& args, Value* result, std::string* err) {
     return true;
   }
   host.transcript().WriteLine("---- Help: " + args[1].text + " ----");
-  host.transcript().Write(text);
+  host.transcript().Write("\n" + text);
   host.transcript().WriteLine("----");
   *result = Value::T();
   return true;
