@@ -1,21 +1,233 @@
-/* linetool.cpp - the line tool's registered functions.
- *
- * The main dialog is not built yet: each function answers at once with a
- * normal result and no value. */
+/* linetool.cpp - the line tool: VOR_ELINE, VOR_SLINE and VOR_PLINE and
+ * their main dialog VOR_ELINE_0, which closes while a run type is applied
+ * or runs are labelled and opens again afterwards. */
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
 #include "ads.h"
+#include "catalogue.h"
+#include "editor.h"
 #include "linetool.h"
+#include "../draw/runs.h"
+#include "../host/dialogs.h"
+#include "../host/entry.h"
+#include "../util/textutil.h"
+
+/* Statuses of the main dialog beyond OK and Cancel. */
+enum { STATUS_LOAD = 2, STATUS_APPLY = 3, STATUS_LABEL = 4, STATUS_FIRST = 999 };
+
+/* How the main dialog last ended; STATUS_FIRST before its first opening. */
+static int Status = STATUS_FIRST;
+
+/* The caption of the catalogue's path: 管線定義檔名: */
+static const char FileCaption[] = "\xBA\xDE\xBD\x75\xA9\x77\xB8\x71\xC0\xC9\xA6\x57\x3A\x20";
+constexpr int FILE_CAPTION_PATH = 56; /* bytes of the path shown */
+
+static void enable_record_buttons(ads_hdlg dialog)
+{
+    static const char *const buttons[] = {"add", "editline", "del", "loadline", "changeline"};
+    for (const char *key : buttons)
+        ads_mode_tile(dialog, key, MODE_ENABLE);
+}
+
+static void show_file_name(ads_hdlg dialog)
+{
+    char caption[TEXT_SIZE] = "", path[FILE_CAPTION_PATH + 1] = "";
+    strcatv(FILE_CAPTION_PATH, path, Catalogue.path, nullptr);
+    strcatv(TEXT_MAX, caption, FileCaption, path, nullptr);
+    ads_set_tile(dialog, "filename", caption);
+}
+
+/* Refills the list; the record buttons wait for a new choice. */
+static void refill(ads_hdlg dialog)
+{
+    catalogue_rows(dialog);
+    disable_record_buttons(dialog);
+}
+
+static void row_chosen(ads_callback_packet *packet)
+{
+    const char *value = packet_value(packet);
+    if (value[0] == '\0')
+        return;
+    SelectedRow = atoi(value);
+    enable_record_buttons(packet->dialog);
+    if (packet->reason == CBR_DOUBLE_CLICK)
+        ads_done_dialog(packet->dialog, STATUS_LOAD);
+}
+
+static void search_switched(ads_callback_packet *packet)
+{
+    SearchOn = packet_value(packet)[0] == '1';
+    refill(packet->dialog);
+}
+
+static void label_switched(ads_callback_packet *packet)
+{
+    LabelOn = packet_value(packet)[0] == '1';
+}
+
+/* The gap as typed up to its first blank; "2.5" when nothing is left. */
+static void gap_edited(ads_callback_packet *packet)
+{
+    if (packet->reason != CBR_LOST_FOCUS)
+        return;
+    const char *value = packet_value(packet);
+    while (*value == ' ')
+        value++;
+    size_t len = strcspn(value, " ");
+    LabelGap[0] = '\0';
+    if (len == 0)
+        strcpy(LabelGap, "2.5");
+    else
+        strncat(LabelGap, value, len < TEXT_MAX ? len : TEXT_MAX);
+    ads_set_tile(packet->dialog, "dimlinegap", LabelGap);
+}
+
+static void add_pressed(ads_callback_packet *packet)
+{
+    int32_t before = Catalogue.count;
+    catalogue_duplicate();
+    if (Catalogue.count == before)
+        return;
+    catalogue_rows(packet->dialog);
+    SelectedRow++;
+    char row[16];
+    snprintf(row, sizeof row, "%d", (int)SelectedRow);
+    ads_set_tile(packet->dialog, "eline", row);
+    edit_record(packet);
+}
+
+static void delete_pressed(ads_callback_packet *packet)
+{
+    catalogue_delete();
+    refill(packet->dialog);
+}
+
+/* Lets the user edit the catalogue file as text, through the host. */
+static void edit_file_pressed(ads_callback_packet *packet)
+{
+    struct resbuf *result;
+    struct resbuf *args = ads_buildlist(RTSTR, Catalogue.path, 0);
+    if (!args)
+        return;
+    textlist_save(&Catalogue);
+    if (host_function("W2", args, &result) == RTNORM) {
+        textlist_free(&Catalogue);
+        catalogue_load();
+        show_file_name(packet->dialog);
+        refill(packet->dialog);
+    }
+    ads_relrb(result);
+}
+
+static void help_pressed(ads_callback_packet *)
+{
+    struct resbuf *result;
+    struct resbuf *args = ads_buildlist(RTSTR, "VORMIS.HLP", RTSTR, "VOR_ELINE", 0);
+    if (args && host_function("ADS_HELP", args, &result) == RTNORM)
+        ads_relrb(result);
+}
+
+static void load_pressed(ads_callback_packet *packet) { ads_done_dialog(packet->dialog, STATUS_LOAD); }
+static void apply_pressed(ads_callback_packet *packet) { ads_done_dialog(packet->dialog, STATUS_APPLY); }
+static void label_pressed(ads_callback_packet *packet) { ads_done_dialog(packet->dialog, STATUS_LABEL); }
+
+/* Takes the code pattern from the call's argument, if it has one. */
+static void take_argument(void)
+{
+    if (CurrentArgs && CurrentArgs->restype == RTSTR && CurrentArgs->resval.rstring) {
+        CodePattern[0] = '\0';
+        strcatv(TEXT_MAX, CodePattern, CurrentArgs->resval.rstring, nullptr);
+        SearchOn = 1;
+        return;
+    }
+    if (CodePattern[0] == '\0')
+        strcpy(CodePattern, "*");
+    SearchOn = 0;
+}
+
+/* Opens the main dialog once; false when it cannot be made. */
+static int run_main_dialog(void)
+{
+    ads_hdlg dialog;
+    if (dialog_new("VOR_ELINE_0", &dialog) != RTNORM)
+        return 0;
+    ads_set_tile(dialog, "search", SearchOn ? "1" : "0");
+    ads_set_tile(dialog, "code", CodePattern);
+    ads_set_tile(dialog, "dimline", LabelOn ? "1" : "0");
+    if (LabelGap[0] == '\0')
+        strcpy(LabelGap, "2.5");
+    ads_set_tile(dialog, "dimlinegap", LabelGap);
+    if (Status == STATUS_FIRST)
+        catalogue_load();
+    show_file_name(dialog);
+    refill(dialog);
+
+    static const struct {
+        const char *key;
+        CLIENTFUNC action;
+    } actions[] = {
+        {"eline", row_chosen},          {"search", search_switched}, {"dimline", label_switched},
+        {"dimlinegap", gap_edited},     {"editfile", edit_file_pressed}, {"add", add_pressed},
+        {"editline", edit_record},      {"del", delete_pressed},     {"help", help_pressed},
+        {"edit_code", edit_code_pattern}, {"loadline", load_pressed}, {"changeline", apply_pressed},
+        {"dimoldline", label_pressed},
+    };
+    for (const auto &a : actions)
+        ads_action_tile(dialog, a.key, a.action);
+    ads_start_dialog(dialog, &Status);
+    return 1;
+}
+
+static int line_tool(const char *kind)
+{
+    KindName[0] = '\0';
+    strcatv(sizeof KindName - 1, KindName, kind, nullptr);
+    Status = STATUS_FIRST;
+    if (dialog_file_load("VORMIS.DCL") != RTNORM)
+        return RTERROR;
+    take_argument();
+    while (Status > STATUS_LOAD) {
+        if (!run_main_dialog()) {
+            /* Reopening failed: leave as Cancel would, nothing saved. */
+            ads_unload_dialog(DialogFile);
+            textlist_free(&Catalogue);
+            return RTERROR;
+        }
+        if (Status == STATUS_APPLY)
+            apply_run_type();
+        else if (Status == STATUS_LABEL)
+            label_existing_runs();
+    }
+    ads_unload_dialog(DialogFile);
+    if (Status == STATUS_LOAD) {
+        TextNode *node, *prev;
+        catalogue_selected(&node, &prev);
+        if (node)
+            ads_retstr(node->text);
+    }
+    if (Status >= DLGOK)
+        textlist_save(&Catalogue);
+    textlist_free(&Catalogue);
+    return RTNORM;
+}
 
 int line_tool_eline(void)
 {
+    line_tool("ELINE");
     return RTNORM;
 }
 
 int line_tool_sline(void)
 {
+    line_tool("SLINE");
     return RTNORM;
 }
 
 int line_tool_pline(void)
 {
+    line_tool("PLINE");
     return RTNORM;
 }

@@ -19,7 +19,7 @@ printf '(setq a 2)\n#expect-result 3\n' > bad.vor
 grep -q "^bad.vor:2: expected result 3, got 2" err.txt || fail "failure message: $(cat err.txt)"
 
 mkdir -p d/VOR
-out=$(printf '(setq VORMIS "D:/VOR")\n(VOR_ELINE)\n#expect-no-output error\n' |
+out=$(printf '(setq VORMIS "D:/VOR")\n(VOR_ELINE)\ncancel\n#expect-no-output error\n' |
       "$vorhost" --drive "D=$work/d" -) || fail "a script on standard input"
 echo "$out" | grep -q '^Command: (setq VORMIS "D:/VOR")$' || fail "transcript: $out"
 echo "vorhost command line works"

@@ -1,0 +1,190 @@
+/* editor.cpp - editing a run type, and choosing the code pattern. */
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+#include "ads.h"
+#include "catalogue.h"
+#include "editor.h"
+#include "../cable/cable.h"
+#include "../host/dialogs.h"
+#include "../layer/layer.h"
+#include "../util/textutil.h"
+
+/* The pattern in force when the code dialog opened, put back on Cancel. */
+static char SavedPattern[256];
+
+/* The prompt of the label text: 備註說明 */
+static const char LabelPrompt[] = "\xB3\xC6\xB5\xF9\xBB\xA1\xA9\xFA";
+
+void disable_record_buttons(ads_hdlg dialog)
+{
+    static const char *const buttons[] = {"add", "editline", "del", "loadline", "changeline"};
+    for (const char *key : buttons)
+        ads_mode_tile(dialog, key, MODE_DISABLE);
+}
+
+/* ---- The editor ------------------------------------------------------------ */
+
+/* e1, e2, e3: the field an edit box holds, taken when the box is left. */
+static void field_edited(ads_callback_packet *packet, int field)
+{
+    if (packet->reason != CBR_LOST_FOCUS)
+        return;
+    RecordFields[field][0] = '\0';
+    strcatv(TEXT_MAX, RecordFields[field], packet_value(packet), nullptr);
+}
+
+static void code_edited(ads_callback_packet *packet) { field_edited(packet, 0); }
+static void linetype_edited(ads_callback_packet *packet) { field_edited(packet, 1); }
+static void pattern_edited(ads_callback_packet *packet) { field_edited(packet, 6); }
+
+static void choose_layer(ads_callback_packet *packet)
+{
+    InitialLayer[0] = '\0';
+    strcatv(TEXT_MAX, InitialLayer, RecordFields[2], nullptr);
+    if (layer_dialog() != RTNORM || ChosenLayer[0] == '\0')
+        return;
+    RecordFields[2][0] = '\0';
+    strcatv(TEXT_MAX, RecordFields[2], ChosenLayer, nullptr);
+    ads_set_tile(packet->dialog, "t1", RecordFields[2]);
+}
+
+static void choose_colour(ads_callback_packet *packet)
+{
+    int start = atoi(RecordFields[3]);
+    struct resbuf *result;
+    struct resbuf *args = ads_buildlist(RTSHORT, start > 0 ? start : 1, RTNIL, 0);
+    if (!args)
+        return;
+    if (host_function("ACAD_COLORDLG", args, &result) != RTNORM)
+        return;
+    if (result && result->restype == RTSHORT && result->resval.rint >= 1 && result->resval.rint <= 255) {
+        snprintf(RecordFields[3], sizeof RecordFields[3], "%d", result->resval.rint);
+        ads_set_tile(packet->dialog, "t2", RecordFields[3]);
+    }
+    ads_relrb(result);
+}
+
+/* The label as a field holds it: every quote escaped with a backslash, so
+ * that the record keeps its syntax. 0 when that passes 255 bytes. */
+static int escape_label(const char *text, char *out)
+{
+    size_t n = 0;
+    for (const char *p = text; *p; p++) {
+        int escape = *p == '"' && (p == text || p[-1] != '\\');
+        if (n + 1 + escape > TEXT_MAX)
+            return 0;
+        if (escape)
+            out[n++] = '\\';
+        out[n++] = *p;
+    }
+    out[n] = '\0';
+    return 1;
+}
+
+static void edit_label(ads_callback_packet *packet)
+{
+    char label[TEXT_SIZE];
+    struct resbuf *result;
+    struct resbuf *args = ads_buildlist(RTSTR, RecordFields[4], RTSTR, LabelPrompt, 0);
+    if (!args)
+        return;
+    if (host_function("W1", args, &result) != RTNORM)
+        return;
+    if (result && result->restype == RTSTR && result->resval.rstring) {
+        if (escape_label(result->resval.rstring, label)) {
+            strcpy(RecordFields[4], label);
+            unescape_spec();
+            ads_set_tile(packet->dialog, "t3", SpecDisplay);
+        } else {
+            ads_alert("The label is longer than a run type can hold (255 characters); it was not taken.");
+        }
+    }
+    ads_relrb(result);
+}
+
+void edit_record(ads_callback_packet *packet)
+{
+    ads_hdlg main = packet->dialog, editor;
+    TextNode *node, *prev;
+    int status = DLGCANCEL;
+
+    if (dialog_new("VOR_ELINE_1", &editor) != RTNORM)
+        return;
+    catalogue_selected(&node, &prev);
+    if (node)
+        parse_record(node->text, 1);
+    ads_set_tile(editor, "e1", RecordFields[0]);
+    ads_set_tile(editor, "e2", RecordFields[1]);
+    ads_set_tile(editor, "t1", RecordFields[2]);
+    ads_set_tile(editor, "t2", RecordFields[3]);
+    unescape_spec();
+    ads_set_tile(editor, "t3", SpecDisplay);
+    ads_set_tile(editor, "t4", RecordFields[5]);
+    ads_set_tile(editor, "e3", RecordFields[6]);
+    ads_action_tile(editor, "e1", code_edited);
+    ads_action_tile(editor, "e2", linetype_edited);
+    ads_action_tile(editor, "e3", pattern_edited);
+    ads_action_tile(editor, "b1", choose_layer);
+    ads_action_tile(editor, "b2", choose_colour);
+    ads_action_tile(editor, "b3", edit_label);
+    ads_action_tile(editor, "b4", cable_dialog);
+    ads_start_dialog(editor, &status);
+    if (status == DLGOK && node)
+        catalogue_replace(main);
+}
+
+/* ---- The code dialog --------------------------------------------------------- */
+
+static void code_picked(ads_callback_packet *packet)
+{
+    const char *value = packet_value(packet);
+    if (value[0] == '\0')
+        return;
+    int index = atoi(value);
+    if (index < 0 || index >= CODE_LIMIT)
+        return;
+    CodePattern[0] = '\0';
+    strcatv(TEXT_MAX, CodePattern, CodeTable[index], nullptr);
+    ads_set_tile(packet->dialog, "codeedit", CodePattern);
+    if (packet->reason == CBR_DOUBLE_CLICK)
+        ads_done_dialog(packet->dialog, DLGOK);
+}
+
+static void pattern_typed(ads_callback_packet *packet)
+{
+    if (packet->reason != CBR_SELECT && packet->reason != CBR_LOST_FOCUS)
+        return;
+    ads_get_tile(packet->dialog, "codeedit", CodePattern, TEXT_MAX);
+    if (CodePattern[0] == '\0') {
+        strcpy(CodePattern, "*");
+        ads_set_tile(packet->dialog, "codeedit", CodePattern);
+    }
+}
+
+void edit_code_pattern(ads_callback_packet *packet)
+{
+    ads_hdlg main = packet->dialog, codes;
+    int status = DLGCANCEL;
+
+    if (dialog_new("VOR_ELINE_2", &codes) != RTNORM)
+        return;
+    strcpy(SavedPattern, CodePattern);
+    code_table_build(codes);
+    ads_set_tile(codes, "codeedit", CodePattern);
+    ads_action_tile(codes, "codelist", code_picked);
+    ads_action_tile(codes, "codeedit", pattern_typed);
+    ads_start_dialog(codes, &status);
+    if (status != DLGOK) {
+        strcpy(CodePattern, SavedPattern);
+        return;
+    }
+    if (strcmp(CodePattern, SavedPattern) == 0)
+        return;
+    ads_set_tile(main, "code", CodePattern);
+    SearchOn = 1;
+    ads_set_tile(main, "search", "1");
+    catalogue_rows(main);
+    disable_record_buttons(main);
+}

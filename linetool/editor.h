@@ -1,0 +1,20 @@
+/* editor.h - the run-type editor VOR_ELINE_1 and the code dialog
+ * VOR_ELINE_2, both nested in the line tool's main dialog. */
+#ifndef VORMIS_LINETOOL_EDITOR_H
+#define VORMIS_LINETOOL_EDITOR_H
+
+#include "ads.h"
+
+/* The action of the main dialog's "editline" (and run by "add"): edits the
+ * selected record; OK writes it back and redraws its row. */
+void edit_record(ads_callback_packet *packet);
+
+/* The action of the main dialog's "edit_code": choose or type the code
+ * pattern; OK with a new pattern turns the filter on and refills the list. */
+void edit_code_pattern(ads_callback_packet *packet);
+
+/* The main dialog's buttons that act on a chosen row, disabled whenever the
+ * list is refilled. */
+void disable_record_buttons(ads_hdlg dialog);
+
+#endif
