@@ -156,7 +156,9 @@ int main(int argc, char** argv) {
   vorhost::Host host(&std::cout);
   vorhost::ScriptUser script(host, opts.script == "-" ? "<stdin>" : opts.script, in);
   host.set_user(&script);
-  host.set_echo_answers(!(opts.script == "-" && isatty(STDIN_FILENO)));
+  bool person = opts.script == "-" && isatty(STDIN_FILENO);
+  host.set_echo_answers(!person);
+  script.set_interactive(person);
   if (!opts.open.empty() && !host.OpenDrawing(opts.open, &err)) {
     std::cerr << "vorhost: " << err << "\n";
     return 2;

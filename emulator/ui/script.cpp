@@ -10,6 +10,7 @@
 #include "emulator/core/encoding.h"
 #include "emulator/host.h"
 #include "emulator/io/dump.h"
+#include "emulator/ui/file_editor.h"
 #include "emulator/platform/filesystem.h"
 
 namespace vorhost {
@@ -204,6 +205,7 @@ bool ScriptUser::Expect(const std::string& word, const std::string& arg) {
 }
 
 EditOutcome ScriptUser::EditFile(const std::string& linux_path, std::string* err) {
+  if (interactive_) return EditInEditor(linux_path, err);
   std::string line;
   while (!failed() && NextLine(&line)) {
     if (IsDirective(line) && IsComment(line)) continue;

@@ -24,6 +24,10 @@ class ScriptUser : public User {
   // person can type it (in is not owned).
   ScriptUser(Host& host, std::string name, std::istream* in);
 
+  // A person typing the script at a terminal edits files in an editor
+  // rather than with #edit lines.
+  void set_interactive(bool interactive) { interactive_ = interactive; }
+
   Input Read(Asking asking, std::string_view prompt) override;
   EditOutcome EditFile(const std::string& linux_path, std::string* err) override;
   void Misstep(const std::string& why) override;
@@ -50,6 +54,7 @@ class ScriptUser : public User {
   size_t next_ = 0;            // index in lines_ of the next line to read
   std::istream* in_ = nullptr; // where lines come from after lines_
   int line_number_ = 0;        // of the line read last
+  bool interactive_ = false;
   size_t output_cursor_ = 0;   // where the next #expect-output starts looking
   std::string failure_;
 };

@@ -1,0 +1,23 @@
+// file_editor.h - lets a person edit one of the host's text files (Big5,
+// CR LF) in their own editor, as UTF-8 with plain line ends.
+#ifndef VORHOST_UI_FILE_EDITOR_H
+#define VORHOST_UI_FILE_EDITOR_H
+
+#include <string>
+
+#include "emulator/ui/user.h"
+
+namespace vorhost {
+
+// Opens a UTF-8 copy of the file at linux_path in $VISUAL, $EDITOR or vi,
+// and when the editor ends normally writes the edited text back in Big5
+// with CR LF line ends (and the end mark 0x1A if the file had one). The
+// file is replaced whole, or left as it was: when the editor fails, when
+// the file holds bytes that are not Big5 text (they would not survive the
+// round trip), or when the edit holds characters Big5 cannot hold (*why
+// says which).
+EditOutcome EditInEditor(const std::string& linux_path, std::string* why);
+
+}  // namespace vorhost
+
+#endif
