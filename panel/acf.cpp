@@ -1,10 +1,331 @@
-/* acf.cpp - VOR_ACF, the panel diagram.
- *
- * Not built yet: the function answers at once with a normal result. */
+/* acf.cpp - VOR_ACF: panel diagrams, each drawn from its schedule with the
+ * host's commands: feeder, main breaker, bus, one branch per circuit, the
+ * dashed panel box with its totals, and the title. */
+#include <stdio.h>
+#include <string.h>
+
 #include "ads.h"
 #include "acf.h"
+#include "circuit_text.h"
+#include "schedule.h"
+#include "../browser/browser.h"
+#include "../host/entry.h"
+#include "../host/hostval.h"
+#include "../util/textutil.h"
+
+/* Dimensions of the diagram, in drawing units. */
+static const ads_real TextHeight = 25;   /* every text of the panel itself */
+static const char LineWidth[] = "5";     /* feeder and bus polylines */
+static const ads_real Pitch = 250;       /* between branches */
+static const ads_real BreakerGap = 100;  /* main breaker below the start point */
+static const ads_real BusDepth = 400;    /* bus below the start point */
+static const ads_real BoxLeft = 150, BoxRight = 250, BoxBelow = 315, BoxAbove = 350;
+static const ads_real BranchLength = 1000;
+static const ads_real MinimumLtscale = 30;
+/* Depths below the bus along a branch. */
+static const ads_real BreakerAt = 100, BreakerEnd = 200, DeviceAt = 227.5, DeviceEnd = 287.5;
+static const ads_real ShuntAt = 424.35, SecondBreakerAt = 462.5, SecondBreakerEnd = 562.5;
+static const ads_real LabelAt = 680, SymbolText1 = 1030, SymbolText2 = 1090, DescriptionAt = 1180;
+
+constexpr int MAX_FILES = 999;
+static ads_point StartPoints[MAX_FILES];
+
+static void at(ads_point p, ads_real x, ads_real y, ads_real z)
+{
+    p[0] = x, p[1] = y, p[2] = z;
+}
+
+static int pline(const ads_point from, const ads_point to)
+{
+    return ads_command(RTSTR, "PLINE", RT3DPOINT, from, RTSTR, "W", RTSTR, LineWidth, RTSTR, LineWidth,
+                       RT3DPOINT, to, RTSTR, "", 0);
+}
+
+static int line(const ads_point from, const ads_point to)
+{
+    return ads_command(RTSTR, "LINE", RT3DPOINT, from, RT3DPOINT, to, RTSTR, "", 0);
+}
+
+/* A vertical run of the branch at x from one depth below the bus to another. */
+static int branch_line(ads_real x, ads_real bus, ads_real z, ads_real top, ads_real bottom)
+{
+    ads_point a, b;
+    at(a, x, bus - top, z);
+    at(b, x, bus - bottom, z);
+    return line(a, b);
+}
+
+/* "INSERT" of a breaker with the four attribute values of fields 3 to 6. */
+static int breaker(const TextNode *line_of, const ads_point p)
+{
+    char f[4][TEXT_SIZE];
+    for (int k = 0; k < 4; k++)
+        acf_field(line_of, 3 + k, f[k]);
+    return ads_command(RTSTR, "INSERT", RTSTR, "NFB--", RT3DPOINT, p, RTSTR, "1", RTSTR, "1", RTSTR, "0",
+                       RTSTR, f[0], RTSTR, f[1], RTSTR, f[2], RTSTR, f[3], 0);
+}
+
+/* "INSERT" of a block with one attribute value, or none when value is NULL. */
+static int block(const char *name, const ads_point p, const char *value)
+{
+    if (value)
+        return ads_command(RTSTR, "INSERT", RTSTR, name, RT3DPOINT, p, RTSTR, "1", RTSTR, "1", RTSTR, "0",
+                           RTSTR, value, 0);
+    return ads_command(RTSTR, "INSERT", RTSTR, name, RT3DPOINT, p, RTSTR, "1", RTSTR, "1", RTSTR, "0", 0);
+}
+
+/* The dashed box around the bus, the current linetype put back after it.
+ * RTNORM when the box was drawn. */
+static int panel_box(ads_real left, ads_real right, ads_real bus, ads_real z)
+{
+    char celtype[TEXT_SIZE] = "BYLAYER";
+    struct resbuf *value = ads_newrb(RTSTR);
+    if (value && ads_getvar("CELTYPE", value) == RTNORM && value->restype == RTSTR && value->resval.rstring) {
+        celtype[0] = '\0';
+        strcatv(TEXT_MAX, celtype, value->resval.rstring, nullptr);
+    }
+    ads_relrb(value);
+    ads_real ltscale = 1.0;
+    struct resbuf *scale = ads_newrb(RTREAL);
+    if (scale && ads_getvar("LTSCALE", scale) == RTNORM && scale->restype == RTREAL)
+        ltscale = scale->resval.rreal;
+    ads_relrb(scale);
+    if (ltscale < MinimumLtscale)
+        ads_command(RTSTR, "LTSCALE", RTSTR, "100", 0);
+
+    ads_command(RTSTR, "LINETYPE", RTSTR, "S", RTSTR, "DASHED", RTSTR, "", 0);
+    ads_point c[4];
+    at(c[0], left - BoxLeft, bus - BoxBelow, z);
+    at(c[1], right + BoxRight, bus - BoxBelow, z);
+    at(c[2], right + BoxRight, bus + BoxAbove, z);
+    at(c[3], left - BoxLeft, bus + BoxAbove, z);
+    int drawn = ads_command(RTSTR, "LINE", RT3DPOINT, c[0], RT3DPOINT, c[1], RT3DPOINT, c[2], RT3DPOINT, c[3],
+                            RTSTR, "C", 0);
+    ads_command(RTSTR, "LINETYPE", RTSTR, "S", RTSTR, celtype, RTSTR, "", 0);
+    return drawn;
+}
+
+/* "TEXT" at p, height T, rotation, text: left-aligned, or right-aligned
+ * with justification "R". */
+static int write_text(const char *justification, const ads_point p, const char *rotation, const char *text)
+{
+    if (justification)
+        return ads_command(RTSTR, "TEXT", RTSTR, justification, RT3DPOINT, p, RTREAL, TextHeight, RTSTR,
+                           rotation, RTSTR, text, 0);
+    return ads_command(RTSTR, "TEXT", RT3DPOINT, p, RTREAL, TextHeight, RTSTR, rotation, RTSTR, text, 0);
+}
+
+/* The totals, the interrupting capacity and the header's corner text. */
+static int totals(const TextList *schedule, ads_real left, ads_real right, ads_real bus, ads_real z)
+{
+    char field[TEXT_SIZE], text[TEXT_SIZE];
+    ads_point p;
+    acf_field(schedule->tail, 1, field);
+    text[0] = '\0';
+    strcatv(TEXT_MAX, text, "Total:", field, "VA", nullptr);
+    at(p, left - BoxLeft + TextHeight, bus + BoxAbove - 1.5 * TextHeight, z);
+    if (write_text(nullptr, p, "0", text) != RTNORM)
+        return RTERROR;
+    acf_field(schedule->tail, 6, field);
+    text[0] = '\0';
+    strcatv(TEXT_MAX, text, "IC:", field, nullptr);
+    if (ads_command(RTSTR, "TEXT", RTSTR, "", RTSTR, text, 0) != RTNORM)
+        return RTERROR;
+    acf_field(schedule->head, 0, field);
+    at(p, right + BoxRight - TextHeight, bus + BoxAbove - 1.5 * TextHeight, z);
+    return write_text("R", p, "0", strlen(field) > 6 ? field + 6 : "");
+}
+
+/* The branch of one circuit at x. */
+static int circuit(const TextNode *c, ads_real x, ads_real bus, ads_real z)
+{
+    char device[TEXT_SIZE], second[TEXT_SIZE], symbol[TEXT_SIZE], field[TEXT_SIZE];
+    ads_point p;
+
+    if (ads_command(RTSTR, "TEXTSTYLE", RTSTR, "ROMANSAEH", 0) != RTNORM)
+        return RTERROR;
+    if (branch_line(x, bus, z, 0, BreakerAt) != RTNORM)
+        return RTERROR;
+    at(p, x, bus - BreakerAt, z);
+    if (breaker(c, p) != RTNORM)
+        return RTERROR;
+
+    acf_field(c, 12, device);
+    acf_field(c, 14, second);
+    int has_device = device[0] == 'M' || device[0] == 'Y';
+    int has_second = second[0] == 'Y';
+    ads_real run_end = has_second ? SecondBreakerAt : BranchLength;
+    if (has_device) {
+        if (branch_line(x, bus, z, BreakerEnd, DeviceAt) != RTNORM)
+            return RTERROR;
+        acf_field(c, 13, field);
+        at(p, x, bus - DeviceAt, z);
+        if (block(device[0] == 'M' ? "MS--" : "Y3--", p, field) != RTNORM)
+            return RTERROR;
+        if (branch_line(x, bus, z, DeviceEnd, run_end) != RTNORM)
+            return RTERROR;
+    } else if (branch_line(x, bus, z, BreakerEnd, run_end) != RTNORM) {
+        return RTERROR;
+    }
+    if (has_second) {
+        at(p, x, bus - SecondBreakerAt, z);
+        if (breaker(c, p) != RTNORM)
+            return RTERROR;
+        acf_field(c, 15, field);
+        at(p, x, bus - ShuntAt, z);
+        if (block("SP--", p, field) != RTNORM)
+            return RTERROR;
+        if (branch_line(x, bus, z, SecondBreakerEnd, BranchLength) != RTNORM)
+            return RTERROR;
+    }
+
+    acf_field(c, 16, symbol);
+    if (symbol[0] == 'R' || symbol[0] == 'C') {
+        at(p, x, bus - BranchLength, z);
+        if (block(symbol[0] == 'R' ? "$RECT" : "$CIRCLE", p, nullptr) != RTNORM)
+            return RTERROR;
+        acf_field(c, 18, field);
+        at(p, x, bus - SymbolText1, z);
+        if (write_text("M", p, "0", field) != RTNORM)
+            return RTERROR;
+        acf_field(c, 19, field);
+        at(p, x, bus - SymbolText2, z);
+        if (write_text("M", p, "0", field) != RTNORM)
+            return RTERROR;
+    }
+
+    char f7[TEXT_SIZE], f8[TEXT_SIZE], f11[TEXT_SIZE], f10[TEXT_SIZE], f9[TEXT_SIZE], label[TEXT_SIZE];
+    acf_field(c, 7, f7);
+    acf_field(c, 8, f8);
+    acf_field(c, 11, f11);
+    acf_field(c, 10, f10);
+    acf_field(c, 9, f9);
+    compose_cable_label(f7, f8, f11, f10, f9, label);
+    if (label[0]) {
+        at(p, x + TextHeight, bus - LabelAt, z);
+        if (write_text(nullptr, p, "-90", label) != RTNORM)
+            return RTERROR;
+    }
+
+    if (ads_command(RTSTR, "TEXTSTYLE", RTSTR, "ROMANSAEV", 0) != RTNORM)
+        return RTERROR;
+    acf_field(c, 0, field);
+    at(p, x, bus - DescriptionAt, z);
+    return write_column_text(p, field) == 0 ? RTNORM : RTERROR;
+}
+
+void draw_panel(const TextList *schedule, const ads_point start)
+{
+    char field[TEXT_SIZE];
+    ads_point p, q;
+    const ads_real px = start[0], py = start[1], z = start[2];
+    int circuits = schedule->count - 2;
+    ads_real width = Pitch * (circuits - 1);
+    ads_real left = px - width / 2, right = px + width / 2, bus = py - BusDepth;
+
+    acf_field(schedule->head, 1, field);
+    at(p, px + TextHeight, py, z);
+    if (write_text(nullptr, p, "0", field) != RTNORM)
+        return;
+    at(p, px, py, z);
+    at(q, px, py - BreakerGap, z);
+    if (pline(p, q) != RTNORM || breaker(schedule->tail, q) != RTNORM)
+        return;
+    at(p, px, py - 2 * BreakerGap, z);
+    at(q, px, bus, z);
+    if (pline(p, q) != RTNORM)
+        return;
+    if (width > 0) {
+        at(p, left, bus, z);
+        at(q, right, bus, z);
+        if (pline(p, q) != RTNORM)
+            return;
+    }
+    if (panel_box(left, right, bus, z) != RTNORM || totals(schedule, left, right, bus, z) != RTNORM)
+        return;
+    const TextNode *c = schedule->head->next;
+    for (int k = 0; k < circuits && c; k++, c = c->next)
+        if (circuit(c, left + Pitch * k, bus, z) != RTNORM)
+            return;
+}
+
+/* Makes a text style of the font ROMANS with the big font AE when the
+ * drawing lacks it; RTNORM when it is there. */
+static int ensure_style(const char *name, const char *vertical)
+{
+    struct resbuf *record = ads_tblsearch("STYLE", name, 0);
+    if (record) {
+        ads_relrb(record);
+        return RTNORM;
+    }
+    return ads_command(RTSTR, "STYLE", RTSTR, name, RTSTR, "ROMANS,AE", RTSTR, "", RTSTR, "", RTSTR, "",
+                       RTSTR, "", RTSTR, "", RTSTR, vertical, 0);
+}
+
+/* Asks one start point per chosen file; 0 when the user gave no point. */
+static int ask_start_points(void)
+{
+    for (int k = 0; k < SelectionCount && k < MAX_FILES; k++) {
+        char prompt[32];
+        snprintf(prompt, sizeof prompt, "\nstart point %d:", k + 1);
+        if (ads_getpoint(nullptr, prompt, StartPoints[k]) != RTNORM)
+            return 0;
+    }
+    return 1;
+}
+
+/* Draws the panel of chosen file k. */
+static void draw_file(int k)
+{
+    char path[TEXT_SIZE] = "";
+    TextList schedule = {};
+
+    if (ads_command(RTSTR, "TEXTSTYLE", RTSTR, "ROMANSAEH", 0) != RTNORM)
+        return;
+    char *row = FileEntries[Selection[k]];
+    char *tab = strchr(row, '\t');
+    if (tab)
+        *tab = '\0';
+    strcatv(TEXT_MAX, path, BrowserPath, row, nullptr);
+    textlist_load(path, &schedule, 1, 255, 0, 0, 0, 0, 0, 0);
+    if (schedule.count >= 3)
+        draw_panel(&schedule, StartPoints[k]);
+    textlist_free(&schedule);
+}
 
 int panel_diagram(void)
 {
+    BrowserPath[0] = '\0';
+    if (CurrentArgs && CurrentArgs->restype == RTSTR && CurrentArgs->resval.rstring)
+        strcatv(TEXT_MAX, BrowserPath, CurrentArgs->resval.rstring, nullptr);
+    else
+        strcpy(BrowserPath, "C:\\ACF\\");
+    strcpy(BrowserPattern, "*.ACF");
+    ScheduleMode = 1;
+    int shown = file_browser();
+    ScheduleMode = 0;
+    if (shown != RTNORM || SelectionCount < 1 || !ask_start_points())
+        return RTNORM;
+
+    short echo = set_int_sysvar("CMDECHO", 0);
+    short blips = set_int_sysvar("BLIPMODE", 0);
+    short limits = set_int_sysvar("LIMCHECK", 0);
+    char style[TEXT_SIZE] = "";
+    struct resbuf *current = ads_newrb(RTSTR);
+    int have_style = current && ads_getvar("TEXTSTYLE", current) == RTNORM && current->restype == RTSTR &&
+                     current->resval.rstring;
+    if (have_style)
+        strcatv(TEXT_MAX, style, current->resval.rstring, nullptr);
+    ads_relrb(current);
+
+    if (ensure_style("ROMANSAEH", "N") == RTNORM && ensure_style("ROMANSAEV", "Y") == RTNORM)
+        for (int k = 0; k < SelectionCount && k < MAX_FILES; k++)
+            draw_file(k);
+
+    set_int_sysvar("BLIPMODE", blips);
+    set_int_sysvar("LIMCHECK", limits);
+    if (have_style)
+        ads_command(RTSTR, "TEXTSTYLE", RTSTR, style, 0);
+    set_int_sysvar("CMDECHO", echo);
     return RTNORM;
 }

@@ -2,6 +2,16 @@
 #ifndef VORMIS_PANEL_ACF_H
 #define VORMIS_PANEL_ACF_H
 
+#include "ads.h"
+#include "../util/textlist.h"
+
+/* The handler of VOR_ACF: the user chooses schedule files in the file
+ * browser and gives a start point for each; one panel is drawn per file.
+ * Always RTNORM. */
 int panel_diagram(void);
+
+/* Draws the panel of a loaded schedule (at least three lines) at start. It
+ * stops where a host command fails; what was drawn stays. */
+void draw_panel(const TextList *schedule, const ads_point start);
 
 #endif
