@@ -31,11 +31,10 @@ static const int JOIN_SIZE = 2 * TEXT_SIZE + 8;
 /* The date column: always this many characters. */
 static const int DATE_LENGTH = 24;
 
-/* 目前目錄: */
+/* The caption of the current directory, and the prompt of a note. */
 static const char PathCaption[] = "\xA5\xD8\xAB"
-                                  "e\xA5\xD8\xBF\xFD: ";
-/* 請輸入:中文備註 */
-static const char NotePrompt[] = "\xBD\xD0\xBF\xE9\xA4J:\xA4\xA4\xA4\xE5\xB3\xC6\xB5\xF9";
+                                  "e\xA5\xD8\xBF\xFD: "; /* 目前目錄: */
+static const char NotePrompt[] = "\xBD\xD0\xBF\xE9\xA4J:\xA4\xA4\xA4\xE5\xB3\xC6\xB5\xF9"; /* 請輸入:中文備註 */
 
 static const char Blanks[] = " \t\n\v\f\r";
 

@@ -14,8 +14,8 @@
 /* The pattern in force when the code dialog opened, put back on Cancel. */
 static char SavedPattern[256];
 
-/* The prompt of the label text: 備註說明 */
-static const char LabelPrompt[] = "\xB3\xC6\xB5\xF9\xBB\xA1\xA9\xFA";
+/* The prompt of the label text. */
+static const char LabelPrompt[] = "\xB3\xC6\xB5\xF9\xBB\xA1\xA9\xFA"; /* 備註說明 */
 
 void disable_record_buttons(ads_hdlg dialog)
 {

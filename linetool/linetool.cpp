@@ -20,8 +20,8 @@ enum { STATUS_LOAD = 2, STATUS_APPLY = 3, STATUS_LABEL = 4, STATUS_FIRST = 999 }
 /* How the main dialog last ended; STATUS_FIRST before its first opening. */
 static int Status = STATUS_FIRST;
 
-/* The caption of the catalogue's path: 管線定義檔名: */
-static const char FileCaption[] = "\xBA\xDE\xBD\x75\xA9\x77\xB8\x71\xC0\xC9\xA6\x57\x3A\x20";
+/* The caption of the catalogue's path. */
+static const char FileCaption[] = "\xBA\xDE\xBD\x75\xA9\x77\xB8\x71\xC0\xC9\xA6\x57\x3A\x20"; /* 管線定義檔名: */
 constexpr int FILE_CAPTION_PATH = 56; /* bytes of the path shown */
 
 static void enable_record_buttons(ads_hdlg dialog)
