@@ -7,48 +7,37 @@
 #include <cstdio>
 
 namespace vorhost {
+
+IconvConverter::IconvConverter(const char* to, const char* from) : cd_(iconv_open(to, from)) {}
+
+IconvConverter::~IconvConverter() {
+  if (ok()) iconv_close(cd_);
+}
+
+size_t IconvConverter::Convert(std::string_view in, std::string* out) {
+  iconv(cd_, nullptr, nullptr, nullptr, nullptr);
+  char* src = const_cast<char*>(in.data());
+  size_t src_left = in.size();
+  char buf[1024];
+  while (src_left > 0) {
+    char* dst = buf;
+    size_t dst_left = sizeof buf;
+    size_t r = iconv(cd_, &src, &src_left, &dst, &dst_left);
+    out->append(buf, dst - buf);
+    if (r == static_cast<size_t>(-1) && errno != E2BIG) break;
+  }
+  return in.size() - src_left;
+}
+
 namespace {
 
-// One iconv conversion descriptor, opened once and reset before each use.
-class Converter {
- public:
-  Converter(const char* to, const char* from) : cd_(iconv_open(to, from)) {}
-  ~Converter() {
-    if (ok()) iconv_close(cd_);
-  }
-  Converter(const Converter&) = delete;
-  Converter& operator=(const Converter&) = delete;
-
-  bool ok() const { return cd_ != reinterpret_cast<iconv_t>(-1); }
-
-  // Converts as much of in as possible; returns the number of input bytes
-  // consumed before the first byte that cannot be converted.
-  size_t Convert(std::string_view in, std::string* out) {
-    iconv(cd_, nullptr, nullptr, nullptr, nullptr);
-    char* src = const_cast<char*>(in.data());
-    size_t src_left = in.size();
-    char buf[1024];
-    while (src_left > 0) {
-      char* dst = buf;
-      size_t dst_left = sizeof buf;
-      size_t r = iconv(cd_, &src, &src_left, &dst, &dst_left);
-      out->append(buf, dst - buf);
-      if (r == static_cast<size_t>(-1) && errno != E2BIG) break;
-    }
-    return in.size() - src_left;
-  }
-
- private:
-  iconv_t cd_;
-};
-
-Converter& ToUtf8() {
-  static Converter c("UTF-8", "CP950");
+IconvConverter& ToUtf8() {
+  static IconvConverter c("UTF-8", "CP950");
   return c;
 }
 
-Converter& ToBig5() {
-  static Converter c("CP950", "UTF-8");
+IconvConverter& ToBig5() {
+  static IconvConverter c("CP950", "UTF-8");
   return c;
 }
 

@@ -6,10 +6,31 @@
 #ifndef VORHOST_CORE_ENCODING_H
 #define VORHOST_CORE_ENCODING_H
 
+#include <iconv.h>
+
 #include <string>
 #include <string_view>
 
 namespace vorhost {
+
+// One iconv conversion (code page names as iconv knows them), opened once
+// and reset before each use; copying is refused, as the descriptor is owned.
+class IconvConverter {
+ public:
+  IconvConverter(const char* to, const char* from);
+  ~IconvConverter();
+  IconvConverter(const IconvConverter&) = delete;
+  IconvConverter& operator=(const IconvConverter&) = delete;
+
+  // Whether iconv knows both code pages.
+  bool ok() const { return cd_ != reinterpret_cast<iconv_t>(-1); }
+  // Appends the conversion of in to *out as far as it goes; returns the
+  // number of bytes of in consumed before the first that cannot be converted.
+  size_t Convert(std::string_view in, std::string* out);
+
+ private:
+  iconv_t cd_;
+};
 
 // Big5 to UTF-8. A byte that is not part of a valid character (a lone lead
 // byte, an unassigned code) comes out as the escape "\xNN", so nothing is

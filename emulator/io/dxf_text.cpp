@@ -148,12 +148,8 @@ std::string Utf8ToBig5Escaped(std::string_view utf8) {
   return out;
 }
 
-TextDecoder::~TextDecoder() {
-  if (mode_ == Mode::kIconv) iconv_close(cd_);
-}
-
 void TextDecoder::Choose(std::string_view version, std::string_view code_page) {
-  if (mode_ == Mode::kIconv) iconv_close(cd_);
+  converter_.reset();
   mode_ = Mode::kBig5;
   if (version.size() == 6 && version.substr(0, 2) == "AC" && version >= kVersionUtf8) {
     mode_ = Mode::kUtf8;
@@ -165,26 +161,17 @@ void TextDecoder::Choose(std::string_view version, std::string_view code_page) {
   if (page.rfind("ANSI_", 0) == 0) number = page.substr(5);
   else if (page.rfind("DOS", 0) == 0) number = page.substr(3);
   if (number.empty() || number == "950") return;
-  cd_ = iconv_open("UTF-8", ("CP" + number).c_str());
-  if (cd_ != reinterpret_cast<iconv_t>(-1)) mode_ = Mode::kIconv;
+  converter_ = std::make_unique<IconvConverter>("UTF-8", ("CP" + number).c_str());
+  if (converter_->ok()) mode_ = Mode::kIconv;
 }
 
 std::string TextDecoder::ToUtf8(std::string_view raw) {
   std::string out;
-  iconv(cd_, nullptr, nullptr, nullptr, nullptr);
-  char* src = const_cast<char*>(raw.data());
-  size_t left = raw.size();
-  char buf[512];
-  while (left > 0) {
-    char* dst = buf;
-    size_t room = sizeof buf;
-    size_t r = iconv(cd_, &src, &left, &dst, &room);
-    out.append(buf, dst - buf);
-    if (r == static_cast<size_t>(-1) && errno != E2BIG) {
-      out += '?';  // a byte the code page does not define
-      src++;
-      left--;
-    }
+  while (!raw.empty()) {
+    raw.remove_prefix(converter_->Convert(raw, &out));
+    if (raw.empty()) break;
+    out += '?';  // a byte the code page does not define
+    raw.remove_prefix(1);
   }
   return out;
 }

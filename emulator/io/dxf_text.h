@@ -4,10 +4,11 @@
 #ifndef VORHOST_IO_DXF_TEXT_H
 #define VORHOST_IO_DXF_TEXT_H
 
-#include <iconv.h>
-
+#include <memory>
 #include <string>
 #include <string_view>
+
+#include "emulator/core/encoding.h"
 
 namespace vorhost::dxf {
 
@@ -34,7 +35,6 @@ std::string Utf8ToBig5Escaped(std::string_view utf8);
 class TextDecoder {
  public:
   TextDecoder() = default;
-  ~TextDecoder();
   TextDecoder(const TextDecoder&) = delete;
   TextDecoder& operator=(const TextDecoder&) = delete;
 
@@ -47,7 +47,7 @@ class TextDecoder {
   std::string ToUtf8(std::string_view raw);
 
   Mode mode_ = Mode::kBig5;
-  iconv_t cd_ = reinterpret_cast<iconv_t>(-1);  // for kIconv: CPxxx to UTF-8
+  std::unique_ptr<IconvConverter> converter_;  // for kIconv: CPxxx to UTF-8
 };
 
 }  // namespace vorhost::dxf
