@@ -1,7 +1,6 @@
 // dxf_text.cpp - escapes and code pages of DXF texts.
 #include "emulator/io/dxf_text.h"
 
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 
