@@ -34,6 +34,7 @@ class Transcript {
   std::ostream* out_;
   std::string text_;
   bool at_line_start_ = true;
+  bool after_typed_line_ = false;  // the last thing kept was a typed line
 };
 
 }  // namespace vorhost

@@ -167,6 +167,13 @@ TEST_F(HostApiTest, MessagesGoToTheTranscript) {
   EXPECT_EQ(Output(), "\nFile open failure : C:\\ELINE.LIN\n[Alert] Memory Fault !");
 }
 
+TEST_F(HostApiTest, APersonAtATerminalSeesNoBlankLines) {
+  host_->set_echo_answers(false);  // the terminal shows what is typed
+  Answer({"LINE", "0,0", "10,0", ""});
+  host_->Run();
+  EXPECT_EQ(Output(), "Command: LINE\nFrom point: 0,0\nTo point: 10,0\nTo point: \nCommand: \n");
+}
+
 TEST_F(HostApiTest, NewDrawingForgetsTheCommandLanguage) {
   SetSymbol("VORMIS", "C:/VOR");
   host_->NewDrawing();
