@@ -145,6 +145,7 @@ class SvgPainter {
   std::string Stroke(const PlacedRecord& p, double width) const;
   std::string DashArray(const PlacedRecord& p) const;
   void Sampled(const PlacedRecord& p, const Chain& chain);
+  void LinetypeTexts(const PlacedRecord& p, const Point3& from, const Point3& to);
   std::string Segment(const PlacedRecord& p, const Vertex& from, const Vertex& to);
 
   const Drawing& drawing_;
@@ -199,6 +200,39 @@ std::string SvgPainter::DashArray(const PlacedRecord& p) const {
   std::string out;
   for (double r : runs) out += (out.empty() ? "" : ",") + Num(r);
   return out;
+}
+
+// The texts of a complex linetype along a straight run, repeated with its
+// pattern: each where the element before it ends, moved by its X and Y,
+// turned with the run unless its rotation is absolute.
+void SvgPainter::LinetypeTexts(const PlacedRecord& p, const Point3& from, const Point3& to) {
+  if (!p.linetype) return;
+  double scale = ltscale_ * p.linetype_scale;
+  double period = p.linetype->PatternLength() * scale;
+  double length = std::hypot(to[0] - from[0], to[1] - from[1]);
+  if (period <= 0 || length <= 0 || length / period > 10000) return;
+  double angle = std::atan2(to[1] - from[1], to[0] - from[0]);
+  double ux = std::cos(angle), uy = std::sin(angle);
+  int color = p.color == 7 ? 0 : p.color;
+  std::string fill = color == 0 ? "#000000" : HexColor(AciRgb(color));
+  for (double start = 0; start < length; start += period) {
+    double s = start;
+    for (const LinetypeElement& el : p.linetype->elements) {
+      if (el.kind == LinetypeElement::Kind::kPlain) {
+        s += std::fabs(el.length) * scale;
+        continue;
+      }
+      if (el.kind != LinetypeElement::Kind::kText || s > length) continue;
+      double along = s + el.x * scale, across = el.y * scale;
+      Point3 at{from[0] + ux * along - uy * across, from[1] + uy * along + ux * across, from[2]};
+      double degrees = el.absolute_rotation ? el.rotation : angle * 180 / M_PI + el.rotation;
+      At(at);
+      body_ += "<text x=\"" + Num(at[0]) + "\" y=\"" + Num(-at[1]) + "\" font-size=\"" +
+               Num(el.scale * scale * kFontPerHeight) + "\" fill=\"" + fill + "\" transform=\"rotate(" +
+               Num(-degrees) + " " + Num(at[0]) + " " + Num(-at[1]) + ")\">" + Xml(Big5ToUtf8(el.text)) +
+               "</text>\n";
+    }
+  }
 }
 
 std::string SvgPainter::Stroke(const PlacedRecord& p, double width) const {
@@ -395,8 +429,9 @@ void SvgPainter::PaintText(const PlacedRecord& p) {
 void SvgPainter::Paint(const PlacedRecord& p) {
   const std::string& type = p.record->type;
   if (type == "LINE") {
-    body_ += "<path d=\"M" + At(p.transform.Apply(p.record->Point(10))) + " L" +
-             At(p.transform.Apply(p.record->Point(11))) + "\"" + Stroke(p, 0) + "/>\n";
+    Point3 from = p.transform.Apply(p.record->Point(10)), to = p.transform.Apply(p.record->Point(11));
+    body_ += "<path d=\"M" + At(from) + " L" + At(to) + "\"" + Stroke(p, 0) + "/>\n";
+    LinetypeTexts(p, from, to);
   } else if (type == "CIRCLE") {
     PaintCircle(p);
   } else if (type == "ARC") {

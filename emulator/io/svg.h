@@ -14,7 +14,8 @@ namespace vorhost {
 // new-style polylines with their widths, texts and attributes in UTF-8
 // (vertical styles as a downward column), block references with their
 // blocks and attributes; colours from the colour index (7 as black),
-// linetypes as dash patterns scaled by LTSCALE; hidden layers left out.
+// linetypes as dash patterns scaled by LTSCALE, with the texts of complex
+// linetypes along straight lines; hidden layers left out.
 // Other records are not drawn. Returns false with *err ("path: reason")
 // when the file cannot be written; the file is replaced whole, as SaveDxf
 // does.

@@ -103,6 +103,12 @@ TEST(SvgTest, DashesStartWithADashAndAlternate) {
   std::string svg = DrawingSvg(d, vars);
   EXPECT_NE(svg.find("stroke-dasharray=\"0,2,2,2,8,0\""), std::string::npos) << "a dot is a short dash";
   EXPECT_NE(svg.find("stroke-dasharray=\"4,1\""), std::string::npos) << "the text takes no length";
+  // The text is written where its dash ends, once per pattern: 20 times
+  // along 100 units of a pattern 5 long.
+  size_t texts = 0;
+  for (size_t at = svg.find(">G</text>"); at != std::string::npos; at = svg.find(">G</text>", at + 1)) texts++;
+  EXPECT_EQ(texts, 20u);
+  EXPECT_NE(svg.find("<text x=\"4\" y=\"-10\""), std::string::npos);
 }
 
 TEST(SvgTest, VerticalTextIsAColumnGoingDown) {
