@@ -136,7 +136,7 @@ void Host::DefineBuiltins() {
                      v.items.size() == 3 ? v.items[2].Number() : 0.0};
     std::string why;
     if (v.IsNil() || !sysvars_.Set(args[0].text, value, &why)) {
-      *err = "AutoCAD rejected function";
+      *err = "the host rejected the value";
       return false;
     }
     *r = v;
