@@ -14,14 +14,7 @@ namespace {
 
 // How near, in drawing units, a pick must come to an object's outline.
 double PickBox(const Drawing& drawing) {
-  Box all;
-  for (uint64_t id : drawing.MainEntities()) {
-    Box b = EntityBox(drawing, id);
-    if (!b.empty) {
-      all.Add(b.lo);
-      all.Add(b.hi);
-    }
-  }
+  Box all = DrawingBox(drawing);
   if (all.empty) return 1;
   return std::max(1.0, 0.01 * std::hypot(all.hi[0] - all.lo[0], all.hi[1] - all.lo[1]));
 }

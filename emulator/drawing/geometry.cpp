@@ -197,6 +197,18 @@ Box EntityBox(const Drawing& drawing, uint64_t id) {
   return box;
 }
 
+Box DrawingBox(const Drawing& drawing) {
+  Box box;
+  for (uint64_t id : drawing.MainEntities()) {
+    Box one = EntityBox(drawing, id);
+    if (!one.empty) {
+      box.Add(one.lo);
+      box.Add(one.hi);
+    }
+  }
+  return box;
+}
+
 bool InsideWindow(const std::vector<Chain>& outline, const Point3& a, const Point3& b) {
   double x1 = std::min(a[0], b[0]), x2 = std::max(a[0], b[0]);
   double y1 = std::min(a[1], b[1]), y2 = std::max(a[1], b[1]);

@@ -31,6 +31,8 @@ struct Box {
 };
 
 Box EntityBox(const Drawing& drawing, uint64_t id);
+// The box of every main entity of model space; empty for an empty drawing.
+Box DrawingBox(const Drawing& drawing);
 
 // Window selection takes an entity wholly inside the rectangle; crossing
 // selection one inside it or crossing its edges. Corners in any order.

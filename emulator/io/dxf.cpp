@@ -368,25 +368,13 @@ void WriteHeader(const SysVarTable& vars, const Box& extents, uint32_t seed, Gro
   EndSection(out);
 }
 
-Box ModelExtents(const Drawing& drawing) {
-  Box box;
-  for (uint64_t id : drawing.MainEntities()) {
-    Box one = EntityBox(drawing, id);
-    if (!one.empty) {
-      box.Add(one.lo);
-      box.Add(one.hi);
-    }
-  }
-  return box;
-}
-
 }  // namespace
 
 bool SaveDxf(const Drawing& drawing, const SysVarTable& vars, const std::string& linux_path,
              std::string* err) {
   HandleBook handles(drawing.handle_seed());
   for (const Entity& e : drawing.entities()) handles.Reserve(e.handle);
-  Box extents = ModelExtents(drawing);
+  Box extents = DrawingBox(drawing);
 
   GroupSink body;
   WriteTables(drawing, extents, &body);

@@ -451,14 +451,7 @@ void SvgPainter::Paint(const PlacedRecord& p) {
 std::string SvgPainter::Document() {
   // The thin width depends on the frame, the frame on what is drawn: take
   // it from the entities' boxes first.
-  Box box;
-  for (uint64_t id : drawing_.MainEntities()) {
-    Box one = EntityBox(drawing_, id);
-    if (!one.empty) {
-      box.Add(one.lo);
-      box.Add(one.hi);
-    }
-  }
+  Box box = DrawingBox(drawing_);
   if (box.empty) box = {limmin_, limmax_, false};
   thin_ = std::max(box.hi[0] - box.lo[0], box.hi[1] - box.lo[1]) / kPageSize;
   if (!(thin_ > 0)) thin_ = 0.1;
