@@ -247,6 +247,34 @@ static int change_properties(const ads_name set, long length)
     return accepted;
 }
 
+/* Whether the run whose data is given carries the linetype of a run type
+ * of the catalogue; that record is then in RecordFields. */
+static int own_run_type(struct resbuf *data)
+{
+    struct resbuf *linetype = find_group(data, 6);
+    return is_run(type_of(data)) && linetype && linetype->resval.rstring &&
+           find_run_type_by_linetype(linetype->resval.rstring);
+}
+
+/* Writes a label beside each member of the set that gets one: the label in
+ * RecordFields (already in drawing form), or, by_linetype, the label of the
+ * run type whose linetype the member carries. */
+static void label_members(const ads_name set, long length, const LabelSettings &settings, int by_linetype)
+{
+    for (long i = 0; i < length; i++) {
+        ads_name member;
+        if (ads_ssname(set, i, member) != RTNORM)
+            continue;
+        struct resbuf *data = ads_entget(member);
+        if (data && (!by_linetype || own_run_type(data))) {
+            if (by_linetype)
+                label_drawing_form();
+            write_label(data, settings);
+        }
+        ads_relrb(data);
+    }
+}
+
 void apply_run_type(void)
 {
     ads_name set;
@@ -264,16 +292,7 @@ void apply_run_type(void)
     short echo = set_int_sysvar("CMDECHO", 0);
     if (change_properties(set, length) && LabelOn) {
         label_drawing_form();
-        LabelSettings settings = label_settings();
-        for (long i = 0; i < length; i++) {
-            ads_name member;
-            if (ads_ssname(set, i, member) != RTNORM)
-                continue;
-            struct resbuf *data = ads_entget(member);
-            if (data)
-                write_label(data, settings);
-            ads_relrb(data);
-        }
+        label_members(set, length, label_settings(), 0);
     }
     set_int_sysvar("CMDECHO", echo);
     ads_ssfree(set);
@@ -309,20 +328,7 @@ void label_existing_runs(void)
     if (!select_runs(set, &length))
         return;
     short echo = set_int_sysvar("CMDECHO", 0);
-    LabelSettings settings = label_settings();
-    for (long i = 0; i < length; i++) {
-        ads_name member;
-        if (ads_ssname(set, i, member) != RTNORM)
-            continue;
-        struct resbuf *data = ads_entget(member);
-        struct resbuf *linetype = find_group(data, 6);
-        if (data && is_run(type_of(data)) && linetype && linetype->resval.rstring &&
-            find_run_type_by_linetype(linetype->resval.rstring)) {
-            label_drawing_form();
-            write_label(data, settings);
-        }
-        ads_relrb(data);
-    }
+    label_members(set, length, label_settings(), 1);
     set_int_sysvar("CMDECHO", echo);
     ads_ssfree(set);
 }
