@@ -11,24 +11,12 @@
 #include "emulator/dcl/dcl_lexer.h"
 #include "emulator/dcl/dcl_parser.h"
 #include "emulator/dcl/dcl_tree.h"
+#include "support/show_bytes.h"
 
 namespace vorhost::dcl {
 namespace {
 
-// Bytes outside printable ASCII as \xNN, so a failing Big5 case is readable.
-std::string Show(std::string_view s) {
-  std::string out;
-  for (unsigned char c : s) {
-    if (c >= 0x20 && c < 0x7F) {
-      out += static_cast<char>(c);
-    } else {
-      char buf[8];
-      std::snprintf(buf, sizeof buf, "\\x%02X", c);
-      out += buf;
-    }
-  }
-  return out;
-}
+using vorhost::testing::Show;
 
 std::string FirstLine(const std::string& s) { return s.substr(0, s.find('\n')); }
 
@@ -177,7 +165,7 @@ TEST(DclParserTest, Errors) {
 
 // Serves files from a map, as the host's search path would, recording what
 // it was asked for. BASE.DCL is the host's own.
-class DclTest : public testing::Test {
+class DclTest : public ::testing::Test {
  protected:
   DclTest() { files_[kBaseFileName] = ReadResource("BASE.DCL"); }
 

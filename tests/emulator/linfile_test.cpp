@@ -10,25 +10,14 @@
 #include <string>
 #include <vector>
 
+#include "support/show_bytes.h"
+
 namespace vorhost {
 namespace {
 
 using Kind = LinetypeElement::Kind;
 
-// Bytes outside printable ASCII as \xNN, so a failing Big5 case is readable.
-std::string Show(std::string_view s) {
-  std::string out;
-  for (unsigned char c : s) {
-    if (c >= 0x20 && c < 0x7F) {
-      out += static_cast<char>(c);
-    } else {
-      char buf[8];
-      std::snprintf(buf, sizeof buf, "\\x%02X", c);
-      out += buf;
-    }
-  }
-  return out;
-}
+using vorhost::testing::Show;
 
 std::string Num(double v) {
   char buf[32];

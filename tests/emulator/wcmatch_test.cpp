@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "support/show_bytes.h"
+
 namespace vorhost {
 namespace {
 
@@ -16,20 +18,7 @@ struct WcCase {
   bool expected;
 };
 
-// Bytes outside printable ASCII as \xNN, so a failing Big5 case is readable.
-std::string Show(const std::string& s) {
-  std::string out;
-  for (unsigned char c : s) {
-    if (c >= 0x20 && c < 0x7F) {
-      out += static_cast<char>(c);
-    } else {
-      char buf[8];
-      std::snprintf(buf, sizeof buf, "\\x%02X", c);
-      out += buf;
-    }
-  }
-  return out;
-}
+using vorhost::testing::Show;
 
 TEST(WcMatchTest, MatchesTable) {
   // Big5 pairs, chosen so that their trail bytes are pattern metacharacters
