@@ -8,24 +8,20 @@
 
 #include "host/entry.h"
 #include "linetool/catalogue.h"
-#include "support/host_fixture.h"
+#include "support/module_fixture.h"
 
 namespace vorhost::testing {
 namespace {
 
-class LineToolFailureTest : public HostTest {
+class LineToolFailureTest : public ModuleTest {
  protected:
   void SetUp() override {
-    HostTest::SetUp();
-    catalogue_reset();
-    host_->LoadModule(acrxEntryPoint);
-    SetSymbol("VORMIS", "C:/VOR");
+    ModuleTest::SetUp();
     WriteFile("VOR/ELINE.CAT", "(\"E1\" \"ELINE1\" \"E-POWER\" \"1\" \"x\" \"\" \"A,1,-1\")\r\n\x1A");
   }
   void TearDown() override {
     unsetenv("VORMIS_FILES");
-    catalogue_reset();
-    HostTest::TearDown();
+    ModuleTest::TearDown();
   }
   // Runs (VOR_ELINE) with the user's events; the transcript afterwards.
   std::string Run(std::vector<std::string> events) {

@@ -5,7 +5,7 @@
 
 #include "host/entry.h"
 #include "linetool/catalogue.h"
-#include "support/host_fixture.h"
+#include "support/module_fixture.h"
 
 namespace vorhost::testing {
 namespace {
@@ -18,13 +18,10 @@ std::string Header(char kind) {
   return buf;
 }
 
-class LinetypeGeneratorTest : public HostTest {
+class LinetypeGeneratorTest : public ModuleTest {
  protected:
   void SetUp() override {
-    HostTest::SetUp();
-    catalogue_reset();
-    host_->LoadModule(acrxEntryPoint);
-    SetSymbol("VORMIS", "C:/VOR");
+    ModuleTest::SetUp();
     WriteFile("VOR/ELINE.CAT",
               "(\"E1\" \"  eline1\" \"E-POWER\" \"1\" \"\" \"\" \"a,.5,-.25\")\r\n"
               "(\"E2\" \"ELINE2\" \"E-POWER\" \"1\" \"\" \"\" \".5,-.25\")\r\n"
@@ -34,8 +31,7 @@ class LinetypeGeneratorTest : public HostTest {
   }
   void TearDown() override {
     unsetenv("ACAD");
-    catalogue_reset();
-    HostTest::TearDown();
+    ModuleTest::TearDown();
   }
   void Generate() {
     lisp::Value result;

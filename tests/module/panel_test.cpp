@@ -5,18 +5,13 @@
 #include <vector>
 
 #include "host/entry.h"
-#include "support/host_fixture.h"
+#include "support/module_fixture.h"
 
 namespace vorhost::testing {
 namespace {
 
-class PanelTest : public HostTest {
+class PanelTest : public ModuleTest {
  protected:
-  void SetUp() override {
-    HostTest::SetUp();
-    host_->LoadModule(acrxEntryPoint);
-    SetSymbol("VORMIS", "C:/VOR");
-  }
   // A schedule of n circuits, each circuit line as given or a plain one.
   void Schedule(const std::string& name, std::vector<std::string> circuits) {
     std::string text = "PN01: corner;TITLE\r\n";

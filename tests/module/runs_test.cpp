@@ -9,7 +9,7 @@
 #include "emulator/io/dxf.h"
 #include "host/entry.h"
 #include "linetool/catalogue.h"
-#include "support/host_fixture.h"
+#include "support/module_fixture.h"
 
 namespace vorhost::testing {
 namespace {
@@ -82,13 +82,10 @@ TEST(LabelGapTest, ReadsTheNumberTheTextBeginsWith) {
 
 // The selected run type ELINE1 on layer E-POWER in colour 1, its label
 // with a diameter sign; the selection is answered by the user.
-class RunDrawingTest : public HostTest {
+class RunDrawingTest : public ModuleTest {
  protected:
   void SetUp() override {
-    HostTest::SetUp();
-    catalogue_reset();
-    host_->LoadModule(acrxEntryPoint);
-    SetSymbol("VORMIS", "C:/VOR");
+    ModuleTest::SetUp();
     WriteFile("VOR/ELINE.CAT",
               "(\"E1\" \"ELINE1\" \"E-POWER\" \"1\" \"5.5x2,\xA3\x70" "28PVC\" \"((S5.5 2) (PVC28 1))\" \"A,.5,-.25\")\r\n"
               "(\"E2\" \"ELINE2\" \"E-LIGHT\" \"2\" \"2.0x2\" \"((S2.0 2))\" \"A,.5,-.25\")\r\n\x1A");
@@ -100,10 +97,6 @@ class RunDrawingTest : public HostTest {
     SelectedRow = 0;
     LabelOn = 1;
     std::strcpy(LabelGap, "2.5");
-  }
-  void TearDown() override {
-    catalogue_reset();
-    HostTest::TearDown();
   }
   void Draw(const char* command, std::vector<std::string> answers) {
     Answer(std::move(answers));
