@@ -17,11 +17,11 @@ static char SavedPattern[256];
 /* The prompt of the label text. */
 static const char LabelPrompt[] = "\xB3\xC6\xB5\xF9\xBB\xA1\xA9\xFA"; /* 備註說明 */
 
-void disable_record_buttons(ads_hdlg dialog)
+void record_buttons_mode(ads_hdlg dialog, short mode)
 {
     static const char *const buttons[] = {"add", "editline", "del", "loadline", "changeline"};
     for (const char *key : buttons)
-        ads_mode_tile(dialog, key, MODE_DISABLE);
+        ads_mode_tile(dialog, key, mode);
 }
 
 /* ---- The editor ------------------------------------------------------------ */
@@ -186,5 +186,5 @@ void edit_code_pattern(ads_callback_packet *packet)
     SearchOn = 1;
     ads_set_tile(main, "search", "1");
     catalogue_rows(main);
-    disable_record_buttons(main);
+    record_buttons_mode(main, MODE_DISABLE);
 }

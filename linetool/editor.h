@@ -13,8 +13,9 @@ void edit_record(ads_callback_packet *packet);
  * pattern; OK with a new pattern turns the filter on and refills the list. */
 void edit_code_pattern(ads_callback_packet *packet);
 
-/* The main dialog's buttons that act on a chosen row, disabled whenever the
- * list is refilled. */
-void disable_record_buttons(ads_hdlg dialog);
+/* Enables (MODE_ENABLE) or disables (MODE_DISABLE) the main dialog's
+ * buttons that act on a chosen row: disabled whenever the list is
+ * refilled, enabled when a row is chosen. */
+void record_buttons_mode(ads_hdlg dialog, short mode);
 
 #endif

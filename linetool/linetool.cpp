@@ -24,13 +24,6 @@ static int Status = STATUS_FIRST;
 static const char FileCaption[] = "\xBA\xDE\xBD\x75\xA9\x77\xB8\x71\xC0\xC9\xA6\x57\x3A\x20"; /* 管線定義檔名: */
 constexpr int FILE_CAPTION_PATH = 56; /* bytes of the path shown */
 
-static void enable_record_buttons(ads_hdlg dialog)
-{
-    static const char *const buttons[] = {"add", "editline", "del", "loadline", "changeline"};
-    for (const char *key : buttons)
-        ads_mode_tile(dialog, key, MODE_ENABLE);
-}
-
 static void show_file_name(ads_hdlg dialog)
 {
     char caption[TEXT_SIZE] = "", path[FILE_CAPTION_PATH + 1] = "";
@@ -43,7 +36,7 @@ static void show_file_name(ads_hdlg dialog)
 static void refill(ads_hdlg dialog)
 {
     catalogue_rows(dialog);
-    disable_record_buttons(dialog);
+    record_buttons_mode(dialog, MODE_DISABLE);
 }
 
 static void row_chosen(ads_callback_packet *packet)
@@ -52,7 +45,7 @@ static void row_chosen(ads_callback_packet *packet)
     if (value[0] == '\0')
         return;
     SelectedRow = atoi(value);
-    enable_record_buttons(packet->dialog);
+    record_buttons_mode(packet->dialog, MODE_ENABLE);
     if (packet->reason == CBR_DOUBLE_CLICK)
         ads_done_dialog(packet->dialog, STATUS_LOAD);
 }

@@ -1,6 +1,7 @@
 // answer.cpp - reading typed answers.
 #include "emulator/commands/answer.h"
 
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -104,6 +105,13 @@ std::optional<Point3> AnswerPoint(const Answer& a, const Point3& last) {
   auto d = ParseCoordinates(s);
   if (!d) return std::nullopt;
   return Point3{last[0] + (*d)[0], last[1] + (*d)[1], last[2] + (*d)[2]};
+}
+
+bool ValidSymbolName(std::string_view name) {
+  if (name.empty() || name.size() > 31) return false;
+  for (unsigned char c : name)
+    if (!(std::isalnum(c) || c == '$' || c == '-' || c == '_' || c >= 0x80)) return false;
+  return true;
 }
 
 std::string UpperAscii(std::string_view s) {

@@ -60,6 +60,10 @@ std::optional<long> AnswerInt(const Answer& a, long lo, long hi);
 // case-blind.
 std::string MatchKeyword(std::string_view typed, std::initializer_list<std::string_view> options);
 
+// Whether name can name a layer, style or other table record: 1 to 31
+// letters, digits, "$", "-", "_" or Big5 bytes.
+bool ValidSymbolName(std::string_view name);
+
 // ASCII upper case, byte by byte, stepping over Big5 characters.
 std::string UpperAscii(std::string_view s);
 

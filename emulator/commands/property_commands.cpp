@@ -30,13 +30,6 @@ std::vector<std::string> NameList(const std::string& text) {
   return names;
 }
 
-bool ValidName(const std::string& name) {
-  if (name.empty() || name.size() > 31) return false;
-  for (unsigned char c : name)
-    if (!(std::isalnum(c) || c == '$' || c == '-' || c == '_' || c >= 0x80)) return false;
-  return true;
-}
-
 // A colour answer: 1-255, a name of the first seven, BYLAYER or BYBLOCK.
 std::optional<short> ColorAnswer(const Answer& a, bool allow_logical) {
   if (std::optional<long> n = AnswerInt(a, 1, 255)) return static_cast<short>(*n);
@@ -167,7 +160,7 @@ class LayerCommand : public Command {
   Step New(const Answer& a) {
     std::vector<std::string> names = NameList(a.Echo());
     for (const std::string& n : names)
-      if (!ValidName(n)) return Reject("Invalid layer name: " + n);
+      if (!ValidSymbolName(n)) return Reject("Invalid layer name: " + n);
     for (const std::string& n : names)
       if (!host_.tables().layers().Find(n)) host_.tables().layers().Put(LayerRecord{n});
     state_ = State::kMain;
@@ -177,7 +170,7 @@ class LayerCommand : public Command {
   Step Current(const Answer& a) {
     if (!a.IsEnter()) {
       std::string name = UpperAscii(a.text);
-      if (!ValidName(name)) return Reject("Invalid layer name.");
+      if (!ValidSymbolName(name)) return Reject("Invalid layer name.");
       if (!host_.tables().layers().Find(name)) {
         if (action_ == "SET") return Reject("Cannot find layer " + name + ".");
         host_.tables().layers().Put(LayerRecord{name});

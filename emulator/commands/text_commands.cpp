@@ -244,13 +244,6 @@ class TextCommand : public Command {
 
 // ---- STYLE -----------------------------------------------------------------
 
-bool ValidSymbolName(std::string_view name) {
-  if (name.empty() || name.size() > 31) return false;
-  for (unsigned char c : name)
-    if (!(std::isalnum(c) || c == '$' || c == '-' || c == '_' || c >= 0x80)) return false;
-  return true;
-}
-
 // Fonts that can be written vertically: the host's own (SHX) fonts, not
 // TrueType ones.
 bool FontCanBeVertical(const std::string& font) {
