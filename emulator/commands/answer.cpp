@@ -107,6 +107,19 @@ std::optional<Point3> AnswerPoint(const Answer& a, const Point3& last) {
   return Point3{last[0] + (*d)[0], last[1] + (*d)[1], last[2] + (*d)[2]};
 }
 
+std::optional<short> ColorAnswer(const Answer& a, bool allow_logical) {
+  if (std::optional<long> n = AnswerInt(a, 1, 255)) return static_cast<short>(*n);
+  if (a.kind != Answer::Kind::kText) return std::nullopt;
+  static const char* const kNames[] = {"RED", "YELLOW", "GREEN", "CYAN", "BLUE", "MAGENTA", "WHITE"};
+  std::string key = MatchKeyword(a.text, {"RED", "YELLOW", "GREEN", "CYAN", "BLUE", "MAGENTA", "WHITE",
+                                          "BYLAYER", "BYBLOCK"});
+  for (short i = 0; i < 7; i++)
+    if (key == kNames[i]) return static_cast<short>(i + 1);
+  if (allow_logical && key == "BYLAYER") return kColorByLayer;
+  if (allow_logical && key == "BYBLOCK") return kColorByBlock;
+  return std::nullopt;
+}
+
 bool ValidSymbolName(std::string_view name) {
   if (name.empty() || name.size() > 31) return false;
   for (unsigned char c : name)

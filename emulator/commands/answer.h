@@ -60,6 +60,10 @@ std::optional<long> AnswerInt(const Answer& a, long lo, long hi);
 // case-blind.
 std::string MatchKeyword(std::string_view typed, std::initializer_list<std::string_view> options);
 
+// A colour answer: 1 to 255 or a name of the first seven (RED to WHITE),
+// and with allow_logical also BYLAYER (256) or BYBLOCK (0).
+std::optional<short> ColorAnswer(const Answer& a, bool allow_logical);
+
 // Whether name can name a layer, style or other table record: 1 to 31
 // letters, digits, "$", "-", "_" or Big5 bytes.
 bool ValidSymbolName(std::string_view name);

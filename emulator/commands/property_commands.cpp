@@ -30,20 +30,6 @@ std::vector<std::string> NameList(const std::string& text) {
   return names;
 }
 
-// A colour answer: 1-255, a name of the first seven, BYLAYER or BYBLOCK.
-std::optional<short> ColorAnswer(const Answer& a, bool allow_logical) {
-  if (std::optional<long> n = AnswerInt(a, 1, 255)) return static_cast<short>(*n);
-  if (a.kind != Answer::Kind::kText) return std::nullopt;
-  std::string key = MatchKeyword(a.text, {"RED", "YELLOW", "GREEN", "CYAN", "BLUE", "MAGENTA", "WHITE",
-                                          "BYLAYER", "BYBLOCK"});
-  static const char* const kNames[] = {"RED", "YELLOW", "GREEN", "CYAN", "BLUE", "MAGENTA", "WHITE"};
-  for (short i = 0; i < 7; i++)
-    if (key == kNames[i]) return static_cast<short>(i + 1);
-  if (allow_logical && key == "BYLAYER") return kColorByLayer;
-  if (allow_logical && key == "BYBLOCK") return kColorByBlock;
-  return std::nullopt;
-}
-
 std::string ColorName(short c) {
   return c == kColorByLayer ? "BYLAYER" : c == kColorByBlock ? "BYBLOCK" : std::to_string(c);
 }

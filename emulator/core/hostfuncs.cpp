@@ -6,6 +6,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "emulator/commands/answer.h"
 #include "emulator/host.h"
 #include "emulator/platform/filesystem.h"
 
@@ -91,15 +92,6 @@ bool AdsHelp(Host& host, const Args& args, Value* result, std::string* err) {
   return true;
 }
 
-// Colour numbers by the names the colour dialog shows for 1 to 7.
-int ColorByName(const std::string& name) {
-  static const char* const kNames[] = {"RED", "YELLOW", "GREEN", "CYAN", "BLUE", "MAGENTA", "WHITE"};
-  std::string upper = lisp::UpperName(name);
-  for (int i = 0; i < 7; i++)
-    if (upper == kNames[i]) return i + 1;
-  return 0;
-}
-
 // (ACAD_COLORDLG colour [flag]): a colour from 1 to 255, or nil when the
 // user cancels. Enter keeps the current colour when it is one of those.
 bool ColorDialog(Host& host, const Args& args, Value* result, std::string* err) {
@@ -115,14 +107,10 @@ bool ColorDialog(Host& host, const Args& args, Value* result, std::string* err) 
   for (;;) {
     Input in = host.Ask("\nSelect color (1-255) <" + std::to_string(current) + ">: ");
     if (in.kind != Input::Kind::kLine) return true;
-    long chosen = in.text.empty() ? current : ColorByName(in.text);
-    if (!in.text.empty() && chosen == 0) {
-      char* end = nullptr;
-      chosen = std::strtol(in.text.c_str(), &end, 10);
-      if (*end) chosen = 0;
-    }
-    if (chosen >= 1 && chosen <= 255) {
-      *result = Value::Int(chosen);
+    std::optional<short> chosen = ColorAnswer(Answer::Text(in.text), false);
+    if (in.text.empty() && current >= 1 && current <= 255) chosen = static_cast<short>(current);
+    if (chosen) {
+      *result = Value::Int(*chosen);
       return true;
     }
     host.transcript().WriteLine("Invalid color: choose a number from 1 to 255.");
