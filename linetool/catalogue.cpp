@@ -47,13 +47,18 @@ void catalogue_load(void)
     textlist_load(path, &Catalogue, 1, 255, 0, 0, 0, 0, 0, 0);
 }
 
-/* The closing quote of a field that starts at p: the first quote not
- * preceded by a backslash, or NULL. */
+/* The closing quote of a field whose text starts at p: the first quote that
+ * does not directly follow a backslash, or NULL. The text is read by whole
+ * characters, so the trail byte 5C of a Big5 character (功 is A5 5C) is
+ * not a backslash. */
 static const char *closing_quote(const char *p)
 {
-    for (const char *q = strchr(p, '"'); q; q = strchr(q + 1, '"'))
-        if (q == p || q[-1] != '\\')
-            return q;
+    int escaped = 0;
+    for (; *p; p += big5_char_bytes(p)) {
+        if (*p == '"' && !escaped)
+            return p;
+        escaped = *p == '\\';
+    }
     return nullptr;
 }
 
@@ -78,22 +83,24 @@ void parse_record(const char *line, int all)
     }
 }
 
-/* Copies text into out (256 bytes) without the backslash of each
- * backslash-quote pair. */
-static void drop_quote_escapes(const char *text, char *out)
+void unescape_field(const char *text, char *out)
 {
     size_t n = 0;
-    for (const char *p = text; *p && n < TEXT_MAX; p++) {
-        if (p[0] == '\\' && p[1] == '"')
-            continue;
-        out[n++] = *p;
+    for (const char *p = text; *p;) {
+        int bytes = big5_char_bytes(p);
+        if (n + bytes > (size_t)TEXT_MAX)
+            break;
+        if (!(p[0] == '\\' && p[1] == '"'))
+            for (int k = 0; k < bytes; k++)
+                out[n++] = p[k];
+        p += bytes;
     }
     out[n] = '\0';
 }
 
 void unescape_spec(void)
 {
-    drop_quote_escapes(RecordFields[4], SpecDisplay);
+    unescape_field(RecordFields[4], SpecDisplay);
 }
 
 int compose_record(char *out)

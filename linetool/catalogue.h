@@ -48,8 +48,13 @@ void catalogue_load(void);
 
 /* Fills RecordFields from a record line: fields 1 to 5, or all seven when
  * all is not 0. A field ends at the first quote not preceded by a
- * backslash; escapes stay in the field; missing fields are empty. */
+ * backslash, both read as whole characters (a Big5 trail byte 5C is no
+ * backslash); escapes stay in the field; missing fields are empty. */
 void parse_record(const char *line, int all);
+/* Copies a field's text into out (256 bytes) without the backslash of each
+ * backslash-quote pair, reading by whole Big5 characters. */
+void unescape_field(const char *text, char *out);
+/* SpecDisplay = field 5 unescaped. */
 void unescape_spec(void);
 
 /* Writes the record line of RecordFields into out (256 bytes). Returns 1,

@@ -107,15 +107,9 @@ static int linetype_file_path(const char *name, char *out)
  * linetype file must not hold), into out (256 bytes). */
 static void linetype_text(const char *text, char *out)
 {
-    size_t n = 0;
     while (*text == ' ')
         text++;
-    for (const char *p = text; *p && n < TEXT_MAX; p++) {
-        if (p[0] == '\\' && p[1] == '"')
-            continue;
-        out[n++] = *p;
-    }
-    out[n] = '\0';
+    unescape_field(text, out);
     upper_ascii(out);
 }
 
