@@ -103,6 +103,58 @@ void unescape_spec(void)
     unescape_field(RecordFields[4], SpecDisplay);
 }
 
+/* What the messages call each field. ORDER: the fields of a record. */
+static const char *const FieldNames[RECORD_FIELDS] = {
+    "code", "linetype name", "layer", "colour", "label", "item list", "linetype pattern"};
+
+/* The stored form of text into out (256 bytes), or the reason it has none. */
+static const char *stored_form(const char *text, char *out)
+{
+    size_t n = 0;
+    int after_backslash = 0;
+    for (const char *p = text; *p;) {
+        int bytes = big5_char_bytes(p);
+        if (*p == '\r' || *p == '\n' || *p == 0x1A)
+            return "must be one line";
+        int escape = *p == '"' && !after_backslash;
+        if (n + escape + bytes > (size_t)TEXT_MAX)
+            return "is longer than a run type can hold (255 characters)";
+        if (escape)
+            out[n++] = '\\';
+        memcpy(out + n, p, bytes);
+        n += bytes;
+        after_backslash = bytes == 1 && *p == '\\';
+        p += bytes;
+    }
+    out[n] = '\0';
+    /* No escape exists for a backslash: before the closing quote it would
+     * make the quote part of the field. */
+    if (after_backslash)
+        return "ends in a backslash, which would run it into the next field";
+    return nullptr;
+}
+
+int field_stored_form(int field, const char *text, char *out)
+{
+    char alert[TEXT_SIZE];
+    const char *why = stored_form(text, out);
+    if (!why)
+        return 1;
+    out[0] = '\0';
+    snprintf(alert, sizeof alert, "The %s %s; it was not taken.", FieldNames[field], why);
+    ads_alert(alert);
+    return 0;
+}
+
+int field_store(int field, const char *text)
+{
+    char stored[TEXT_SIZE];
+    if (!field_stored_form(field, text, stored))
+        return 0;
+    strcpy(RecordFields[field], stored);
+    return 1;
+}
+
 int compose_record(char *out)
 {
     size_t need = 2 + RECORD_FIELDS * 2 + (RECORD_FIELDS - 1);

@@ -1,0 +1,137 @@
+// linetool_files_test.cpp - the line tool and its catalogue file: every
+// text the user gives a field reads back as that field, and what the user
+// is told when a text cannot be held.
+#include <string>
+#include <vector>
+
+#include "host/entry.h"
+#include "linetool/catalogue.h"
+#include "support/module_fixture.h"
+
+namespace vorhost::testing {
+namespace {
+
+const char kRecord[] = "(\"E1\" \"LT\" \"L\" \"1\" \"x\" \"((S5.5 1))\" \"A,1\")";
+
+class LineToolFileTest : public ModuleTest {
+ protected:
+  void SetUp() override {
+    ModuleTest::SetUp();
+    WriteFile("VOR/ELINE.CAT", std::string(kRecord) + "\r\n\x1A");
+  }
+  // Runs (VOR_ELINE) with the user's events, all of which must apply.
+  void Run(std::vector<std::string> events) {
+    Answer(std::move(events));
+    host_->Execute("(VOR_ELINE)");
+    EXPECT_FALSE(user_->failed()) << user_->failure() << "\n" << Output();
+  }
+  // The seven fields of the first record of the saved catalogue, as the
+  // next reading gives them.
+  std::vector<std::string> SavedFields() {
+    std::string text = ReadFile("VOR/ELINE.CAT");
+    parse_record(text.substr(0, text.find("\r\n")).c_str(), 1);
+    return {RecordFields, RecordFields + RECORD_FIELDS};
+  }
+  static std::vector<std::string> Fields(std::vector<std::string> changes) {
+    std::vector<std::string> fields = {"E1", "LT", "L", "1", "x", "((S5.5 1))", "A,1"};
+    for (size_t k = 0; k < changes.size(); k++)
+      if (!changes[k].empty()) fields[k] = changes[k];
+    return fields;
+  }
+};
+
+TEST_F(LineToolFileTest, AQuoteGivenToAnyFieldReadsBackInThatField) {
+  WriteFile("VOR/LAYER.MEO", "E\"L note\r\n");
+  struct Case {
+    const char* how;
+    std::vector<std::string> events;
+    std::vector<std::string> fields;  // "" where the field stays as it was
+  } cases[] = {
+      {"code", {"type e1 B\"1"}, {"B\\\"1"}},
+      {"linetype", {"type e2 L\"T"}, {"", "L\\\"T"}},
+      {"pattern", {"type e3 A,.5,[\"X\",STANDARD],-.25"}, {"", "", "", "", "", "", "A,.5,[\\\"X\\\",STANDARD],-.25"}},
+      {"pattern as shown", {"type e3 A,[\\\"X\\\",ST]"}, {"", "", "", "", "", "", "A,[\\\"X\\\",ST]"}},
+      {"layer", {"press b1", "select layer 0", "ok"}, {"", "", "E\\\"L"}},
+      {"label", {"press b3", "2\"GIP"}, {"", "", "", "", "2\\\"GIP"}},
+      {"item list", {"press b4", "type edit ((S\"5 2))", "ok"}, {"", "", "", "", "\\\"5x2", "((S\\\"5 2))"}},
+  };
+  for (const Case& c : cases) {
+    WriteFile("VOR/ELINE.CAT", std::string(kRecord) + "\r\n\x1A");
+    std::vector<std::string> events = {"select eline 0", "press editline"};
+    events.insert(events.end(), c.events.begin(), c.events.end());
+    events.insert(events.end(), {"ok", "ok"});
+    Run(events);
+    EXPECT_EQ(SavedFields(), Fields(c.fields)) << c.how << "\n" << Output();
+  }
+  EXPECT_EQ(Output().find("[Alert]"), std::string::npos) << Output();
+}
+
+TEST_F(LineToolFileTest, TheEditBoxShowsTheFieldAsItIsHeld) {
+  Run({"select eline 0", "press editline", "type e3 A,[\"X\",ST]", "#show", "cancel", "cancel"});
+  EXPECT_NE(Output().find(":\" = \"A,[\\\"X\\\",ST]\"\n  t1"), std::string::npos) << Output();
+}
+
+TEST_F(LineToolFileTest, ATextAFieldCannotHoldIsRefusedAndTheFieldKept) {
+  struct Case {
+    std::vector<std::string> events;
+    const char* alert;
+    const char* shown;  // the tile showing the field as it was
+  } cases[] = {
+      {{"type e1 AB\\"},
+       "The code ends in a backslash, which would run it into the next field; it was not taken.",
+       ":\" = \"E1\"\n  e2"},
+      {{"type e3 " + std::string(130, '"')},
+       "The linetype pattern is longer than a run type can hold (255 characters); it was not taken.",
+       ":\" = \"A,1\"\n  t1"},
+      {{"press b3", "x\\"},
+       "The label ends in a backslash, which would run it into the next field; it was not taken.",
+       "t3 text = \"x\""},
+      {{"press b4", "type edit ((S5.5 1))\\", "ok"},
+       "The item list ends in a backslash, which would run it into the next field; it was not taken.",
+       "t4 text = \"((S5.5 1))\""},
+  };
+  for (const Case& c : cases) {
+    WriteFile("VOR/ELINE.CAT", std::string(kRecord) + "\r\n\x1A");
+    std::vector<std::string> events = {"select eline 0", "press editline"};
+    events.insert(events.end(), c.events.begin(), c.events.end());
+    events.insert(events.end(), {"#show", "ok", "ok"});
+    size_t from = Output().size();
+    Run(events);
+    std::string out = Output().substr(from);
+    EXPECT_NE(out.find(std::string("[Alert] ") + c.alert), std::string::npos) << out;
+    EXPECT_NE(out.find(c.shown), std::string::npos) << out;
+    EXPECT_EQ(SavedFields(), Fields({})) << c.alert;
+  }
+}
+
+TEST(FieldStoredFormTest, OnlyQuotesNoBackslashEscapesGetOne) {
+  struct Case {
+    std::string given, held;
+  } cases[] = {
+      {"plain", "plain"},
+      {"a\"b", "a\\\"b"},
+      {"a\\\"b", "a\\\"b"},                                // already escaped
+      {"\"", "\\\""},                                      // a quote alone
+      {"\xA5\x5C\"", "\xA5\x5C\\\""},                      // 功 then a quote: its trail byte escapes nothing
+      {"\\\\\"", "\\\\\""},                                // a backslash, then an escaped quote
+      {std::string(254, 'q') + "\"", ""},                  // 256 bytes once escaped
+      {"line\nbreak", ""},
+      {"cr\r", ""},
+      {"end\x1A", ""},
+      {"\xA5\x5C", "\xA5\x5C"},                            // ends in 功, not in a backslash
+  };
+  for (const Case& c : cases) {
+    char out[256] = "junk";
+    int taken = field_stored_form(0, c.given.c_str(), out);
+    EXPECT_EQ(taken, !c.held.empty()) << c.given;
+    EXPECT_EQ(std::string(out), c.held) << c.given;
+    if (!taken) continue;
+    std::string record = "(\"" + std::string(out) + "\" \"next\")";
+    parse_record(record.c_str(), 1);
+    EXPECT_EQ(std::string(RecordFields[0]), c.held) << "reads back: " << c.given;
+    EXPECT_STREQ(RecordFields[1], "next");
+  }
+}
+
+}  // namespace
+}  // namespace vorhost::testing
