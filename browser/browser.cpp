@@ -75,12 +75,13 @@ static void append_whole(char *row, const char *text)
 }
 
 /* The current directory of the current drive with a final "\" (C:\VOR\),
- * or its root when the operating system cannot give it in 255 bytes. */
+ * or its root when that would not fit in 255 bytes. */
 static void current_directory(char *out, int size)
 {
     char cwd[TEXT_SIZE];
     out[0] = '\0';
-    if (plat_getdcwd(0, cwd, TEXT_SIZE)) {
+    if (plat_getdcwd(0, cwd, TEXT_SIZE) &&
+        strlen(cwd) + (ends_with_char(cwd, '\\') ? 0 : 1) <= (size_t)TEXT_MAX) {
         strcatv(size - 1, out, cwd, ends_with_char(cwd, '\\') ? "" : "\\", nullptr);
     } else {
         char root[] = "?:\\";

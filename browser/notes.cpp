@@ -163,6 +163,11 @@ int set_note(const char *dir, const char *name, const char *old_note, int32_t in
     char key[FULL_SIZE] = "", line[FULL_SIZE + TEXT_SIZE] = "";
     if (strcmp(new_note, old_note) == 0)
         return 0;
+    if (FileNotes.path[0] == '\0') {
+        ads_alert("FILE_CON.DAT cannot be written: its path in the home directory is longer than "
+                  "255 characters. The note is unchanged.");
+        return 0;
+    }
     /* A line of a key and blanks is not a note: it would be dropped on the
      * next reading, so such a note is the empty one. */
     int empty = new_note[strspn(new_note, Blanks)] == '\0';

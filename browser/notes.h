@@ -36,8 +36,9 @@ TextNode *find_note(const char *dir, const char *name, char *note, int32_t *inde
  * note is empty (white space only counts as empty). 1 when the store
  * changed. A note that would make a line longer than 255 bytes, or that
  * holds a line break, or a file whose path holds white space (its key could
- * not be read back), is refused with an alert and changes nothing; so does
- * running out of memory ("Memory Fault !"). */
+ * not be read back), is refused with an alert and changes nothing; so are
+ * all changes when FILE_CON.DAT has no path that fits, and so does running
+ * out of memory ("Memory Fault !"). */
 int set_note(const char *dir, const char *name, const char *old_note, int32_t index,
              TextNode *prev, const char *new_note);
 

@@ -120,6 +120,17 @@ TEST_F(BrowserTest, TheStartingPathIsMadeFull) {
     EXPECT_EQ(Shown("current_path").back(), "current_path text = \"目前目錄: " + Big5ToUtf8(c.full) + "\"");
     EXPECT_EQ(Files().CurrentDrive(), c.drive) << "the listing of drives puts the current one back";
   }
+
+  // A current directory of 255 characters leaves no room for the final "\".
+  const std::string a(120, 'A'), b(131, 'B');
+  std::filesystem::create_directories(LinuxPath(a + "/" + b));
+  ASSERT_TRUE(Files().ChangeDirectory("C:\\" + a + "\\" + b, &err)) << err;
+  Files().SetCurrentDrive(3);
+  for (const char* given : {"", "acf"}) {
+    std::strcpy(BrowserPath, given);
+    Run({"cancel"});
+    EXPECT_EQ(BrowserPath, std::string(given[0] ? "C:\\ACF\\" : "C:\\")) << "from the root: " << given;
+  }
 }
 
 TEST_F(BrowserTest, DirectoriesAreSortedBetweenTheirHeadAndTheDrives) {

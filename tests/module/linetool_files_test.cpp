@@ -104,6 +104,17 @@ TEST_F(LineToolFileTest, ATextAFieldCannotHoldIsRefusedAndTheFieldKept) {
   }
 }
 
+TEST_F(LineToolFileTest, AHomeDirectoryWithNoRoomForTheCatalogueIsSaid) {
+  SetSymbol("VORMIS", "C:/" + std::string(250, 'H'));
+  Run({"#show", "press editfile", "cancel"});
+  const std::string alert =
+      "[Alert] ELINE.CAT cannot be opened: its path in the home directory is longer than 255 characters.";
+  size_t first = Output().find(alert);
+  ASSERT_NE(first, std::string::npos) << Output();
+  EXPECT_NE(Output().find(alert, first + 1), std::string::npos) << "editfile says it again\n" << Output();
+  EXPECT_EQ(Output().find("Can not invoke"), std::string::npos) << "W2 is not called with no path";
+}
+
 TEST(FieldStoredFormTest, OnlyQuotesNoBackslashEscapesGetOne) {
   struct Case {
     std::string given, held;
