@@ -62,6 +62,7 @@ void notes_load(void)
      * is never written. */
     home_path("FILE_CON.DAT", path);
     textlist_load(path, &FileNotes, 2, TEXT_MAX, TEXT_MAX, 0, 0, 0, 0, 0);
+    textlist_alert_unread(&FileNotes);
 }
 
 int note_key_matches(const char *key, const char *dir, const char *name)

@@ -17,7 +17,8 @@
 extern TextList FileNotes;
 
 /* Loads FileNotes from FILE_CON.DAT in the home directory; a missing file is
- * an empty store. */
+ * an empty store. A file not read whole is said in an alert, as the store
+ * would lose the rest when written back (it then keeps a backup). */
 void notes_load(void);
 
 /* Whether key, as written in a line, names the file name (a bare name) in

@@ -44,13 +44,14 @@ static void alert_no_path(void)
     ads_alert(alert);
 }
 
-/* Loads the current family's catalogue and tells the user when it has no
- * path. */
+/* Loads the current family's catalogue and tells the user, once per
+ * reading, when it has no path or was not read whole. */
 static void load_catalogue(void)
 {
     catalogue_load();
     if (Catalogue.path[0] == '\0')
         alert_no_path();
+    textlist_alert_unread(&Catalogue);
 }
 
 /* Refills the list; the record buttons wait for a new choice. */

@@ -164,6 +164,10 @@ static void generate_kind(const char *kind)
         return;
     }
     catalogue_load();
+    /* The file then lacks linetypes, or holds broken ones: say so. */
+    char unread[TEXT_SIZE * 2];
+    if (textlist_unread_text(&Catalogue, unread, sizeof unread))
+        ads_printf("\n%s", unread);
     memcpy(header, Header, sizeof Header);
     header[HEADER_KIND_AT] = kind[0];
     fputs(header, file);

@@ -1,6 +1,7 @@
 // linetool_files_test.cpp - the line tool and its catalogue file: every
 // text the user gives a field reads back as that field, and what the user
 // is told when a text cannot be held.
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -113,6 +114,41 @@ TEST_F(LineToolFileTest, AHomeDirectoryWithNoRoomForTheCatalogueIsSaid) {
   ASSERT_NE(first, std::string::npos) << Output();
   EXPECT_NE(Output().find(alert, first + 1), std::string::npos) << "editfile says it again\n" << Output();
   EXPECT_EQ(Output().find("Can not invoke"), std::string::npos) << "W2 is not called with no path";
+}
+
+TEST_F(LineToolFileTest, ACatalogueNotReadWholeIsSaidOnceAndKeptWhenSaved) {
+  const std::string first = std::string(kRecord) + "\r\n";
+  struct Case {
+    std::string file;
+    const char* why;
+  } cases[] = {
+      {first + "\x1A(\"E2\")\r\n", "an end mark (byte 1A) in line 2 hides the text after it"},
+      {first + std::string("(\"E2\" \"L\0\0T\")\r\n", 15), "line 2 holds a NUL byte, and the rest of that line is not read"},
+      {first + "\r\n(\"E2\" \"" + std::string(300, 'x') + "\")\r\n\x1A",
+       "line 3 is longer than 255 characters and is taken in as several lines"},
+  };
+  for (const Case& c : cases) {
+    WriteFile("VOR/ELINE.CAT", c.file);
+    std::filesystem::remove(LinuxPath("VOR/ELINE.BAK"));
+    const std::string alert = std::string("[Alert] C:\\VOR\\ELINE.CAT could not be read whole: ") + c.why +
+                              ". If it is saved, the file as it is now is kept as C:\\VOR\\ELINE.BAK.";
+    size_t from = Output().size();
+    // Cancel writes nothing, so nothing needs keeping.
+    Run({"select eline 0", "press del", "cancel"});
+    EXPECT_NE(Output().find(alert, from), std::string::npos) << Output().substr(from);
+    EXPECT_EQ(ReadFile("VOR/ELINE.CAT"), c.file);
+    EXPECT_FALSE(FileExists("VOR/ELINE.BAK"));
+
+    // Told once, also when the dialog opens again after a drawing operation.
+    from = Output().size();
+    Run({"press dimoldline", "", "select eline 0", "press del", "ok"});
+    std::string out = Output().substr(from);
+    size_t at = out.find(alert);
+    ASSERT_NE(at, std::string::npos) << out;
+    EXPECT_EQ(out.find(alert, at + 1), std::string::npos) << out;
+    EXPECT_EQ(ReadFile("VOR/ELINE.BAK"), c.file) << c.why;
+    EXPECT_EQ(ReadFile("VOR/ELINE.CAT").find("E1"), std::string::npos) << "the edit is saved";
+  }
 }
 
 TEST(FieldStoredFormTest, OnlyQuotesNoBackslashEscapesGetOne) {
