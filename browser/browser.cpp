@@ -259,7 +259,8 @@ static void scan_drives(void)
 }
 
 /* The files of dir matching pattern, with their dates and notes. A file
- * whose name leaves no room in a row for its date is left out: a cut name
+ * whose name leaves no room in a row for its date, or holds a tab, is left
+ * out: the caller takes the name up to the row's first tab, and a cut name
  * would name another file. A note is cut to what fits. */
 static void scan_files(const char *dir, const char *pattern)
 {
@@ -272,7 +273,8 @@ static void scan_files(const char *dir, const char *pattern)
     if (search == -1)
         return;
     do {
-        if ((entry.attrib & PLAT_A_SUBDIR) || strlen(entry.name) + 2 + DATE_LENGTH > (size_t)TEXT_MAX)
+        if ((entry.attrib & PLAT_A_SUBDIR) || strlen(entry.name) + 2 + DATE_LENGTH > (size_t)TEXT_MAX ||
+            strchr(entry.name, '\t'))
             continue;
         note[0] = '\0';
         if (FileNotes.count > 0)

@@ -78,7 +78,8 @@ void spec_set_count(char *list, const char *key, const char *size, const char *c
     long long n = read_count(count);
     const char *key_stop = nullptr;
 
-    if (n < 0)
+    /* A list longer than its buffer is not one this rule made or can hold. */
+    if (n < 0 || strlen(list) > (size_t)TEXT_MAX)
         return;
     snprintf(number, sizeof number, "%lld", n);
     const char *open = find_group_of(list, key, size, &key_stop);
@@ -201,6 +202,8 @@ void spec_format_label(const char *kind, const char *list, char *out)
         if (!close)
             return;
         size_t len = (size_t)(close - open - 1);
+        if (len > (size_t)TEXT_MAX)
+            len = TEXT_MAX;
         memcpy(group, open + 1, len);
         group[len] = '\0';
         p = close + 1;

@@ -282,6 +282,7 @@ TEST_F(BrowserTest, NamesThatDoNotFitARowAreLeftOutAndLongPathsRefused) {
   std::filesystem::create_directories(LinuxPath("ACF/" + dir));
   File("ACF/" + file + ".ACF");
   File("ACF/P1.ACF");
+  File("ACF/P1\tX.ACF");  // its row would give back the name P1
   Run({"#show", "double-click path 2", "ok"});
   EXPECT_EQ(Rows("file"), (std::vector<std::string>{"P1.ACF|Wed Jan 02 02:03:55 1980|"}));
   EXPECT_EQ(Rows("path")[2], dir);
