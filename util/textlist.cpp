@@ -130,7 +130,10 @@ void textlist_load(const char *path, TextList *list, int n, int w1, int w2, int 
 int textlist_backup_path(const TextList *list, char *out)
 {
     static const char Extension[] = ".BAK";
-    const char *name = big5_strrchr(list->path, '\\');
+    /* The extension is looked for in the file's name only, after its last
+     * "\" or "/" (never the trail byte of a Big5 character). */
+    const char *back = big5_strrchr(list->path, '\\'), *slash = big5_strrchr(list->path, '/');
+    const char *name = !back ? slash : !slash || back > slash ? back : slash;
     name = name ? name + 1 : list->path;
     const char *dot = big5_strrchr(name, '.');
     size_t stem = dot ? (size_t)(dot - list->path) : strlen(list->path);

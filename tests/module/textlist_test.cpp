@@ -244,6 +244,7 @@ TEST_F(TextListTest, TheBackupReplacesTheExtensionOfTheName) {
   } cases[] = {
       {"C:\\VOR\\ELINE.CAT", "C:\\VOR\\ELINE.BAK"},
       {"C:\\V.1\\NOTES", "C:\\V.1\\NOTES.BAK"},   // a dot in a folder is no extension
+      {"C:/V.1/NOTES", "C:/V.1/NOTES.BAK"},
       {"C:\\\xA5\x5C.D\\X", "C:\\\xA5\x5C.D\\X.BAK"},  // 功's trail byte is no separator
       {"C:\\OLD.BAK", ""},                             // the backup would be the file itself
       {"", ""},
@@ -254,7 +255,7 @@ TEST_F(TextListTest, TheBackupReplacesTheExtensionOfTheName) {
     EXPECT_EQ(textlist_backup_path(&list_, out), c.backup[0] != '\0') << c.path;
     EXPECT_STREQ(out, c.backup) << c.path;
   }
-  std::string long_path = "C:\\" + std::string(250, 'L') + "\\AB";  // 255 bytes, no extension
+  std::string long_path = "C:\\" + std::string(249, 'L') + "\\AB";  // 255 bytes, no extension
   std::strcpy(list_.path, long_path.c_str());
   char out[256];
   EXPECT_EQ(textlist_backup_path(&list_, out), 0);
