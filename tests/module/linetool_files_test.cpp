@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "emulator/core/alloc.h"
 #include "host/entry.h"
 #include "linetool/catalogue.h"
 #include "support/module_fixture.h"
@@ -149,6 +150,20 @@ TEST_F(LineToolFileTest, ACatalogueNotReadWholeIsSaidOnceAndKeptWhenSaved) {
     EXPECT_EQ(ReadFile("VOR/ELINE.BAK"), c.file) << c.why;
     EXPECT_EQ(ReadFile("VOR/ELINE.CAT").find("E1"), std::string::npos) << "the edit is saved";
   }
+}
+
+TEST_F(LineToolFileTest, ACatalogueCutShortByMemoryIsKeptWhenSaved) {
+  const std::string file = std::string(kRecord) + "\r\n(\"E2\")\r\n(\"E3\")\r\n\x1A";
+  WriteFile("VOR/ELINE.CAT", file);
+  FailAllocation(Heap::kModule, 1);  // the second record finds no memory
+  Run({"#show", "select eline 0", "press del", "ok"});
+  EXPECT_NE(Output().find("[Alert] Memory Fault !\n[Alert] C:\\VOR\\ELINE.CAT could not be read whole: memory "
+                          "ran out at line 2, and the lines from there on are not read. If it is saved, the "
+                          "file as it is now is kept as C:\\VOR\\ELINE.BAK."),
+            std::string::npos)
+      << Output();
+  EXPECT_EQ(ReadFile("VOR/ELINE.BAK"), file);
+  EXPECT_EQ(ReadFile("VOR/ELINE.CAT"), "");
 }
 
 TEST(FieldStoredFormTest, OnlyQuotesNoBackslashEscapesGetOne) {
