@@ -131,15 +131,5 @@ TEST_F(LinetypeGeneratorTest, PathsThatDoNotFitAreNeverCutIntoAnotherFilesName) 
   }
 }
 
-TEST_F(LinetypeGeneratorTest, ACatalogueNotReadWholeIsSaid) {
-  WriteFile("VOR/SLINE.CAT", "(\"S1\" \"SLINE1\" \"S\" \"3\" \"\" \"\" \"A,1,-1\")\r\n\x1A(\"S2\")\r\n");
-  Generate();
-  EXPECT_NE(Output().find("\nC:\\VOR\\SLINE.CAT could not be read whole: an end mark (byte 1A) in line 2 "
-                          "hides the text after it."),
-            std::string::npos)
-      << Output();
-  EXPECT_EQ(ReadFile("SLINE.LIN"), Header('S') + "*SLINE1\r\nA,1,-1\r\n\x1A");
-}
-
 }  // namespace
 }  // namespace vorhost::testing

@@ -73,21 +73,6 @@ TEST(Big5Test, LastCharacterIsJudgedByWholeCharacters) {
   EXPECT_TRUE(ends_with_char("C:\\\xA5\x5C\\", '\\'));
 }
 
-TEST(Big5Test, SearchesLandOnlyOnWholeCharacters) {
-  // 功 is A5 5C; a character with the trail byte 5F ("_") is A4 5F.
-  const char text[] = "a\\b\xA5\x5C_c\xA4\x5F";
-  EXPECT_EQ(big5_strrchr(text, '\\'), text + 1);
-  EXPECT_EQ(big5_strrchr(text, '_'), text + 5);
-  EXPECT_EQ(big5_strrchr("\xA4\x5F", '_'), nullptr);
-  EXPECT_EQ(big5_strrchr("", '_'), nullptr);
-  // A4 41 is a character whose trail byte is "A": "ACAD.LIN" does not begin there.
-  const char path[] = "C:\\\xA4\x41\x43\x41\x44.LIN\\ACAD.LIN";
-  EXPECT_EQ(big5_strstr(path, "ACAD.LIN"), path + 13);
-  EXPECT_EQ(big5_strstr(path, "XYZ"), nullptr);
-  EXPECT_EQ(big5_char_bytes("\xA5\x5C"), 2);
-  EXPECT_EQ(big5_char_bytes("\xA5"), 1) << "a lead byte at the end stands alone";
-}
-
 class HomePathTest : public HostTest {
  protected:
   std::string Path(const char* name) {
