@@ -1,6 +1,7 @@
 // linetool_files_test.cpp - the line tool and its catalogue file: every
-// text the user gives a field reads back as that field, and what the user
-// is told when a text cannot be held.
+// text the user gives a field reads back as that field, what the user is
+// told when a text cannot be held or the file has no path, and a catalogue
+// read only in part that is said once and kept when saved.
 #include <filesystem>
 #include <string>
 #include <vector>
