@@ -75,12 +75,13 @@ static void append_whole(char *row, const char *text)
 }
 
 /* The current directory of the current drive with a final "\" (C:\VOR\),
- * or its root when the operating system cannot give it in 255 bytes. */
+ * or its root when that would not fit in 255 bytes. */
 static void current_directory(char *out, int size)
 {
     char cwd[TEXT_SIZE];
     out[0] = '\0';
-    if (plat_getdcwd(0, cwd, TEXT_SIZE)) {
+    if (plat_getdcwd(0, cwd, TEXT_SIZE) &&
+        strlen(cwd) + (ends_with_char(cwd, '\\') ? 0 : 1) <= (size_t)TEXT_MAX) {
         strcatv(size - 1, out, cwd, ends_with_char(cwd, '\\') ? "" : "\\", nullptr);
     } else {
         char root[] = "?:\\";
@@ -258,7 +259,8 @@ static void scan_drives(void)
 }
 
 /* The files of dir matching pattern, with their dates and notes. A file
- * whose name leaves no room in a row for its date is left out: a cut name
+ * whose name leaves no room in a row for its date, or holds a tab, is left
+ * out: the caller takes the name up to the row's first tab, and a cut name
  * would name another file. A note is cut to what fits. */
 static void scan_files(const char *dir, const char *pattern)
 {
@@ -271,7 +273,8 @@ static void scan_files(const char *dir, const char *pattern)
     if (search == -1)
         return;
     do {
-        if ((entry.attrib & PLAT_A_SUBDIR) || strlen(entry.name) + 2 + DATE_LENGTH > (size_t)TEXT_MAX)
+        if ((entry.attrib & PLAT_A_SUBDIR) || strlen(entry.name) + 2 + DATE_LENGTH > (size_t)TEXT_MAX ||
+            strchr(entry.name, '\t'))
             continue;
         note[0] = '\0';
         if (FileNotes.count > 0)

@@ -62,6 +62,7 @@ void notes_load(void)
      * is never written. */
     home_path("FILE_CON.DAT", path);
     textlist_load(path, &FileNotes, 2, TEXT_MAX, TEXT_MAX, 0, 0, 0, 0, 0);
+    textlist_alert_unread(&FileNotes);
 }
 
 int note_key_matches(const char *key, const char *dir, const char *name)
@@ -163,6 +164,11 @@ int set_note(const char *dir, const char *name, const char *old_note, int32_t in
     char key[FULL_SIZE] = "", line[FULL_SIZE + TEXT_SIZE] = "";
     if (strcmp(new_note, old_note) == 0)
         return 0;
+    if (FileNotes.path[0] == '\0') {
+        ads_alert("FILE_CON.DAT cannot be written: its path in the home directory is longer than "
+                  "255 characters. The note is unchanged.");
+        return 0;
+    }
     /* A line of a key and blanks is not a note: it would be dropped on the
      * next reading, so such a note is the empty one. */
     int empty = new_note[strspn(new_note, Blanks)] == '\0';

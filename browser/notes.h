@@ -17,7 +17,8 @@
 extern TextList FileNotes;
 
 /* Loads FileNotes from FILE_CON.DAT in the home directory; a missing file is
- * an empty store. */
+ * an empty store. A file not read whole is said in an alert, as the store
+ * would lose the rest when written back (it then keeps a backup). */
 void notes_load(void);
 
 /* Whether key, as written in a line, names the file name (a bare name) in
@@ -36,8 +37,9 @@ TextNode *find_note(const char *dir, const char *name, char *note, int32_t *inde
  * note is empty (white space only counts as empty). 1 when the store
  * changed. A note that would make a line longer than 255 bytes, or that
  * holds a line break, or a file whose path holds white space (its key could
- * not be read back), is refused with an alert and changes nothing; so does
- * running out of memory ("Memory Fault !"). */
+ * not be read back), is refused with an alert and changes nothing; so are
+ * all changes when FILE_CON.DAT has no path that fits, and so does running
+ * out of memory ("Memory Fault !"). */
 int set_note(const char *dir, const char *name, const char *old_note, int32_t index,
              TextNode *prev, const char *new_note);
 

@@ -210,11 +210,15 @@ void cable_dialog(ads_callback_packet *packet)
     if (status != DLGOK)
         return;
 
-    /* Field 6 is the list, field 5 the label the family's rule makes of it. */
-    RecordFields[5][0] = '\0';
-    strcatv(TEXT_MAX, RecordFields[5], SpecWork, nullptr);
+    /* Field 6 is the list, field 5 the label the family's rule makes of it;
+     * both or neither are taken, each in the form a field holds. */
+    char label[TEXT_SIZE], stored_list[TEXT_SIZE], stored_label[TEXT_SIZE];
+    spec_format_label(KindName, SpecWork, label);
+    if (!field_stored_form(5, SpecWork, stored_list) || !field_stored_form(4, label, stored_label))
+        return;
+    strcpy(RecordFields[5], stored_list);
+    strcpy(RecordFields[4], stored_label);
     ads_set_tile(packet->dialog, "t4", RecordFields[5]);
-    spec_format_label(KindName, RecordFields[5], RecordFields[4]);
     unescape_spec();
     ads_set_tile(packet->dialog, "t3", SpecDisplay);
 }

@@ -51,8 +51,9 @@ static const char *find_group_of(const char *list, const char *key, const char *
         const char *start = open + 1;
         const char *stop = key_end(start);
         if (size) {
+            /* By whole characters: a Big5 trail byte 5F is no "_". */
             const char *last = nullptr;
-            for (const char *p = start; p < stop; p++)
+            for (const char *p = start; p < stop; p += big5_char_bytes(p))
                 if (*p == '_')
                     last = p;
             if (last && (size_t)(stop - last - 1) == strlen(size) &&
@@ -77,7 +78,8 @@ void spec_set_count(char *list, const char *key, const char *size, const char *c
     long long n = read_count(count);
     const char *key_stop = nullptr;
 
-    if (n < 0)
+    /* A list longer than its buffer is not one this rule made or can hold. */
+    if (n < 0 || strlen(list) > (size_t)TEXT_MAX)
         return;
     snprintf(number, sizeof number, "%lld", n);
     const char *open = find_group_of(list, key, size, &key_stop);
@@ -169,11 +171,12 @@ static int pipe_contribution(char *group, char *out, const char **count)
         return 0;
     *blank = '\0';
     *count = blank + 1;
-    char *size = strrchr(group, '_');
+    /* The last "_" characters; a Big5 trail byte 5F is not one. */
+    char *size = (char *)big5_strrchr(group, '_');
     if (!size)
         return 0;
     *size++ = '\0';
-    char *material = strrchr(group, '_');
+    char *material = (char *)big5_strrchr(group, '_');
     if (!material)
         return 0;
     *material++ = '\0';
@@ -199,6 +202,8 @@ void spec_format_label(const char *kind, const char *list, char *out)
         if (!close)
             return;
         size_t len = (size_t)(close - open - 1);
+        if (len > (size_t)TEXT_MAX)
+            len = TEXT_MAX;
         memcpy(group, open + 1, len);
         group[len] = '\0';
         p = close + 1;
@@ -221,8 +226,9 @@ void label_drawing_form(void)
     char grown[TEXT_SIZE * 2] = "";
     char *label = RecordFields[4];
 
-    /* Every backslash that stands before a quote goes, also when several do. */
-    for (char *q; (q = strstr(label, "\\\"")) != nullptr;)
+    /* Every backslash that stands before a quote goes, also when several do;
+     * the trail byte 5C of a Big5 character is no backslash. */
+    for (char *q; (q = (char *)big5_strstr(label, "\\\"")) != nullptr;)
         memmove(q, q + 1, strlen(q));
     /* Diameter signs, found by whole characters, become the host's code. */
     size_t n = 0;

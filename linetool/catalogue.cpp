@@ -47,13 +47,18 @@ void catalogue_load(void)
     textlist_load(path, &Catalogue, 1, 255, 0, 0, 0, 0, 0, 0);
 }
 
-/* The closing quote of a field that starts at p: the first quote not
- * preceded by a backslash, or NULL. */
+/* The closing quote of a field whose text starts at p: the first quote that
+ * does not directly follow a backslash, or NULL. The text is read by whole
+ * characters, so the trail byte 5C of a Big5 character (功 is A5 5C) is
+ * not a backslash. */
 static const char *closing_quote(const char *p)
 {
-    for (const char *q = strchr(p, '"'); q; q = strchr(q + 1, '"'))
-        if (q == p || q[-1] != '\\')
-            return q;
+    int escaped = 0;
+    for (; *p; p += big5_char_bytes(p)) {
+        if (*p == '"' && !escaped)
+            return p;
+        escaped = *p == '\\';
+    }
     return nullptr;
 }
 
@@ -78,22 +83,76 @@ void parse_record(const char *line, int all)
     }
 }
 
-/* Copies text into out (256 bytes) without the backslash of each
- * backslash-quote pair. */
-static void drop_quote_escapes(const char *text, char *out)
+void unescape_field(const char *text, char *out)
 {
     size_t n = 0;
-    for (const char *p = text; *p && n < TEXT_MAX; p++) {
-        if (p[0] == '\\' && p[1] == '"')
-            continue;
-        out[n++] = *p;
+    for (const char *p = text; *p;) {
+        int bytes = big5_char_bytes(p);
+        if (n + bytes > (size_t)TEXT_MAX)
+            break;
+        if (!(p[0] == '\\' && p[1] == '"'))
+            for (int k = 0; k < bytes; k++)
+                out[n++] = p[k];
+        p += bytes;
     }
     out[n] = '\0';
 }
 
 void unescape_spec(void)
 {
-    drop_quote_escapes(RecordFields[4], SpecDisplay);
+    unescape_field(RecordFields[4], SpecDisplay);
+}
+
+/* What the messages call each field. ORDER: the fields of a record. */
+static const char *const FieldNames[RECORD_FIELDS] = {
+    "code", "linetype name", "layer", "colour", "label", "item list", "linetype pattern"};
+
+/* The stored form of text into out (256 bytes), or the reason it has none. */
+static const char *stored_form(const char *text, char *out)
+{
+    size_t n = 0;
+    int after_backslash = 0;
+    for (const char *p = text; *p;) {
+        int bytes = big5_char_bytes(p);
+        if (*p == '\r' || *p == '\n' || *p == 0x1A)
+            return "must be one line";
+        int escape = *p == '"' && !after_backslash;
+        if (n + escape + bytes > (size_t)TEXT_MAX)
+            return "is longer than a run type can hold (255 characters)";
+        if (escape)
+            out[n++] = '\\';
+        memcpy(out + n, p, bytes);
+        n += bytes;
+        after_backslash = bytes == 1 && *p == '\\';
+        p += bytes;
+    }
+    out[n] = '\0';
+    /* No escape exists for a backslash: before the closing quote it would
+     * make the quote part of the field. */
+    if (after_backslash)
+        return "ends in a backslash, which would run it into the next field";
+    return nullptr;
+}
+
+int field_stored_form(int field, const char *text, char *out)
+{
+    char alert[TEXT_SIZE];
+    const char *why = stored_form(text, out);
+    if (!why)
+        return 1;
+    out[0] = '\0';
+    snprintf(alert, sizeof alert, "The %s %s; it was not taken.", FieldNames[field], why);
+    ads_alert(alert);
+    return 0;
+}
+
+int field_store(int field, const char *text)
+{
+    char stored[TEXT_SIZE];
+    if (!field_stored_form(field, text, stored))
+        return 0;
+    strcpy(RecordFields[field], stored);
+    return 1;
 }
 
 int compose_record(char *out)

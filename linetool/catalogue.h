@@ -48,9 +48,25 @@ void catalogue_load(void);
 
 /* Fills RecordFields from a record line: fields 1 to 5, or all seven when
  * all is not 0. A field ends at the first quote not preceded by a
- * backslash; escapes stay in the field; missing fields are empty. */
+ * backslash, both read as whole characters (a Big5 trail byte 5C is no
+ * backslash); escapes stay in the field; missing fields are empty. */
 void parse_record(const char *line, int all);
+/* Copies a field's text into out (256 bytes) without the backslash of each
+ * backslash-quote pair, reading by whole Big5 characters. */
+void unescape_field(const char *text, char *out);
+/* SpecDisplay = field 5 unescaped. */
 void unescape_spec(void);
+
+/* The text to hold in field (0 to 6) of RecordFields for text as the user
+ * gave it, into out (256 bytes): every double quote that no backslash
+ * escapes gets one, so that parse_record gives the same text back. A text
+ * that cannot be held so (too long once escaped, ending in a backslash,
+ * holding a line break) is refused with an alert naming the field; the
+ * result is then 0 and out empty. */
+int field_stored_form(int field, const char *text, char *out);
+/* field_stored_form into RecordFields[field]; 0, field unchanged, when
+ * refused. */
+int field_store(int field, const char *text);
 
 /* Writes the record line of RecordFields into out (256 bytes). Returns 1,
  * or 0 with out empty when the line would not fit in 255 bytes: a cut

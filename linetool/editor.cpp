@@ -26,27 +26,28 @@ void record_buttons_mode(ads_hdlg dialog, short mode)
 
 /* ---- The editor ------------------------------------------------------------ */
 
-/* e1, e2, e3: the field an edit box holds, taken when the box is left. */
-static void field_edited(ads_callback_packet *packet, int field)
+/* e1, e2, e3: the field an edit box holds, taken when the box is left, in
+ * the stored form the box then shows; a text the field cannot hold is
+ * refused and the box shows the field again. */
+static void field_edited(ads_callback_packet *packet, int field, const char *key)
 {
     if (packet->reason != CBR_LOST_FOCUS)
         return;
-    RecordFields[field][0] = '\0';
-    strcatv(TEXT_MAX, RecordFields[field], packet_value(packet), nullptr);
+    const char *typed = packet_value(packet);
+    if (!field_store(field, typed) || strcmp(typed, RecordFields[field]) != 0)
+        ads_set_tile(packet->dialog, key, RecordFields[field]);
 }
 
-static void code_edited(ads_callback_packet *packet) { field_edited(packet, 0); }
-static void linetype_edited(ads_callback_packet *packet) { field_edited(packet, 1); }
-static void pattern_edited(ads_callback_packet *packet) { field_edited(packet, 6); }
+static void code_edited(ads_callback_packet *packet) { field_edited(packet, 0, "e1"); }
+static void linetype_edited(ads_callback_packet *packet) { field_edited(packet, 1, "e2"); }
+static void pattern_edited(ads_callback_packet *packet) { field_edited(packet, 6, "e3"); }
 
 static void choose_layer(ads_callback_packet *packet)
 {
     InitialLayer[0] = '\0';
     strcatv(TEXT_MAX, InitialLayer, RecordFields[2], nullptr);
-    if (layer_dialog() != RTNORM || ChosenLayer[0] == '\0')
+    if (layer_dialog() != RTNORM || ChosenLayer[0] == '\0' || !field_store(2, ChosenLayer))
         return;
-    RecordFields[2][0] = '\0';
-    strcatv(TEXT_MAX, RecordFields[2], ChosenLayer, nullptr);
     ads_set_tile(packet->dialog, "t1", RecordFields[2]);
 }
 
@@ -66,26 +67,10 @@ static void choose_colour(ads_callback_packet *packet)
     ads_relrb(result);
 }
 
-/* The label as a field holds it: every quote escaped with a backslash, so
- * that the record keeps its syntax. 0 when that passes 255 bytes. */
-static int escape_label(const char *text, char *out)
-{
-    size_t n = 0;
-    for (const char *p = text; *p; p++) {
-        int escape = *p == '"' && (p == text || p[-1] != '\\');
-        if (n + 1 + escape > TEXT_MAX)
-            return 0;
-        if (escape)
-            out[n++] = '\\';
-        out[n++] = *p;
-    }
-    out[n] = '\0';
-    return 1;
-}
-
+/* W1 is given the label as stored and its answer is stored with the
+ * quotes it adds escaped. */
 static void edit_label(ads_callback_packet *packet)
 {
-    char label[TEXT_SIZE];
     struct resbuf *result;
     struct resbuf *args = ads_buildlist(RTSTR, RecordFields[4], RTSTR, LabelPrompt, 0);
     if (!args)
@@ -93,12 +78,9 @@ static void edit_label(ads_callback_packet *packet)
     if (host_function("W1", args, &result) != RTNORM)
         return;
     if (result && result->restype == RTSTR && result->resval.rstring) {
-        if (escape_label(result->resval.rstring, label)) {
-            strcpy(RecordFields[4], label);
+        if (field_store(4, result->resval.rstring)) {
             unescape_spec();
             ads_set_tile(packet->dialog, "t3", SpecDisplay);
-        } else {
-            ads_alert("The label is longer than a run type can hold (255 characters); it was not taken.");
         }
     }
     ads_relrb(result);

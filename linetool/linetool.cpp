@@ -32,6 +32,28 @@ static void show_file_name(ads_hdlg dialog)
     ads_set_tile(dialog, "filename", caption);
 }
 
+/* Says why the catalogue has no file: the home directory leaves no room
+ * for its path, which would name another file if it were cut. */
+static void alert_no_path(void)
+{
+    char alert[TEXT_SIZE];
+    snprintf(alert, sizeof alert,
+             "%s.CAT cannot be opened: its path in the home directory is longer than 255 "
+             "characters.",
+             KindName);
+    ads_alert(alert);
+}
+
+/* Loads the current family's catalogue and tells the user, once per
+ * reading, when it has no path or was not read whole. */
+static void load_catalogue(void)
+{
+    catalogue_load();
+    if (Catalogue.path[0] == '\0')
+        alert_no_path();
+    textlist_alert_unread(&Catalogue);
+}
+
 /* Refills the list; the record buttons wait for a new choice. */
 static void refill(ads_hdlg dialog)
 {
@@ -102,13 +124,17 @@ static void delete_pressed(ads_callback_packet *packet)
 static void edit_file_pressed(ads_callback_packet *packet)
 {
     struct resbuf *result;
+    if (Catalogue.path[0] == '\0') {
+        alert_no_path();
+        return;
+    }
     struct resbuf *args = ads_buildlist(RTSTR, Catalogue.path, 0);
     if (!args)
         return;
     textlist_save(&Catalogue);
     if (host_function("W2", args, &result) == RTNORM) {
         textlist_free(&Catalogue);
-        catalogue_load();
+        load_catalogue();
         show_file_name(packet->dialog);
         refill(packet->dialog);
     }
@@ -154,7 +180,7 @@ static int run_main_dialog(void)
         strcpy(LabelGap, "2.5");
     ads_set_tile(dialog, "dimlinegap", LabelGap);
     if (Status == STATUS_FIRST)
-        catalogue_load();
+        load_catalogue();
     show_file_name(dialog);
     refill(dialog);
 

@@ -18,21 +18,39 @@ static constexpr char Header[] = ";;\n;;  VORMIS LineType file for (VOR_ELINE) f
 constexpr size_t HEADER_KIND_AT = 37;
 static_assert(sizeof Header - 1 == 56 && Header[HEADER_KIND_AT] == 'E', "header layout");
 
+/* The full path of name in dir into out (256 bytes): the current
+ * directory's full path when dir is "", so that messages name the file
+ * wherever it lies. 0 when the path would pass 255 bytes: a cut path names
+ * another file, so such a path is never used. */
+static int join_path(const char *dir, const char *name, char *out)
+{
+    char cwd[TEXT_SIZE];
+    out[0] = '\0';
+    if (dir[0] == '\0') {
+        if (!plat_getdcwd(0, cwd, TEXT_SIZE))
+            return 0;
+        dir = cwd;
+    }
+    const char *separator = ends_with_char(dir, '\\') || ends_with_char(dir, '/') ? "" : "\\";
+    if (strlen(dir) + strlen(separator) + strlen(name) > (size_t)TEXT_MAX)
+        return 0;
+    strcatv(TEXT_MAX, out, dir, separator, name, nullptr);
+    return 1;
+}
+
 /* Whether the file name exists in dir ("" for the current directory); the
- * path found goes to out. */
+ * path found goes to out. A directory whose path with name does not fit is
+ * passed over. */
 static int found_in(const char *dir, const char *name, char *out)
 {
-    char path[TEXT_SIZE] = "";
-    if (dir[0])
-        strcatv(TEXT_MAX, path, dir, ends_with_char(dir, '\\') || ends_with_char(dir, '/') ? "" : "\\",
-                nullptr);
-    strcatv(TEXT_MAX, path, name, nullptr);
+    char path[TEXT_SIZE];
+    if (!join_path(dir, name, path))
+        return 0;
     FILE *file = plat_fopen(path, "r");
     if (!file)
         return 0;
     fclose(file);
-    out[0] = '\0';
-    strcatv(TEXT_MAX, out, path, nullptr);
+    strcpy(out, path);
     return 1;
 }
 
@@ -58,20 +76,30 @@ static int search_path(const char *name, char *out)
 }
 
 /* Where the family's linetype file goes: where it lies already, else beside
- * the host's ACAD.LIN, else the current directory. */
-static void linetype_file_path(const char *name, char *out)
+ * the host's ACAD.LIN, else the current directory. 0 when that path would
+ * not fit in 255 bytes. */
+static int linetype_file_path(const char *name, char *out)
 {
+    static const char HostFile[] = "ACAD.LIN";
     char found[TEXT_SIZE];
     out[0] = '\0';
     if (search_path(name, out))
-        return;
-    if (search_path("ACAD.LIN", found)) {
-        char *at = strstr(found, "ACAD.LIN");
-        *at = '\0';
-        strcatv(TEXT_MAX, out, found, name, at + 8, nullptr);
-        return;
+        return 1;
+    if (search_path(HostFile, found)) {
+        /* The first occurrence, at the start of a whole character; the
+         * found path ends in the name, so there is one. */
+        const char *at = big5_strstr(found, HostFile);
+        if (!at)
+            return 0;
+        size_t before = (size_t)(at - found), after = strlen(at + sizeof HostFile - 1);
+        if (before + strlen(name) + after > (size_t)TEXT_MAX)
+            return 0;
+        memcpy(out, found, before);
+        out[before] = '\0';
+        strcatv(TEXT_MAX, out, name, at + sizeof HostFile - 1, nullptr);
+        return 1;
     }
-    strcatv(TEXT_MAX, out, name, nullptr);
+    return join_path("", name, out);
 }
 
 /* Copies text without its leading spaces, upper-cased and without the
@@ -79,15 +107,9 @@ static void linetype_file_path(const char *name, char *out)
  * linetype file must not hold), into out (256 bytes). */
 static void linetype_text(const char *text, char *out)
 {
-    size_t n = 0;
     while (*text == ' ')
         text++;
-    for (const char *p = text; *p && n < TEXT_MAX; p++) {
-        if (p[0] == '\\' && p[1] == '"')
-            continue;
-        out[n++] = *p;
-    }
-    out[n] = '\0';
+    unescape_field(text, out);
     upper_ascii(out);
 }
 
@@ -114,15 +136,27 @@ static void write_record(FILE *file)
     fputs(line, file);
 }
 
-/* Writes the current family's linetype file and has the host load it. */
+/* Writes the current family's linetype file and has the host load it. A
+ * file whose path, or whose catalogue's path, does not fit is not written:
+ * the old file stays as it is. */
 static void generate_kind(const char *kind)
 {
-    char file_name[16] = "", path[TEXT_SIZE], header[sizeof Header];
+    char file_name[16] = "", path[TEXT_SIZE], catalogue[TEXT_SIZE], header[sizeof Header];
 
     KindName[0] = '\0';
     strcatv(sizeof KindName - 1, KindName, kind, nullptr);
     strcatv(sizeof file_name - 1, file_name, kind, ".LIN", nullptr);
-    linetype_file_path(file_name, path);
+    if (!linetype_file_path(file_name, path)) {
+        ads_printf("\n%s not written: its path would be longer than 255 characters", file_name);
+        return;
+    }
+    catalogue_path(catalogue);
+    if (catalogue[0] == '\0') {
+        ads_printf("\n%s not written: the path of %s.CAT in the home directory is longer than 255 "
+                   "characters",
+                   file_name, kind);
+        return;
+    }
 
     FILE *file = plat_fopen(path, "w");
     if (!file) {
@@ -130,6 +164,10 @@ static void generate_kind(const char *kind)
         return;
     }
     catalogue_load();
+    /* The file then lacks linetypes, or holds broken ones: say so. */
+    char unread[TEXT_SIZE * 2];
+    if (textlist_unread_text(&Catalogue, unread, sizeof unread))
+        ads_printf("\n%s", unread);
     memcpy(header, Header, sizeof Header);
     header[HEADER_KIND_AT] = kind[0];
     fputs(header, file);

@@ -262,10 +262,32 @@ static int ensure_style(const char *name, const char *vertical)
                        RTSTR, "", RTSTR, "", RTSTR, vertical, 0);
 }
 
-/* Asks one start point per chosen file; 0 when the user gave no point. */
+/* The chosen files that are drawn, as indexes into Selection, in the order
+ * of choosing; StartPoints[k] belongs to Drawn[k]. */
+static int Drawn[MAX_FILES];
+static int DrawnCount;
+
+/* Takes the chosen files whose path fits in 255 bytes; a longer path cut
+ * there would name another file, so each other file is named on the
+ * command line as skipped. */
+static void take_drawn_files(void)
+{
+    DrawnCount = 0;
+    for (int k = 0; k < SelectionCount && k < MAX_FILES; k++) {
+        const char *row = FileEntries[Selection[k]];
+        int name = (int)strcspn(row, "\t");
+        if (strlen(BrowserPath) + (size_t)name > (size_t)TEXT_MAX) {
+            ads_printf("\nSchedule %.*s skipped: its path is longer than 255 characters", name, row);
+            continue;
+        }
+        Drawn[DrawnCount++] = k;
+    }
+}
+
+/* Asks one start point per file drawn; 0 when the user gave no point. */
 static int ask_start_points(void)
 {
-    for (int k = 0; k < SelectionCount && k < MAX_FILES; k++) {
+    for (int k = 0; k < DrawnCount; k++) {
         char prompt[32];
         snprintf(prompt, sizeof prompt, "\nstart point %d:", k + 1);
         if (ads_getpoint(nullptr, prompt, StartPoints[k]) != RTNORM)
@@ -274,7 +296,7 @@ static int ask_start_points(void)
     return 1;
 }
 
-/* Draws the panel of chosen file k. */
+/* Draws the panel of the k-th file drawn. */
 static void draw_file(int k)
 {
     char path[TEXT_SIZE] = "";
@@ -282,7 +304,7 @@ static void draw_file(int k)
 
     if (ads_command(RTSTR, "TEXTSTYLE", RTSTR, "ROMANSAEH", 0) != RTNORM)
         return;
-    char *row = FileEntries[Selection[k]];
+    char *row = FileEntries[Selection[Drawn[k]]];
     char *tab = strchr(row, '\t');
     if (tab)
         *tab = '\0';
@@ -304,7 +326,10 @@ int panel_diagram(void)
     ScheduleMode = 1;
     int shown = file_browser();
     ScheduleMode = 0;
-    if (shown != RTNORM || SelectionCount < 1 || !ask_start_points())
+    if (shown != RTNORM || SelectionCount < 1)
+        return RTNORM;
+    take_drawn_files();
+    if (DrawnCount < 1 || !ask_start_points())
         return RTNORM;
 
     short echo = set_int_sysvar("CMDECHO", 0);
@@ -319,7 +344,7 @@ int panel_diagram(void)
     ads_relrb(current);
 
     if (ensure_style("ROMANSAEH", "N") == RTNORM && ensure_style("ROMANSAEV", "Y") == RTNORM)
-        for (int k = 0; k < SelectionCount && k < MAX_FILES; k++)
+        for (int k = 0; k < DrawnCount; k++)
             draw_file(k);
 
     set_int_sysvar("BLIPMODE", blips);

@@ -80,15 +80,36 @@ int big5_is_trail(unsigned char c)
     return (c >= 0x40 && c <= 0x7E) || (c >= 0xA1 && c <= 0xFE);
 }
 
+int big5_char_bytes(const char *p)
+{
+    const unsigned char *u = (const unsigned char *)p;
+    return big5_is_lead(u[0]) && big5_is_trail(u[1]) ? 2 : 1;
+}
+
 int ends_with_char(const char *text, char c)
 {
-    const unsigned char *p = (const unsigned char *)text;
-    const unsigned char *last = nullptr;
-    while (*p) {
+    const char *last = nullptr;
+    for (const char *p = text; *p; p += big5_char_bytes(p))
         last = p;
-        p += big5_is_lead(p[0]) && big5_is_trail(p[1]) ? 2 : 1;
-    }
-    return last && p - last == 1 && *last == (unsigned char)c;
+    return last && big5_char_bytes(last) == 1 && *last == c;
+}
+
+const char *big5_strrchr(const char *text, char c)
+{
+    const char *found = nullptr;
+    for (const char *p = text; *p; p += big5_char_bytes(p))
+        if (*p == c)
+            found = p;
+    return found;
+}
+
+const char *big5_strstr(const char *text, const char *part)
+{
+    size_t len = strlen(part);
+    for (const char *p = text; *p; p += big5_char_bytes(p))
+        if (strncmp(p, part, len) == 0)
+            return p;
+    return len == 0 ? text : nullptr;
 }
 
 void upper_ascii(char *text)

@@ -38,9 +38,21 @@ void home_path(const char *name, char *out);
 int big5_is_lead(unsigned char c);
 int big5_is_trail(unsigned char c);
 
+/* Bytes of the character at p: 2 for a Big5 lead byte with its trail, else
+ * 1 (0 at the terminator is never asked for). */
+int big5_char_bytes(const char *p);
+
 /* Whether the last character of text (a whole Big5 character counting as
  * one) is the single byte c. A trail byte equal to c does not count. */
 int ends_with_char(const char *text, char c);
+
+/* The last character of text that is the single byte c, or NULL; the trail
+ * byte of a Big5 character (5C is one, 5F another) does not count. */
+const char *big5_strrchr(const char *text, char c);
+
+/* The first place where part begins in text, tried only at the starts of
+ * whole characters; NULL when there is none. */
+const char *big5_strstr(const char *text, const char *part);
 
 /* Upper-cases the ASCII letters of text in place, byte by byte. */
 void upper_ascii(char *text);

@@ -120,6 +120,17 @@ TEST_F(BrowserTest, TheStartingPathIsMadeFull) {
     EXPECT_EQ(Shown("current_path").back(), "current_path text = \"目前目錄: " + Big5ToUtf8(c.full) + "\"");
     EXPECT_EQ(Files().CurrentDrive(), c.drive) << "the listing of drives puts the current one back";
   }
+
+  // A current directory of 255 characters leaves no room for the final "\".
+  const std::string a(120, 'A'), b(131, 'B');
+  std::filesystem::create_directories(LinuxPath(a + "/" + b));
+  ASSERT_TRUE(Files().ChangeDirectory("C:\\" + a + "\\" + b, &err)) << err;
+  Files().SetCurrentDrive(3);
+  for (const char* given : {"", "acf"}) {
+    std::strcpy(BrowserPath, given);
+    Run({"cancel"});
+    EXPECT_EQ(BrowserPath, std::string(given[0] ? "C:\\ACF\\" : "C:\\")) << "from the root: " << given;
+  }
 }
 
 TEST_F(BrowserTest, DirectoriesAreSortedBetweenTheirHeadAndTheDrives) {
@@ -271,6 +282,7 @@ TEST_F(BrowserTest, NamesThatDoNotFitARowAreLeftOutAndLongPathsRefused) {
   std::filesystem::create_directories(LinuxPath("ACF/" + dir));
   File("ACF/" + file + ".ACF");
   File("ACF/P1.ACF");
+  File("ACF/P1\tX.ACF");  // its row would give back the name P1
   Run({"#show", "double-click path 2", "ok"});
   EXPECT_EQ(Rows("file"), (std::vector<std::string>{"P1.ACF|Wed Jan 02 02:03:55 1980|"}));
   EXPECT_EQ(Rows("path")[2], dir);
@@ -278,6 +290,20 @@ TEST_F(BrowserTest, NamesThatDoNotFitARowAreLeftOutAndLongPathsRefused) {
   EXPECT_NE(Output().find("[Alert] The path of this directory is longer than 255 characters"),
             std::string::npos)
       << Output();
+}
+
+TEST_F(BrowserTest, ANotesStoreNotReadWholeIsSaidAndKeptWhenWritten) {
+  File("ACF/P1.ACF");
+  const std::string store = "C:\\ACF\\P1.ACF A\r\n\x1A" "C:\\ACF\\P2.ACF B\r\n";
+  WriteFile("VOR/FILE_CON.DAT", store);
+  Run({"select file 0", "press edit", "C", "ok"});
+  EXPECT_NE(Output().find("[Alert] C:\\VOR\\FILE_CON.DAT could not be read whole: an end mark (byte 1A) in "
+                          "line 2 hides the text after it. If it is saved, the file as it is now is kept as "
+                          "C:\\VOR\\FILE_CON.BAK."),
+            std::string::npos)
+      << Output();
+  EXPECT_EQ(ReadFile("VOR/FILE_CON.BAK"), store);
+  EXPECT_EQ(ReadFile("VOR/FILE_CON.DAT"), "P1.ACF C\r\n\x1A");
 }
 
 TEST_F(BrowserTest, ADialogThatCannotBeHadChoosesNothing) {

@@ -76,6 +76,30 @@ TEST_F(CatalogueTest, AnUnescapedQuoteShiftsTheFollowingFields) {
   EXPECT_EQ(Field(1), "");
 }
 
+TEST_F(CatalogueTest, ABig5TrailByte5CIsNoBackslashBeforeAQuote) {
+  // 功 A5 5C, 許 B3 5C, 蓋 BB 5C: at the end of a field their trail byte
+  // stands right before the closing quote.
+  const std::string work = "\xA5\x5C", allow = "\xB3\x5C", cover = "\xBB\x5C";
+  const std::string success = "\xA6\xA8" + work;  // 成功
+  parse_record(("(\"" + work + "\" \"LT\" \"" + success + "\" \"1\" \"" + allow + "\\\"x" + cover +
+                "\" \"((S5.5 1))\" \"A,1\")")
+                   .c_str(),
+               1);
+  EXPECT_EQ(Field(1), work);
+  EXPECT_EQ(Field(2), "LT");
+  EXPECT_EQ(Field(3), success);
+  EXPECT_EQ(Field(4), "1");
+  EXPECT_EQ(Field(5), allow + "\\\"x" + cover);
+  EXPECT_EQ(Field(6), "((S5.5 1))");
+  EXPECT_EQ(Field(7), "A,1");
+  unescape_spec();
+  EXPECT_EQ(std::string(SpecDisplay), allow + "\"x" + cover);
+
+  Load({"(\"" + work + "\" \"A\")", "(\"" + work + "\" \"B\")", "(\"" + allow + "\")"});
+  code_table_build(dialog_);
+  EXPECT_EQ(Rows("codelist"), (std::vector<std::string>{work, allow}));
+}
+
 TEST_F(CatalogueTest, ARecordTooLongForALineIsRefused) {
   parse_record("(\"E1\")", 1);
   std::memset(RecordFields[6], 'x', 240);

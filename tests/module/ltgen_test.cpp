@@ -84,11 +84,51 @@ TEST_F(LinetypeGeneratorTest, AFileThatCannotBeOpenedIsReportedAndSkipped) {
   std::filesystem::create_directories(LinuxPath("ELINE.LIN"));  // a folder in the file's place
   host_->sysvars().Force("EXPERT", short{1});
   Generate();
-  EXPECT_NE(Output().find("\nFile open failure : ELINE.LIN"), std::string::npos) << Output();
+  EXPECT_NE(Output().find("\nFile open failure : C:\\ELINE.LIN"), std::string::npos) << Output();
   EXPECT_EQ(host_->tables().linetypes().Find("ELINE1"), nullptr);
   EXPECT_NE(host_->tables().linetypes().Find("PLINE1"), nullptr);
   EXPECT_EQ(Var("EXPERT"), 1);
   EXPECT_EQ(Var("CMDECHO"), 1);
+}
+
+TEST_F(LinetypeGeneratorTest, PathsThatDoNotFitAreNeverCutIntoAnotherFilesName) {
+  {
+    // A cut path would take ACA for ACAD.LIN and ELI for ELINE.LIN.
+    const std::string folder(248, 'L');  // C:\ and 248 letters: 251 characters
+    WriteFile(folder + "/ACA", "not the host's file");
+    WriteFile(folder + "/ELI", "someone's data");
+    WriteFile(folder + "/ACAD.LIN", ";; host\r\n");
+    setenv("ACAD", ("C:\\" + folder).c_str(), 1);
+    Generate();
+    EXPECT_EQ(ReadFile(folder + "/ACA"), "not the host's file");
+    EXPECT_EQ(ReadFile(folder + "/ELI"), "someone's data");
+    EXPECT_EQ(ReadFile("ELINE.LIN").substr(0, 4), ";;\r\n") << "written in the current directory";
+    std::filesystem::remove(LinuxPath("ELINE.LIN"));
+  }
+  {
+    // ACAD.LIN fits in 255 characters, ELINE.LIN beside it would not.
+    const std::string folder(243, 'M');
+    WriteFile(folder + "/ACAD.LIN", ";; host\r\n");
+    setenv("ACAD", ("C:\\" + folder).c_str(), 1);
+    Generate();
+    EXPECT_NE(Output().find("\nELINE.LIN not written: its path would be longer than 255 characters"),
+              std::string::npos)
+        << Output();
+    EXPECT_FALSE(FileExists("ELINE.LIN"));
+    EXPECT_NE(host_->tables().linetypes().Find("PLINE1"), nullptr) << "the other families go on";
+    unsetenv("ACAD");
+  }
+  {
+    // A home directory too long for the catalogue's path leaves the old file.
+    WriteFile("ELINE.LIN", "kept");
+    SetSymbol("VORMIS", "C:/" + std::string(250, 'H'));
+    Generate();
+    EXPECT_EQ(ReadFile("ELINE.LIN"), "kept");
+    EXPECT_NE(Output().find("\nELINE.LIN not written: the path of ELINE.CAT in the home directory is "
+                            "longer than 255 characters"),
+              std::string::npos)
+        << Output();
+  }
 }
 
 }  // namespace

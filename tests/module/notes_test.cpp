@@ -155,6 +155,17 @@ TEST_F(NotesTest, ALineThatCouldNotBeReadBackIsRefusedWithAnAlert) {
       << Output();
   EXPECT_NE(Output().find("[Alert] This file's path holds a blank"), std::string::npos);
   EXPECT_NE(Output().find("[Alert] A note must be one line"), std::string::npos);
+
+  // No path for the store: no change could be written, so none is taken.
+  textlist_free(&FileNotes);
+  SetSymbol("VORMIS", "C:/" + std::string(250, 'H'));
+  notes_load();
+  EXPECT_FALSE(Set("C:\\ACF\\", "P1.ACF", "x"));
+  EXPECT_EQ(FileNotes.count, 0);
+  EXPECT_NE(Output().find("[Alert] FILE_CON.DAT cannot be written: its path in the home directory is "
+                          "longer than 255 characters. The note is unchanged."),
+            std::string::npos)
+      << Output();
 }
 
 TEST_F(NotesTest, OutOfMemoryLeavesTheLineAsItWas) {

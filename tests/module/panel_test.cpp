@@ -145,6 +145,27 @@ TEST_F(PanelTest, AllStartPointsComeFirstAndAFailedPanelDoesNotStopTheNext) {
     EXPECT_FALSE(l->Point(10)[0] == 0 && l->Point(10)[1] == -400 - 287.5) << "A's branch went on";
 }
 
+TEST_F(PanelTest, AScheduleWhosePathDoesNotFitIsSkippedWithAWord) {
+  // C:\ACF\, 233 letters and "\": 241 characters, so LONGNAME_PANEL.ACF
+  // makes 259 and, cut at 255, would be LONGNAME_PANEL.
+  const std::string dir = "ACF/" + std::string(233, 'D');
+  const std::string body = ";1;R;50AF;20AT;1P;5KA;;;;;;;;;;;;;\r\nTOTAL;1;;100AF;60AT;3P;10KA\r\n";
+  WriteFile(dir + "/LONGNAME_PANEL.ACF", "PN01: ;LONG\r\n" + body);
+  WriteFile(dir + "/LONGNAME_PANEL", "PN01: ;CUT\r\n" + body);
+  WriteFile(dir + "/P1.ACF", "PN01: ;SHORT\r\n" + body);
+  Answer({"select file 0", "select file 1", "ok", "0,0"});
+  host_->Execute("(VOR_ACF \"C:/" + dir + "\")");
+  ASSERT_FALSE(user_->failed()) << user_->failure() << "\n" << Output();
+  EXPECT_NE(Output().find("\nSchedule LONGNAME_PANEL.ACF skipped: its path is longer than 255 characters\n"
+                          "start point 1:0,0"),
+            std::string::npos)
+      << Output();
+  EXPECT_EQ(Output().find("start point 2"), std::string::npos);
+  EXPECT_NE(TextOf("SHORT"), nullptr);
+  EXPECT_EQ(TextOf("CUT"), nullptr);
+  EXPECT_EQ(TextOf("LONG"), nullptr);
+}
+
 TEST_F(PanelTest, NothingIsDrawnWhenTheUserCancels) {
   Schedule("ONE.ACF", {Plain()});
   Run({"select file 0", "ok", "#cancel"});

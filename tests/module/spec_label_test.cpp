@@ -81,6 +81,18 @@ TEST(SpecLabelTest, PipeGroupsAreFoundBySize) {
   EXPECT_EQ(SetCount(list, "mm__20", "0", "20"), "((in_GIP_2-1/2 1))");
 }
 
+TEST(SpecLabelTest, ABig5TrailByte5FIsNoUnderscoreInAPipeKey) {
+  // 北 is A5 5F: a byte search would take its trail byte for the "_"
+  // between unit and material, or before the size.
+  const std::string north = "\xA5\x5F";
+  EXPECT_EQ(Label("PLINE", "((mm_" + north + "_20 1))"), "20mm" + north);
+  EXPECT_EQ(Label("PLINE", "((mm_PVC_" + north + " 1))"), north + "mmPVC");
+  std::string list = SetCount("", ("mm_PVC_" + north).c_str(), "2", north.c_str());
+  EXPECT_EQ(list, "((mm_PVC_" + north + " 2))");
+  EXPECT_EQ(SetCount(list, ("in_GIP_" + north).c_str(), "3", north.c_str()), "((mm_PVC_" + north + " 3))")
+      << "the group is found again by its size";
+}
+
 class DrawingFormTest : public ::testing::Test {
  protected:
   std::string Form(const std::string& label) {
@@ -98,6 +110,8 @@ TEST_F(DrawingFormTest, EscapesGoAndDiameterSignsBecomeHostCodes) {
   // A3 70 inside other characters is not a diameter sign: a trail byte A3
   // followed by the letter p.
   EXPECT_EQ(Form("\xA4\xA3p"), "\xA4\xA3p");
+  // 功 (A5 5C) before an escaped quote keeps its trail byte.
+  EXPECT_EQ(Form("2\\\"\xA5\x5C\\\""), "2\"\xA5\x5C\"");
 }
 
 TEST_F(DrawingFormTest, CutAt255AfterReplacingNeverInsideACharacterOrCode) {

@@ -1,10 +1,12 @@
 // textlist_test.cpp - loading, saving and editing text lists on the emulated host.
 #include <cstring>
+#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "emulator/core/alloc.h"
 #include "support/host_fixture.h"
+#include "support/show_bytes.h"
 #include "util/textlist.h"
 #include "util/textutil.h"
 
@@ -166,6 +168,85 @@ TEST_F(TextListTest, OutOfMemoryAlertsAndStopsLoading) {
   FailAllocation(Heap::kModule);
   EXPECT_EQ(textlist_append(&list_, list_.tail, "lost"), nullptr);
   EXPECT_EQ(Lines(), std::vector<std::string>{"first"});
+}
+
+TEST_F(TextListTest, AFileNotReadWholeIsNotedAtItsFirstLineConcerned) {
+  struct Case {
+    std::string bytes;
+    int32_t line, why;
+  } cases[] = {
+      {"one\r\ntwo\r\n\x1A", 0, UNREAD_NONE},
+      {"one\r\n\x1A\r\n \x1A", 0, UNREAD_NONE},  // only blanks and end marks after the mark
+      {std::string(255, 'y') + "\r\n", 0, UNREAD_NONE},
+      {"one\r\n\r\nthree\x1A" "four\r\n", 3, UNREAD_END_MARK},
+      {std::string("one\r\ntw\0o\r\nthree\r\n", 16), 2, UNREAD_NUL},
+      {"one\r\n" + std::string(256, 'x') + "\r\n", 2, UNREAD_LONG_LINE},
+      {"a\rb\r\n" + std::string(255, 'x') + "\r\r\n", 2, UNREAD_LONG_LINE},  // a lone CR is a byte of its line
+      {"one\nlong " + std::string(300, 'x') + "\n\x1A" "more", 2, UNREAD_LONG_LINE},  // the first fault counts
+  };
+  for (const Case& c : cases) {
+    Load(c.bytes);
+    EXPECT_EQ(list_.unread_line, c.line) << Show(c.bytes);
+    EXPECT_EQ(list_.unread_why, c.why) << Show(c.bytes);
+  }
+  FailAllocation(Heap::kModule, 2);
+  Load("first\n\nsecond\nthird\nfourth\n");
+  EXPECT_EQ(list_.unread_line, 4);
+  EXPECT_EQ(list_.unread_why, UNREAD_MEMORY);
+
+  char text[512];
+  Load("one\r\n\x1A" "two\r\n");
+  ASSERT_EQ(textlist_unread_text(&list_, text, sizeof text), 1);
+  EXPECT_STREQ(text, "C:\\LIST.TXT could not be read whole: an end mark (byte 1A) in line 2 hides the text after it.");
+}
+
+TEST_F(TextListTest, SavingAListNotReadWholeKeepsTheFileAsItWas) {
+  const std::string original = "one\r\n" + std::string(300, 'x') + "\r\n\x1A" "lost\r\n";
+  Load(original);
+  textlist_delete(&list_, 0);
+  textlist_save(&list_);
+  EXPECT_EQ(ReadFile("LIST.BAK"), original) << "byte for byte";
+  EXPECT_EQ(ReadFile("LIST.TXT"), std::string(255, 'x') + "\r\n" + std::string(45, 'x') + "\r\n\x1A");
+  EXPECT_EQ(list_.unread_line, 0);
+  textlist_delete(&list_, 0);
+  textlist_save(&list_);
+  EXPECT_EQ(ReadFile("LIST.BAK"), original) << "a second save keeps the first backup";
+
+  // A list read whole makes no backup.
+  std::filesystem::remove(LinuxPath("LIST.BAK"));
+  Load("a\r\nb\r\n\x1A");
+  textlist_delete(&list_, 0);
+  textlist_save(&list_);
+  EXPECT_FALSE(FileExists("LIST.BAK"));
+
+  // No backup, no save: the file stays as it was, and the user is told.
+  Load(original);
+  std::filesystem::create_directory(LinuxPath("LIST.BAK"));  // a folder where the backup would go
+  textlist_delete(&list_, 0);
+  textlist_save(&list_);
+  EXPECT_EQ(ReadFile("LIST.TXT"), original);
+  EXPECT_NE(Output().find("[Alert] C:\\LIST.TXT is left as it was and the changes are not saved: no "
+                          "backup of it could be written beside it."),
+            std::string::npos)
+      << Output();
+}
+
+TEST_F(TextListTest, TheBackupReplacesTheExtensionOfTheName) {
+  struct Case {
+    const char* path;
+    const char* backup;
+  } cases[] = {
+      {"C:\\V.1\\NOTES", "C:\\V.1\\NOTES.BAK"},              // a dot in a folder is no extension
+      {"C:\\\xA5\x5C.D\\X", "C:\\\xA5\x5C.D\\X.BAK"},    // 功's trail byte is no separator
+      {"C:\\OLD.BAK", ""},                                 // the backup would be the file itself
+  };
+  for (const Case& c : cases) {
+    std::strcpy(list_.path, c.path);
+    char out[256] = "junk";
+    EXPECT_EQ(textlist_backup_path(&list_, out), c.backup[0] != '\0') << c.path;
+    EXPECT_STREQ(out, c.backup) << c.path;
+  }
+  list_.path[0] = '\0';
 }
 
 }  // namespace
