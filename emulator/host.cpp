@@ -11,11 +11,18 @@
 #include "emulator/core/resbuf.h"
 #include "emulator/io/dxf.h"
 #include "emulator/platform/filesystem.h"
+#include "emulator/platform/textfile.h"
 
 namespace vorhost {
 namespace {
 
 Host* current_host = nullptr;
+
+// A save of the module's that failed: the module is not told more than
+// fclose's result, so the host tells the user.
+void ReportSaveFailure(std::string_view message) {
+  if (current_host) current_host->transcript().WriteLine(message);
+}
 
 std::string_view Trim(std::string_view s) {
   while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
@@ -45,6 +52,7 @@ Host::Host(std::ostream* out)
       dialogs_(std::make_unique<DialogManager>(*this)) {
   previous_ = current_host;
   current_host = this;
+  SetSaveReporter(&ReportSaveFailure);
   InstallTextCheck();
   DefineBuiltins();
 }

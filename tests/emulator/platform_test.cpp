@@ -15,11 +15,14 @@
 
 #include "emulator/core/encoding.h"
 #include "emulator/platform/filesystem.h"
+#include "emulator/platform/textfile.h"
+#include "support/scratch_disk.h"
 
 namespace vorhost {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::ScratchDisk;
 
 std::string Big5(std::string_view utf8) {
   std::string big5;
@@ -130,7 +133,7 @@ TEST_F(PlatformTest, TextModeReadingRules) {
     WriteRaw("c/VOR/T.TXT", c.raw);
     FILE* in = plat_fopen("C:\\VOR\\T.TXT", "r");
     ASSERT_NE(in, nullptr);
-    EXPECT_EQ(ReadStream(in), c.text) << testing::PrintToString(c.raw);
+    EXPECT_EQ(ReadStream(in), c.text) << ::testing::PrintToString(c.raw);
     EXPECT_EQ(std::fgetc(in), EOF) << "nothing after the end";
     std::fclose(in);
     in = plat_fopen("C:\\VOR\\T.TXT", "rb");
@@ -172,6 +175,56 @@ TEST_F(PlatformTest, TextModeAppendUpdateDropsEndMark) {
   EXPECT_EQ(ReadStream(file), "a\nb\n");
   std::fclose(file);
   EXPECT_EQ(ReadRaw("c/VOR/LOG.TXT"), "a\r\nb\r\n");
+}
+
+TEST_F(PlatformTest, EveryWriterRefusesAReadOnlyFileEvenToRoot) {
+  WriteRaw("c/VOR/RO.CAT", "kept\r\n");
+  chmod((root_ + "/c/VOR/RO.CAT").c_str(), 0444);
+  for (const char* mode : {"w", "w+", "wb", "a", "a+", "ab", "r+", "r+b"}) {
+    errno = 0;
+    EXPECT_EQ(plat_fopen("C:\\VOR\\RO.CAT", mode), nullptr) << mode;
+    EXPECT_EQ(errno, EACCES) << mode;
+  }
+  FILE* in = plat_fopen("C:\\VOR\\RO.CAT", "r");
+  ASSERT_NE(in, nullptr) << "reading is allowed";
+  EXPECT_EQ(ReadStream(in), "kept\n");
+  std::fclose(in);
+  EXPECT_EQ(ReadRaw("c/VOR/RO.CAT"), "kept\r\n");
+}
+
+// The messages of failed saves, as the host would show them.
+std::vector<std::string> reported;
+void Record(std::string_view message) { reported.emplace_back(message); }
+
+TEST_F(PlatformTest, AFileWrittenWithWTakesItsPlaceOnlyWhenClosedWhole) {
+  WriteRaw("c/VOR/ELINE.CAT", "old\r\n\x1A");
+  FILE* out = plat_fopen("c:\\vor\\eline.cat", "w");
+  ASSERT_NE(out, nullptr);
+  std::fputs("new\n", out);
+  std::fflush(out);
+  EXPECT_EQ(ReadRaw("c/VOR/ELINE.CAT"), "old\r\n\x1A") << "readers see the old file until the close";
+  ASSERT_EQ(std::fclose(out), 0);
+  EXPECT_EQ(ReadRaw("c/VOR/ELINE.CAT"), "new\r\n");
+
+  ScratchDisk disk(root_ + "/c/FULL");
+  SKIP_UNLESS_MOUNTED(disk);
+  WriteRaw("c/FULL/OLD.LIN", "old\r\n");
+  disk.Fill();
+  SetSaveReporter(&Record);
+  reported.clear();
+  for (const char* mode : {"w", "wb"}) {
+    out = plat_fopen("C:/Full/old.lin", mode);
+    ASSERT_NE(out, nullptr) << mode;
+    std::fputs("new\n", out);
+    errno = 0;
+    EXPECT_EQ(std::fclose(out), EOF) << mode;
+    EXPECT_EQ(errno, ENOSPC) << mode;
+  }
+  SetSaveReporter(nullptr);
+  const std::string message = "Cannot save C:\\Full\\old.lin: the disk is full; the file is left as it was.";
+  EXPECT_EQ(reported, std::vector<std::string>(2, message));
+  EXPECT_EQ(ReadRaw("c/FULL/OLD.LIN"), "old\r\n");
+  EXPECT_EQ(disk.Names(), (std::vector<std::string>{ScratchDisk::kFiller, "OLD.LIN"}));
 }
 
 TEST_F(PlatformTest, ResolvesNamesInAnyCaseWithinTheDrive) {
