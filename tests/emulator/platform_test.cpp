@@ -254,6 +254,30 @@ TEST_F(PlatformTest, ResolvesNamesInAnyCaseWithinTheDrive) {
   EXPECT_TRUE(fs::exists(root_ + "/c/VOR/ELINE.LIN"));
 }
 
+TEST_F(PlatformTest, LinuxFilesAreShownByTheirDosPaths) {
+  const struct {
+    std::string linux_rel;  // below the tree, or a path outside it
+    std::string shown;      // "" for the Linux path itself
+  } kCases[] = {
+      {"c/VOR/ELINE.CAT", "C:\\VOR\\ELINE.CAT"},
+      {"c", "C:\\"},
+      {"d/Work/x.txt", "D:\\Work\\x.txt"},
+      {"c/ACF/配電盤.ACF", Big5("C:\\ACF\\配電盤.ACF")},
+      {"c/ACF/\xF0\x9F\x98\x80.ACF", ""},  // no Big5 name
+      {"c/a\\b", ""},                      // a "\\" would read as a separator
+      {"c/../d/x", ""},
+      {"cx/file", ""},  // beside the drive's folder, not in it
+      {"/etc/passwd", ""},
+  };
+  for (const auto& c : kCases) {
+    std::string linux_path = c.linux_rel[0] == '/' ? c.linux_rel : root_ + "/" + c.linux_rel;
+    EXPECT_EQ(Files().ShownName(linux_path), c.shown.empty() ? linux_path : c.shown) << c.linux_rel;
+  }
+  std::string err;
+  ASSERT_TRUE(Files().Mount('E', root_ + "/c/VOR", &err)) << err;
+  EXPECT_EQ(Files().ShownName(root_ + "/c/VOR/ELINE.CAT"), "E:\\ELINE.CAT") << "the nearest drive";
+}
+
 TEST_F(PlatformTest, EachDriveHasItsCurrentDirectory) {
   std::string err;
   EXPECT_EQ(plat_getdrive(), 3);
