@@ -37,10 +37,10 @@ std::optional<std::string> FindInFolder(const std::string& dir, std::string_view
   std::filesystem::path exact = std::filesystem::path(dir) / utf8_name;
   if (std::filesystem::is_regular_file(exact, ec)) return exact.string();
   std::string upper = lisp::UpperName(utf8_name);
-  for (const auto& entry : std::filesystem::directory_iterator(dir, ec)) {
-    if (lisp::UpperName(entry.path().filename().string()) == upper &&
-        entry.is_regular_file(ec))
-      return entry.path().string();
+  for (std::filesystem::directory_iterator it(dir, ec), end; !ec && it != end; it.increment(ec)) {
+    std::error_code unreadable;
+    if (lisp::UpperName(it->path().filename().string()) == upper && it->is_regular_file(unreadable))
+      return it->path().string();
   }
   return std::nullopt;
 }
