@@ -109,7 +109,7 @@ bool MountDrives(const Options& opts, std::string* err) {
   std::error_code ec;
   std::string here = std::filesystem::current_path(ec).string();
   if (ec) {
-    *err = "the current directory cannot be had for C: (" + ec.message() + "); give --drive C=DIR";
+    *err = "the current directory cannot be drive C: (" + ec.message() + "); give --drive C=DIR";
     return false;
   }
   return vorhost::Files().Mount('C', here, err);

@@ -14,6 +14,10 @@ fail() { echo "FAIL: $*"; exit 1; }
 "$vorhost" missing.vor >/dev/null 2>&1; [ $? -eq 2 ] || fail "a missing script must exit 2"
 "$vorhost" "$work" >/dev/null 2>&1; [ $? -eq 2 ] || fail "a folder as script must exit 2"
 
+mkdir gone
+(cd gone && rmdir "$work/gone" && "$vorhost" - </dev/null >/dev/null 2>"$work/err.txt"; echo $? >"$work/status")
+[ "$(cat status)" = 2 ] || fail "a current directory that is gone must exit 2: $(cat err.txt)"
+
 printf '(setq a 2)\n#expect-result 3\n' > bad.vor
 "$vorhost" bad.vor >out.txt 2>err.txt; [ $? -eq 1 ] || fail "a failed expectation must exit 1"
 grep -q "^bad.vor:2: expected result 3, got 2" err.txt || fail "failure message: $(cat err.txt)"
