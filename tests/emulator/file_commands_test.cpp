@@ -3,6 +3,7 @@
 // by their DOS paths.
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <string>
