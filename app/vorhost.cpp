@@ -105,8 +105,14 @@ bool MountDrives(const Options& opts, std::string* err) {
     if (!vorhost::Files().Mount(letter, dir, err)) return false;
     have_c = have_c || letter == 'c' || letter == 'C';
   }
-  if (!have_c) return vorhost::Files().Mount('C', std::filesystem::current_path().string(), err);
-  return true;
+  if (have_c) return true;
+  std::error_code ec;
+  std::string here = std::filesystem::current_path(ec).string();
+  if (ec) {
+    *err = "the current directory cannot be drive C: (" + ec.message() + "); give --drive C=DIR";
+    return false;
+  }
+  return vorhost::Files().Mount('C', here, err);
 }
 
 // Writes what the options ask for once the script has ended; false when a

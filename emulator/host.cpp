@@ -11,11 +11,18 @@
 #include "emulator/core/resbuf.h"
 #include "emulator/io/dxf.h"
 #include "emulator/platform/filesystem.h"
+#include "emulator/platform/textfile.h"
 
 namespace vorhost {
 namespace {
 
 Host* current_host = nullptr;
+
+// A save of the module's that failed: the module is not told more than
+// fclose's result, so the host tells the user.
+void ReportSaveFailure(std::string_view message) {
+  if (current_host) current_host->transcript().WriteLine(message);
+}
 
 std::string_view Trim(std::string_view s) {
   while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
@@ -30,10 +37,10 @@ std::optional<std::string> FindInFolder(const std::string& dir, std::string_view
   std::filesystem::path exact = std::filesystem::path(dir) / utf8_name;
   if (std::filesystem::is_regular_file(exact, ec)) return exact.string();
   std::string upper = lisp::UpperName(utf8_name);
-  for (const auto& entry : std::filesystem::directory_iterator(dir, ec)) {
-    if (lisp::UpperName(entry.path().filename().string()) == upper &&
-        entry.is_regular_file(ec))
-      return entry.path().string();
+  for (std::filesystem::directory_iterator it(dir, ec), end; !ec && it != end; it.increment(ec)) {
+    std::error_code unreadable;
+    if (lisp::UpperName(it->path().filename().string()) == upper && it->is_regular_file(unreadable))
+      return it->path().string();
   }
   return std::nullopt;
 }
@@ -45,6 +52,7 @@ Host::Host(std::ostream* out)
       dialogs_(std::make_unique<DialogManager>(*this)) {
   previous_ = current_host;
   current_host = this;
+  SetSaveReporter(&ReportSaveFailure);
   InstallTextCheck();
   DefineBuiltins();
 }

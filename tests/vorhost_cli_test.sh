@@ -3,7 +3,7 @@
 set -u
 vorhost=$1
 work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+trap 'umount "$work/full" 2>/dev/null; rm -rf "$work"' EXIT
 cd "$work"
 fail() { echo "FAIL: $*"; exit 1; }
 
@@ -14,6 +14,10 @@ fail() { echo "FAIL: $*"; exit 1; }
 "$vorhost" missing.vor >/dev/null 2>&1; [ $? -eq 2 ] || fail "a missing script must exit 2"
 "$vorhost" "$work" >/dev/null 2>&1; [ $? -eq 2 ] || fail "a folder as script must exit 2"
 
+mkdir gone
+(cd gone && rmdir "$work/gone" && "$vorhost" - </dev/null >/dev/null 2>"$work/err.txt"; echo $? >"$work/status")
+[ "$(cat status)" = 2 ] || fail "a current directory that is gone must exit 2: $(cat err.txt)"
+
 printf '(setq a 2)\n#expect-result 3\n' > bad.vor
 "$vorhost" bad.vor >out.txt 2>err.txt; [ $? -eq 1 ] || fail "a failed expectation must exit 1"
 grep -q "^bad.vor:2: expected result 3, got 2" err.txt || fail "failure message: $(cat err.txt)"
@@ -22,4 +26,36 @@ mkdir -p d/VOR
 out=$(printf '(setq VORMIS "D:/VOR")\n(VOR_ELINE)\ncancel\n#expect-no-output error\n' |
       "$vorhost" --drive "D=$work/d" -) || fail "a script on standard input"
 echo "$out" | grep -q '^Command: (setq VORMIS "D:/VOR")$' || fail "transcript: $out"
+# --save and --svg write through a symbolic link, refuse a read-only file
+# and name files as they were typed.
+printf 'LINE\n0,0\n10,10\n\n' > draw.vor
+mkdir real
+printf 'old' > real/plan.dxf
+ln -s real/plan.dxf link.dxf
+"$vorhost" --save link.dxf draw.vor >/dev/null 2>err.txt || fail "--save onto a link: $(cat err.txt)"
+[ -L link.dxf ] || fail "--save replaced the link itself"
+grep -q "^ENTITIES" real/plan.dxf || fail "--save did not write the file the link names"
+printf 'old' > ro.dxf
+chmod 444 ro.dxf
+"$vorhost" --save ro.dxf --svg no/such/plan.svg draw.vor >/dev/null 2>err.txt
+[ $? -eq 3 ] || fail "a save that fails must exit 3"
+grep -qx "vorhost: Cannot save ro.dxf: the file is read-only." err.txt || fail "read-only: $(cat err.txt)"
+grep -qx "vorhost: Cannot save no/such/plan.svg: no such directory." err.txt || fail "no folder: $(cat err.txt)"
+[ "$(cat ro.dxf)" = old ] || fail "a read-only file was written"
+
+# On a full disk the old file stays, and nothing else is left.
+mkdir full
+if mount -t tmpfs -o size=64k tmpfs full 2>/dev/null; then
+  printf 'old' > full/plan.dxf
+  dd if=/dev/zero of=full/FILLER bs=4k >/dev/null 2>&1
+  "$vorhost" --save full/plan.dxf --svg full/plan.svg draw.vor >/dev/null 2>err.txt
+  [ $? -eq 3 ] || fail "a save on a full disk must exit 3"
+  grep -qx "vorhost: Cannot save full/plan.dxf: the disk is full; the file is left as it was." err.txt ||
+    fail "full disk: $(cat err.txt)"
+  grep -qx "vorhost: Cannot save full/plan.svg: the disk is full." err.txt || fail "full disk: $(cat err.txt)"
+  [ "$(cat full/plan.dxf)" = old ] || fail "the old drawing was lost"
+  [ "$(ls full | tr '\n' ' ')" = "FILLER plan.dxf " ] || fail "left on the disk: $(ls full)"
+else
+  echo "note: cannot mount a small tmpfs here (it needs root); the full-disk save is not tried"
+fi
 echo "vorhost command line works"

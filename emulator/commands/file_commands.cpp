@@ -1,13 +1,24 @@
 // file_commands.cpp - SAVEAS (and DXFOUT): the drawing to a DXF file.
 #include <filesystem>
+#include <string_view>
 
 #include "emulator/commands/registry.h"
 #include "emulator/host.h"
 #include "emulator/io/dxf.h"
 #include "emulator/platform/filesystem.h"
+#include "emulator/platform/replace_file.h"
 
 namespace vorhost {
 namespace {
+
+// Whether a DOS path ends in a file name, rather than naming a drive or a
+// directory ("C:", "C:/", "\ACF\", "..") or an extension alone (".DXF").
+bool NamesAFile(std::string_view dos) {
+  size_t cut = FindLastSeparator(dos);
+  std::string_view name = cut == std::string_view::npos ? dos : dos.substr(cut + 1);
+  if (cut == std::string_view::npos && name.size() >= 2 && name[1] == ':') name.remove_prefix(2);
+  return !name.empty() && name[0] != '.';
+}
 
 class SaveAsCommand : public Command {
  public:
@@ -17,13 +28,17 @@ class SaveAsCommand : public Command {
 
   Step Feed(const Answer& a) override {
     std::string dos = a.IsEnter() ? DefaultName() : a.Echo();
+    std::string linux_path, why;
+    if (!NamesAFile(dos) || !Files().Resolve(dos, &linux_path)) return Reject("Invalid file name " + dos + ".");
+    std::error_code ec;
+    if (std::filesystem::is_directory(linux_path, ec))
+      return Reject("Invalid file name " + dos + ": it is a directory.");
     std::string upper = UpperAscii(dos);
     if (upper.size() < 4 || upper.compare(upper.size() - 4, 4, ".DXF") != 0) dos += ".DXF";
-    std::string linux_path, why;
-    if (!Files().Resolve(dos, &linux_path)) return Reject("Invalid file name " + dos + ".");
-    if (!SaveDxf(host_.drawing(), host_.sysvars(), linux_path, &why)) return Reject(why);
     std::string full = Files().DosPath(dos);
-    size_t slash = full.rfind('\\');
+    if (!Files().Resolve(dos, &linux_path)) return Reject("Invalid file name " + dos + ".");
+    if (!ReplaceFile(linux_path, DrawingDxf(host_.drawing(), host_.sysvars()), full, &why)) return Reject(why);
+    size_t slash = FindLastSeparator(full);  // never the second byte of a Big5 character
     host_.sysvars().Force("DWGNAME", full.substr(slash + 1));
     host_.sysvars().Force("DWGPREFIX", full.substr(0, slash + 1));
     host_.CommandMessage("Saved " + full + ".");

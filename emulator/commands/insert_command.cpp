@@ -5,6 +5,7 @@
 #include "emulator/commands/registry.h"
 #include "emulator/host.h"
 #include "emulator/io/dxf.h"
+#include "emulator/platform/filesystem.h"
 
 namespace vorhost {
 namespace {
@@ -25,7 +26,7 @@ void Merge(SymbolTable<Record>& into, const SymbolTable<Record>& from) {
 bool DefineFromFile(Host& host, const std::string& name, const std::string& path, std::string* why) {
   Drawing file;
   SysVarTable vars;
-  if (!OpenDxf(path, &file, &vars, why)) return false;
+  if (!OpenDxf(path, &file, &vars, why, Files().ShownName(path))) return false;
   SysValue base;
   BlockRecord block{name};
   if (vars.Get("INSBASE", &base)) block.base = std::get<Point3>(base);

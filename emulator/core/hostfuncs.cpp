@@ -9,12 +9,22 @@
 #include "emulator/commands/answer.h"
 #include "emulator/host.h"
 #include "emulator/platform/filesystem.h"
+#include "emulator/platform/replace_file.h"
 
 namespace vorhost {
 namespace {
 
 using lisp::Value;
 using Args = std::vector<Value>;
+
+bool ReadWholeFile(const std::string& linux_path, std::string* contents) {
+  std::ifstream in(linux_path, std::ios::binary);
+  if (!in.is_open()) return false;
+  std::ostringstream bytes;
+  bytes << in.rdbuf();
+  *contents = std::move(bytes).str();
+  return !in.bad();
+}
 
 bool TextArgs(const Args& args, size_t count, std::string* err) {
   if (args.size() != count) {
@@ -42,20 +52,32 @@ bool W1(Host& host, const Args& args, Value* result, std::string* err) {
 }
 
 // (W2 path): lets the user edit the file; T when the edit ended normally,
-// nil when the user abandoned it. The file must exist.
+// nil when the user abandoned it or it could not be saved. The file must
+// exist. Its new contents replace it whole (ReplaceFile), so a failed save
+// leaves it as it was.
 bool W2(Host& host, const Args& args, Value* result, std::string* err) {
   if (!TextArgs(args, 1, err)) return false;
   std::string linux_path;
   std::error_code ec;
-  if (!Files().Resolve(args[0].text, &linux_path) || !std::filesystem::exists(linux_path, ec)) {
+  if (!Files().Resolve(args[0].text, &linux_path) || !std::filesystem::is_regular_file(linux_path, ec)) {
     *err = "file not found: " + args[0].text;
     return false;
   }
-  host.transcript().WriteLine("Editing " + Files().DosPath(args[0].text));
+  std::string name = Files().DosPath(args[0].text);
+  host.transcript().WriteLine("Editing " + name);
   if (!host.user()) return true;
+  std::string contents;
+  if (!ReadWholeFile(linux_path, &contents)) {
+    host.transcript().WriteLine("Cannot read " + name + ".");
+    return true;
+  }
   std::string why;
-  switch (host.user()->EditFile(linux_path, &why)) {
+  switch (host.user()->EditText(&contents, &why)) {
     case EditOutcome::kSaved:
+      if (!ReplaceFile(linux_path, contents, name, &why)) {
+        host.transcript().WriteLine(why);
+        return true;
+      }
       host.transcript().WriteLine("File saved.");
       *result = Value::T();
       return true;

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "emulator/host.h"
+#include "emulator/platform/filesystem.h"
 
 namespace vorhost {
 namespace {
@@ -70,7 +71,7 @@ int DialogManager::Load(const std::string& file, int* id) {
   dcl::Loader loader = [this](const std::string& name, std::string* contents, std::string* where) {
     std::optional<std::string> path = host_.FindFile(name);
     if (!path || !ReadWhole(*path, contents)) return false;
-    *where = *path;
+    *where = Files().ShownName(*path);
     return true;
   };
   auto library = std::make_unique<dcl::Library>();

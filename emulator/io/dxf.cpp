@@ -11,7 +11,7 @@
 #include "emulator/drawing/geometry.h"
 #include "emulator/io/dxf_format.h"
 #include "emulator/io/dxf_text.h"
-#include "emulator/io/replace_file.h"
+#include "emulator/platform/replace_file.h"
 
 namespace vorhost {
 namespace {
@@ -370,8 +370,7 @@ void WriteHeader(const SysVarTable& vars, const Box& extents, uint32_t seed, Gro
 
 }  // namespace
 
-bool SaveDxf(const Drawing& drawing, const SysVarTable& vars, const std::string& linux_path,
-             std::string* err) {
+std::string DrawingDxf(const Drawing& drawing, const SysVarTable& vars) {
   HandleBook handles(drawing.handle_seed());
   for (const Entity& e : drawing.entities()) handles.Reserve(e.handle);
   Box extents = DrawingBox(drawing);
@@ -387,7 +386,12 @@ bool SaveDxf(const Drawing& drawing, const SysVarTable& vars, const std::string&
   GroupSink file;
   WriteHeader(vars, extents, handles.Seed(), &file);
   file.Append(body);
-  return ReplaceFile(linux_path, file.str(), err);
+  return file.str();
+}
+
+bool SaveDxf(const Drawing& drawing, const SysVarTable& vars, const std::string& linux_path,
+             std::string* err) {
+  return ReplaceFile(linux_path, DrawingDxf(drawing, vars), linux_path, err);
 }
 
 }  // namespace vorhost

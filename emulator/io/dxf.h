@@ -4,17 +4,21 @@
 #define VORHOST_IO_DXF_H
 
 #include <string>
+#include <string_view>
 
 #include "emulator/core/sysvars.h"
 #include "emulator/drawing/drawing.h"
 
 namespace vorhost {
 
-// Writes drawing (tables, blocks, model space without erased records) and
-// the header variables of vars to linux_path. The file is written beside
-// its destination under a temporary name and renamed over it, so a failed
-// save leaves any old file as it was and no partial file behind. Returns
-// false with *err set ("path: reason") when the file cannot be written.
+// The DXF file of drawing (tables, blocks, model space without erased
+// records) with the header variables of vars.
+std::string DrawingDxf(const Drawing& drawing, const SysVarTable& vars);
+
+// Saves DrawingDxf to linux_path through ReplaceFile, so a failed save
+// leaves any old file as it was and no partial file behind. Returns false
+// with *err set ("Cannot save PATH: reason.", the path as given) when the
+// file cannot be written.
 bool SaveDxf(const Drawing& drawing, const SysVarTable& vars, const std::string& linux_path,
              std::string* err);
 
@@ -23,8 +27,10 @@ bool SaveDxf(const Drawing& drawing, const SysVarTable& vars, const std::string&
 // are unique), texts converted to Big5. Header variables that vars knows
 // are set in *vars (vars may be null). On failure, *drawing and *vars are
 // left untouched and *err reads "path:line: message" followed by the
-// offending line and a caret.
-bool OpenDxf(const std::string& linux_path, Drawing* drawing, SysVarTable* vars, std::string* err);
+// offending line and a caret, the path being shown_name (the file as the
+// user knows it) when given, else linux_path.
+bool OpenDxf(const std::string& linux_path, Drawing* drawing, SysVarTable* vars, std::string* err,
+             std::string_view shown_name = {});
 
 }  // namespace vorhost
 

@@ -617,15 +617,17 @@ bool Parser::Run(Drawing* drawing, std::vector<std::pair<std::string, SysValue>>
 
 }  // namespace
 
-bool OpenDxf(const std::string& linux_path, Drawing* drawing, SysVarTable* vars, std::string* err) {
+bool OpenDxf(const std::string& linux_path, Drawing* drawing, SysVarTable* vars, std::string* err,
+             std::string_view shown_name) {
+  std::string shown(shown_name.empty() ? std::string_view(linux_path) : shown_name);
   std::ifstream in(linux_path, std::ios::binary);
   if (!in) {
-    *err = linux_path + ": cannot open";
+    *err = shown + ": cannot open";
     return false;
   }
   std::ostringstream data;
   data << in.rdbuf();
-  Parser parser(linux_path, std::move(data).str());
+  Parser parser(std::move(shown), std::move(data).str());
   std::vector<std::pair<std::string, SysValue>> values;
   if (!parser.Run(drawing, &values)) {
     *err = parser.error();

@@ -16,7 +16,7 @@
 #include "emulator/drawing/geometry.h"
 #include "emulator/drawing/textmetric.h"
 #include "emulator/io/aci.h"
-#include "emulator/io/replace_file.h"
+#include "emulator/platform/replace_file.h"
 #include "emulator/io/scene.h"
 
 namespace vorhost {
@@ -487,7 +487,7 @@ std::string DrawingSvg(const Drawing& drawing, const SysVarTable& vars) {
 
 bool SaveSvg(const Drawing& drawing, const SysVarTable& vars, const std::string& linux_path,
              std::string* err) {
-  return ReplaceFile(linux_path, DrawingSvg(drawing, vars), err);
+  return ReplaceFile(linux_path, DrawingSvg(drawing, vars), linux_path, err);
 }
 
 }  // namespace vorhost

@@ -16,9 +16,9 @@ namespace vorhost {
 // blocks and attributes; colours from the colour index (7 as black),
 // linetypes as dash patterns scaled by LTSCALE, with the texts of complex
 // linetypes along straight lines; hidden layers left out.
-// Other records are not drawn. Returns false with *err ("path: reason")
-// when the file cannot be written; the file is replaced whole, as SaveDxf
-// does.
+// Other records are not drawn. Returns false with *err ("Cannot save PATH:
+// reason.") when the file cannot be written; the file is replaced whole, as
+// SaveDxf does.
 bool SaveSvg(const Drawing& drawing, const SysVarTable& vars, const std::string& linux_path,
              std::string* err);
 

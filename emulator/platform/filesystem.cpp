@@ -232,6 +232,33 @@ std::string FileSystem::DosPath(std::string_view dos_path) const {
   return Parse(dos_path, &drive, &names) ? Format(drive, names) : std::string();
 }
 
+std::string FileSystem::ShownName(const std::string& linux_path) const {
+  int drive = 0;
+  for (int d = 1; d <= kDriveCount; ++d) {
+    const std::string& root = drives_[d - 1].root;
+    bool inside = linux_path.compare(0, root.size(), root) == 0 &&
+                  (linux_path.size() == root.size() || linux_path[root.size()] == '/');
+    if (drives_[d - 1].mounted && inside && (drive == 0 || root.size() > drives_[drive - 1].root.size()))
+      drive = d;
+  }
+  if (drive == 0) return linux_path;
+  std::vector<std::string> names;
+  std::string_view rest = std::string_view(linux_path).substr(drives_[drive - 1].root.size());
+  while (!rest.empty()) {
+    size_t slash = rest.find('/', 1);
+    std::string_view utf8 = rest.substr(1, slash == std::string_view::npos ? rest.npos : slash - 1);
+    rest = slash == std::string_view::npos ? std::string_view() : rest.substr(slash);
+    std::string big5;
+    if (utf8.empty() || utf8 == ".") continue;
+    // ".." could leave the drive, and a "\" in a Linux name would read as a
+    // separator: such a file has no DOS name.
+    if (utf8 == ".." || utf8.find('\\') != std::string_view::npos || !Utf8ToBig5(utf8, &big5))
+      return linux_path;
+    names.push_back(std::move(big5));
+  }
+  return Format(drive, names);
+}
+
 bool FileSystem::Parse(std::string_view dos_path, int* drive,
                        std::vector<std::string>* names) const {
   if (dos_path.empty()) return false;

@@ -63,6 +63,11 @@ class FileSystem {
   // "." and ".." removed, names as given. Empty for an empty path.
   std::string DosPath(std::string_view dos_path) const;
 
+  // The name the user knows a Linux file by: its DOS path when it lies on
+  // a mounted drive (the drive with the longest folder, if several hold
+  // it), else the Linux path itself, as for the host's own files.
+  std::string ShownName(const std::string& linux_path) const;
+
  private:
   struct Drive {
     bool mounted = false;

@@ -1,6 +1,5 @@
 // platform_api.cpp - the module's operating-system calls over the emulated drives.
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -15,6 +14,7 @@
 
 #include "emulator/core/encoding.h"
 #include "emulator/platform/filesystem.h"
+#include "emulator/platform/replace_file.h"
 #include "emulator/platform/textfile.h"
 #include "host/platform.h"
 
@@ -66,12 +66,6 @@ SearchTable& Searches() {
   return table;
 }
 
-// Read-only on DOS means nobody may write it: the owner running as root
-// can write anything, so the permission bits count too.
-bool IsReadOnly(const std::string& path, const struct stat& st) {
-  return (st.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0 || access(path.c_str(), W_OK) != 0;
-}
-
 // Describes the file at linux_path under a Big5 name shorter than
 // PLAT_NAME_MAX; false when it cannot be examined (a dangling link).
 bool Describe(const std::string& linux_path, std::string_view name, plat_finddata* entry) {
@@ -80,7 +74,7 @@ bool Describe(const std::string& linux_path, std::string_view name, plat_finddat
   *entry = plat_finddata{};
   bool is_dir = S_ISDIR(st.st_mode);
   entry->attrib = is_dir ? PLAT_A_SUBDIR : PLAT_A_ARCH;
-  if (IsReadOnly(linux_path, st)) entry->attrib |= PLAT_A_RDONLY;
+  if (WriteRefusal(linux_path, st) != 0) entry->attrib |= PLAT_A_RDONLY;
   entry->time_write = st.st_mtime;
   entry->size = is_dir ? 0 : static_cast<long>(st.st_size);
   std::memcpy(entry->name, name.data(), name.size());
@@ -167,7 +161,7 @@ FILE* plat_fopen(const char* dos_path, const char* mode) {
     errno = ENOENT;
     return nullptr;
   }
-  return vorhost::OpenTextMode(linux_path, mode);
+  return vorhost::OpenTextMode(linux_path, mode, Files().DosPath(dos_path));
 }
 
 intptr_t plat_findfirst(const char* dos_pattern, struct plat_finddata* entry) {

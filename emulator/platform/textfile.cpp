@@ -5,10 +5,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <memory>
 #include <string>
+
+#include "emulator/platform/replace_file.h"
 
 namespace vorhost {
 namespace {
@@ -16,13 +19,24 @@ namespace {
 constexpr char kEndOfFile = 0x1A;
 constexpr size_t kReadAhead = 4096;
 
-// The file behind one text-mode stream. It owns the descriptor and the raw
-// bytes read ahead; the FILE owns it and deletes it when closed.
+SaveReporter save_reporter = nullptr;
+
+void Report(const std::string& message) {
+  if (save_reporter) save_reporter(message);
+}
+
+// The file behind one stream. It owns the descriptor (or the replacement
+// that a stream opened with "w" writes) and the raw bytes read ahead; the
+// FILE owns it and deletes it when closed.
 class TextFile {
  public:
-  explicit TextFile(int fd) : fd_(fd) {}
+  TextFile(int fd, bool binary, std::string_view shown_name)
+      : fd_(fd), binary_(binary), shown_name_(shown_name) {}
+  TextFile(std::unique_ptr<FileReplacement> replacement, bool binary, std::string_view shown_name)
+      : fd_(replacement->fd()), binary_(binary), shown_name_(shown_name),
+        replacement_(std::move(replacement)) {}
   ~TextFile() {
-    if (fd_ >= 0) ::close(fd_);
+    if (fd_ >= 0 && !replacement_) ::close(fd_);
   }
   TextFile(const TextFile&) = delete;
   TextFile& operator=(const TextFile&) = delete;
@@ -40,6 +54,10 @@ class TextFile {
   bool DropReadAhead();
 
   int fd_;
+  bool binary_;  // bytes pass unchanged
+  std::string shown_name_;  // the file as the user named it, for messages
+  std::unique_ptr<FileReplacement> replacement_;
+  int write_error_ = 0;  // the errno of the first write that failed
   char raw_[kReadAhead];
   size_t begin_ = 0;  // raw_[begin_, end_) is read but not given out
   size_t end_ = 0;
@@ -70,6 +88,13 @@ ssize_t TextFile::Read(char* out, size_t size) {
         break;
       }
     }
+    if (binary_) {
+      size_t n = std::min(size - count, end_ - begin_);
+      std::memcpy(out + count, raw_ + begin_, n);
+      begin_ += n;
+      count += n;
+      continue;
+    }
     char c = raw_[begin_];
     if (pending_cr_) {
       pending_cr_ = false;
@@ -89,18 +114,27 @@ ssize_t TextFile::Read(char* out, size_t size) {
   return static_cast<ssize_t>(count);
 }
 
+// After a failed write nothing more is written, so that the file never
+// holds what came after a gap. The stream reports an error on 0.
 ssize_t TextFile::Write(const char* data, size_t size) {
-  if (!DropReadAhead()) return 0;
+  if (write_error_ != 0) return 0;
+  if (!DropReadAhead()) {
+    write_error_ = errno;
+    return 0;
+  }
   std::string raw;
   raw.reserve(size + size / 8 + 1);
   for (size_t i = 0; i < size; ++i) {
-    if (data[i] == '\n') raw += '\r';
+    if (data[i] == '\n' && !binary_) raw += '\r';
     raw += data[i];
   }
   for (size_t done = 0; done < raw.size();) {
     ssize_t put = ::write(fd_, raw.data() + done, raw.size() - done);
     if (put < 0 && errno == EINTR) continue;
-    if (put <= 0) return 0;  // the stream reports an error on 0
+    if (put <= 0) {
+      write_error_ = put < 0 ? errno : EIO;
+      return 0;
+    }
     done += static_cast<size_t>(put);
   }
   return static_cast<ssize_t>(size);
@@ -122,10 +156,25 @@ int TextFile::Seek(off64_t* offset, int whence) {
   return 0;
 }
 
+// A stream opened with "w" puts its file in place only when every write
+// and the close succeeded; otherwise the old file stays and the host says
+// why. An append that failed has changed the file, and says so too.
 int TextFile::Close() {
-  int result = ::close(fd_);
+  int fd = fd_;
   fd_ = -1;
-  return result;
+  SaveFailure failure;
+  if (replacement_) {
+    if (write_error_ != 0) replacement_->Fail(write_error_);
+    if (replacement_->Commit()) return 0;
+    failure = replacement_->failure();
+  } else {
+    int closed = ::close(fd);
+    if (write_error_ == 0) return closed;
+    failure.code = write_error_;
+  }
+  Report(SaveFailureMessage(shown_name_, failure));
+  errno = failure.code;
+  return -1;
 }
 
 ssize_t ReadHook(void* cookie, char* buf, size_t size) {
@@ -147,25 +196,25 @@ int CloseHook(void* cookie) {
 
 // An fopen mode taken apart.
 struct Mode {
-  int flags = 0;       // for open(2)
+  int flags = 0;       // for open(2), except for "w", which replaces the file
   char stdio[3] = {};  // "r", "w+", ...: what fopencookie understands
   bool binary = false;
+  bool replace = false;  // "w": the file is written whole and replaced at the close
 };
 
 bool ParseMode(const char* text, Mode* mode) {
   if (!text) return false;
   bool update = std::strchr(text, '+') != nullptr;
   mode->binary = std::strchr(text, 'b') != nullptr;
-  int write_access = update ? O_RDWR : O_WRONLY;
   switch (text[0]) {
     case 'r':
       mode->flags = update ? O_RDWR : O_RDONLY;
       break;
     case 'w':
-      mode->flags = write_access | O_CREAT | O_TRUNC;
+      mode->replace = true;
       break;
     case 'a':
-      mode->flags = write_access | O_CREAT | O_APPEND;
+      mode->flags = (update ? O_RDWR : O_WRONLY) | O_CREAT | O_APPEND;
       break;
     default:
       return false;
@@ -189,33 +238,51 @@ bool DropEndMark(int fd) {
   return ftruncate64(fd, size - 1) == 0;
 }
 
-FILE* OpenBinary(const std::string& linux_path, const char* mode) {
-  FILE* file = std::fopen(linux_path.c_str(), mode);
-  if (file && IsDirectory(fileno(file))) {
-    std::fclose(file);
+// The file behind a stream that is not opened with "w": opened in place,
+// a read-only file refused for writing (EACCES) even to root.
+std::unique_ptr<TextFile> OpenInPlace(const std::string& linux_path, const Mode& mode,
+                                      std::string_view shown_name) {
+  struct stat st;
+  if ((mode.flags & O_ACCMODE) != O_RDONLY && stat(linux_path.c_str(), &st) == 0) {
+    if (int refusal = WriteRefusal(linux_path, st); refusal != 0 && !S_ISDIR(st.st_mode)) {
+      errno = refusal;
+      return nullptr;
+    }
+  }
+  int fd = ::open(linux_path.c_str(), mode.flags | O_CLOEXEC, 0666);
+  if (fd < 0) return nullptr;
+  auto file = std::make_unique<TextFile>(fd, mode.binary, shown_name);
+  if (IsDirectory(fd)) {
     errno = EISDIR;
     return nullptr;
   }
+  if (!mode.binary && mode.stdio[0] == 'a' && mode.stdio[1] == '+' && !DropEndMark(fd)) return nullptr;
   return file;
+}
+
+std::unique_ptr<TextFile> OpenReplacement(const std::string& linux_path, const Mode& mode,
+                                          std::string_view shown_name) {
+  auto replacement = std::make_unique<FileReplacement>();
+  if (!replacement->Begin(linux_path)) {
+    errno = replacement->failure().code;
+    return nullptr;
+  }
+  return std::make_unique<TextFile>(std::move(replacement), mode.binary, shown_name);
 }
 
 }  // namespace
 
-FILE* OpenTextMode(const std::string& linux_path, const char* mode_text) {
+void SetSaveReporter(SaveReporter reporter) { save_reporter = reporter; }
+
+FILE* OpenTextMode(const std::string& linux_path, const char* mode_text, std::string_view shown_name) {
   Mode mode;
   if (!ParseMode(mode_text, &mode)) {
     errno = EINVAL;
     return nullptr;
   }
-  if (mode.binary) return OpenBinary(linux_path, mode_text);
-  int fd = ::open(linux_path.c_str(), mode.flags | O_CLOEXEC, 0666);
-  if (fd < 0) return nullptr;
-  auto file = std::make_unique<TextFile>(fd);
-  if (IsDirectory(fd)) {
-    errno = EISDIR;
-    return nullptr;
-  }
-  if (mode.stdio[0] == 'a' && mode.stdio[1] == '+' && !DropEndMark(fd)) return nullptr;
+  std::unique_ptr<TextFile> file = mode.replace ? OpenReplacement(linux_path, mode, shown_name)
+                                                : OpenInPlace(linux_path, mode, shown_name);
+  if (!file) return nullptr;
   cookie_io_functions_t hooks = {ReadHook, WriteHook, SeekHook, CloseHook};
   FILE* stream = fopencookie(file.get(), mode.stdio, hooks);
   if (stream) file.release();

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 namespace vorhost {
 
@@ -11,14 +12,28 @@ namespace vorhost {
 // Without "b" the stream is in DOS text mode: each "\n" written reaches the
 // disk as CR LF; reading gives CR LF as "\n", keeps a lone CR, and stops at
 // the first 0x1A byte. Opening "a+" in text mode drops a 0x1A that ends the
-// file, so what is appended can be read back. With "b" it is plain fopen.
+// file, so what is appended can be read back. With "b" the bytes pass
+// unchanged.
+//
+// A stream opened with "w" writes a temporary file beside the file (see
+// FileReplacement), which takes the file's place when the stream is closed
+// and every write, the flush and the close succeeded. Otherwise fclose
+// fails, the old file stays as it was, and the save reporter is told
+// "Cannot save NAME: why" with shown_name (the file as the user named it).
+// A write that fails while appending is reported in the same words. Every
+// mode that writes refuses a read-only file with EACCES, also to root.
 //
 // The caller owns the stream and closes it with fclose. Positions are byte
 // offsets in the file: rewind and fseek to the start or the end are exact,
 // but in text mode ftell while reading runs ahead by the CRs still in the
 // stream's buffer, so its value is no place to fseek back to. Returns NULL
 // with errno set on failure, and for a directory.
-FILE* OpenTextMode(const std::string& linux_path, const char* mode);
+FILE* OpenTextMode(const std::string& linux_path, const char* mode, std::string_view shown_name);
+
+// Where the messages of failed saves through OpenTextMode go (the host
+// shows them on its command line); null drops them.
+using SaveReporter = void (*)(std::string_view message);
+void SetSaveReporter(SaveReporter reporter);
 
 }  // namespace vorhost
 

@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -39,12 +38,8 @@ std::string Quoted(const std::string& path) { return "'" + Replace(path, "'", "'
 
 }  // namespace
 
-EditOutcome EditInEditor(const std::string& linux_path, std::string* why) {
-  std::string original;
-  if (!ReadAll(linux_path, &original)) {
-    *why = "The file cannot be read; it is unchanged.";
-    return EditOutcome::kCancelled;
-  }
+EditOutcome EditInEditor(std::string* contents, std::string* why) {
+  const std::string& original = *contents;
   bool end_mark = !original.empty() && original.back() == '\x1A';
   std::string text = end_mark ? original.substr(0, original.size() - 1) : original;
   std::string utf8 = Big5ToUtf8(Replace(text, "\r\n", "\n"));
@@ -80,13 +75,7 @@ EditOutcome EditInEditor(const std::string& linux_path, std::string* why) {
   }
   big5 = Replace(Replace(big5, "\r\n", "\n"), "\n", "\r\n");
   if (end_mark) big5 += '\x1A';
-  std::string staged = linux_path + ".vorhost-edit";
-  std::error_code ec;
-  if (!WriteAll(staged, big5) || (std::filesystem::rename(staged, linux_path, ec), ec)) {
-    std::filesystem::remove(staged, ec);
-    *why = "The file could not be replaced; it is unchanged.";
-    return EditOutcome::kCancelled;
-  }
+  *contents = std::move(big5);
   return EditOutcome::kSaved;
 }
 

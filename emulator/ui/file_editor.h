@@ -9,14 +9,14 @@
 
 namespace vorhost {
 
-// Opens a UTF-8 copy of the file at linux_path in $VISUAL, $EDITOR or vi,
-// and when the editor ends normally writes the edited text back in Big5
-// with CR LF line ends (and the end mark 0x1A if the file had one). The
-// file is replaced whole, or left as it was: when the editor fails, when
-// the file holds bytes that are not Big5 text (they would not survive the
-// round trip), or when the edit holds characters Big5 cannot hold (*why
-// says which).
-EditOutcome EditInEditor(const std::string& linux_path, std::string* why);
+// Opens a UTF-8 copy of *contents, the bytes of a host text file, in
+// $VISUAL, $EDITOR or vi, and when the editor ends normally gives back the
+// edited text in *contents in Big5 with CR LF line ends (and the end mark
+// 0x1A if the file had one). The contents are left as they were when the
+// editor fails, when they hold bytes that are not Big5 text (they would not
+// survive the round trip), or when the edit holds characters Big5 cannot
+// hold (*why says which).
+EditOutcome EditInEditor(std::string* contents, std::string* why);
 
 }  // namespace vorhost
 

@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
 #include "emulator/core/alloc.h"
 #include "emulator/core/encoding.h"
@@ -204,8 +203,8 @@ bool ScriptUser::Expect(const std::string& word, const std::string& arg) {
   return false;
 }
 
-EditOutcome ScriptUser::EditFile(const std::string& linux_path, std::string* err) {
-  if (interactive_) return EditInEditor(linux_path, err);
+EditOutcome ScriptUser::EditText(std::string* text, std::string* why) {
+  if (interactive_) return EditInEditor(text, why);
   std::string line;
   while (!failed() && NextLine(&line)) {
     if (IsDirective(line) && IsComment(line)) continue;
@@ -214,33 +213,17 @@ EditOutcome ScriptUser::EditFile(const std::string& linux_path, std::string* err
     if (line != "#edit") break;
     // The new contents: every line up to "#end", taken literally.
     std::string contents;
-    for (std::string text;;) {
-      if (!NextLine(&text)) {
+    for (std::string typed;;) {
+      if (!NextLine(&typed)) {
         Fail(line_number_, "#edit without #end");
         return EditOutcome::kCancelled;
       }
-      if (text == "#end") break;
+      if (typed == "#end") break;
       std::string big5;
-      if (!ToBig5(text, &big5)) return EditOutcome::kCancelled;
+      if (!ToBig5(typed, &big5)) return EditOutcome::kCancelled;
       contents += big5 + "\r\n";
     }
-    std::string temp = linux_path + ".vorhost-edit";
-    {
-      std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-      out << contents;
-      if (!out.flush()) {
-        std::filesystem::remove(temp);
-        *err = "the file could not be written; it is unchanged";
-        return EditOutcome::kCancelled;
-      }
-    }
-    std::error_code ec;
-    std::filesystem::rename(temp, linux_path, ec);
-    if (ec) {
-      std::filesystem::remove(temp, ec);
-      *err = "the file could not be replaced; it is unchanged";
-      return EditOutcome::kCancelled;
-    }
+    *text = std::move(contents);
     return EditOutcome::kSaved;
   }
   if (!failed())

@@ -29,7 +29,7 @@ class ScriptUser : public User {
   void set_interactive(bool interactive) { interactive_ = interactive; }
 
   Input Read(Asking asking, std::string_view prompt) override;
-  EditOutcome EditFile(const std::string& linux_path, std::string* err) override;
+  EditOutcome EditText(std::string* text, std::string* why) override;
   void Misstep(const std::string& why) override;
 
   // Set once a line fails (an expectation, a malformed line, input that

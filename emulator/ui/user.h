@@ -36,9 +36,11 @@ class User {
   // The next answer; prompt is what the host has just shown (Big5).
   virtual Input Read(Asking asking, std::string_view prompt) = 0;
 
-  // Lets the user edit the file at linux_path, a text file of the host
-  // (Big5, CR LF). A cancelled or failed edit leaves the file as it was.
-  virtual EditOutcome EditFile(const std::string& linux_path, std::string* err) = 0;
+  // Lets the user edit *text, the contents of a text file of the host
+  // (Big5, CR LF). kSaved leaves the new contents in *text for the host to
+  // save; kUnchanged and kCancelled leave *text as it was, and a cancelled
+  // edit may say why in *why.
+  virtual EditOutcome EditText(std::string* text, std::string* why) = 0;
 
   // An alert box has been shown (Big5); the user reads and closes it.
   virtual void Acknowledge(std::string_view message) { (void)message; }

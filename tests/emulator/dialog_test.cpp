@@ -196,7 +196,7 @@ TEST_F(DialogTest, FilesAndDialogsThatCannotBeHad) {
   EXPECT_NE(ads_load_dialog("NOWHERE.DCL", &id), RTNORM);
   WriteFile("BAD.DCL", "bad : dialog {\n  : button { key = \"a\" }\n}\n");
   EXPECT_NE(ads_load_dialog("BAD.DCL", &id), RTNORM);
-  EXPECT_NE(Output().find("BAD.DCL:2:"), std::string::npos) << Output();
+  EXPECT_NE(Output().find("Dialog file error: C:\\BAD.DCL:2:"), std::string::npos) << "named as the user knows it\n" << Output();
   ads_hdlg dialog;
   EXPECT_NE(ads_new_dialog("missing", file_id, NULLCB, &dialog), RTNORM);
   EXPECT_EQ(ads_unload_dialog(file_id), RTNORM);

@@ -14,32 +14,34 @@ class FileEditorTest : public HostTest {
     unsetenv("VISUAL");
     HostTest::TearDown();
   }
-  EditOutcome Edit(const char* editor, std::string* why) {
+  // Edits *contents with the shell command as the editor.
+  EditOutcome Edit(const char* editor, std::string* contents, std::string* why) {
     setenv("VISUAL", editor, 1);
-    return EditInEditor(LinuxPath("F.CAT"), why);
+    return EditInEditor(contents, why);
   }
 };
 
 TEST_F(FileEditorTest, TheEditComesBackInBig5WithCrLf) {
   const std::string gong = Big5("功");  // its trail byte is a backslash
-  WriteFile("F.CAT", "(\"" + gong + "\")\r\n(\"B\")\r\n\x1A");
-  std::string why;
-  EXPECT_EQ(Edit("sed -i 's/B/電/'", &why), EditOutcome::kSaved) << why;
-  EXPECT_EQ(ReadFile("F.CAT"), "(\"" + gong + "\")\r\n(\"" + Big5("電") + "\")\r\n\x1A");
-  EXPECT_EQ(Edit("true", &why), EditOutcome::kUnchanged);
+  const std::string before = "(\"" + gong + "\")\r\n(\"B\")\r\n\x1A";
+  std::string contents = before, why;
+  EXPECT_EQ(Edit("sed -i 's/B/電/'", &contents, &why), EditOutcome::kSaved) << why;
+  EXPECT_EQ(contents, "(\"" + gong + "\")\r\n(\"" + Big5("電") + "\")\r\n\x1A");
+  contents = before;
+  EXPECT_EQ(Edit("true", &contents, &why), EditOutcome::kUnchanged);
+  EXPECT_EQ(contents, before);
 }
 
-TEST_F(FileEditorTest, AFailedEditLeavesTheFileAsItWas) {
+TEST_F(FileEditorTest, AFailedEditLeavesTheContentsAsTheyWere) {
   const std::string before = "(\"A\")\r\n";
-  WriteFile("F.CAT", before);
-  std::string why;
-  EXPECT_EQ(Edit("false", &why), EditOutcome::kCancelled);
-  EXPECT_EQ(Edit("sed -i 's/A/\xF0\x9F\x98\x80/'", &why), EditOutcome::kCancelled);  // an emoji
+  std::string contents = before, why;
+  EXPECT_EQ(Edit("false", &contents, &why), EditOutcome::kCancelled);
+  EXPECT_EQ(Edit("sed -i 's/A/\xF0\x9F\x98\x80/'", &contents, &why), EditOutcome::kCancelled);  // an emoji
   EXPECT_NE(why.find("Big5 cannot hold"), std::string::npos);
-  EXPECT_EQ(ReadFile("F.CAT"), before);
-  WriteFile("F.CAT", "\x80\xFF\r\n");  // not Big5 text: the round trip would change it
-  EXPECT_EQ(Edit("true", &why), EditOutcome::kCancelled);
-  EXPECT_EQ(ReadFile("F.CAT"), "\x80\xFF\r\n");
+  EXPECT_EQ(contents, before);
+  contents = "\x80\xFF\r\n";  // not Big5 text: the round trip would change it
+  EXPECT_EQ(Edit("true", &contents, &why), EditOutcome::kCancelled);
+  EXPECT_EQ(contents, "\x80\xFF\r\n");
 }
 
 }  // namespace

@@ -15,11 +15,14 @@
 
 #include "emulator/core/encoding.h"
 #include "emulator/platform/filesystem.h"
+#include "emulator/platform/textfile.h"
+#include "support/scratch_disk.h"
 
 namespace vorhost {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::ScratchDisk;
 
 std::string Big5(std::string_view utf8) {
   std::string big5;
@@ -130,7 +133,7 @@ TEST_F(PlatformTest, TextModeReadingRules) {
     WriteRaw("c/VOR/T.TXT", c.raw);
     FILE* in = plat_fopen("C:\\VOR\\T.TXT", "r");
     ASSERT_NE(in, nullptr);
-    EXPECT_EQ(ReadStream(in), c.text) << testing::PrintToString(c.raw);
+    EXPECT_EQ(ReadStream(in), c.text) << ::testing::PrintToString(c.raw);
     EXPECT_EQ(std::fgetc(in), EOF) << "nothing after the end";
     std::fclose(in);
     in = plat_fopen("C:\\VOR\\T.TXT", "rb");
@@ -174,6 +177,56 @@ TEST_F(PlatformTest, TextModeAppendUpdateDropsEndMark) {
   EXPECT_EQ(ReadRaw("c/VOR/LOG.TXT"), "a\r\nb\r\n");
 }
 
+TEST_F(PlatformTest, EveryWriterRefusesAReadOnlyFileEvenToRoot) {
+  WriteRaw("c/VOR/RO.CAT", "kept\r\n");
+  chmod((root_ + "/c/VOR/RO.CAT").c_str(), 0444);
+  for (const char* mode : {"w", "w+", "wb", "a", "a+", "ab", "r+", "r+b"}) {
+    errno = 0;
+    EXPECT_EQ(plat_fopen("C:\\VOR\\RO.CAT", mode), nullptr) << mode;
+    EXPECT_EQ(errno, EACCES) << mode;
+  }
+  FILE* in = plat_fopen("C:\\VOR\\RO.CAT", "r");
+  ASSERT_NE(in, nullptr) << "reading is allowed";
+  EXPECT_EQ(ReadStream(in), "kept\n");
+  std::fclose(in);
+  EXPECT_EQ(ReadRaw("c/VOR/RO.CAT"), "kept\r\n");
+}
+
+// The messages of failed saves, as the host would show them.
+std::vector<std::string> reported;
+void Record(std::string_view message) { reported.emplace_back(message); }
+
+TEST_F(PlatformTest, AFileWrittenWithWTakesItsPlaceOnlyWhenClosedWhole) {
+  WriteRaw("c/VOR/ELINE.CAT", "old\r\n\x1A");
+  FILE* out = plat_fopen("c:\\vor\\eline.cat", "w");
+  ASSERT_NE(out, nullptr);
+  std::fputs("new\n", out);
+  std::fflush(out);
+  EXPECT_EQ(ReadRaw("c/VOR/ELINE.CAT"), "old\r\n\x1A") << "readers see the old file until the close";
+  ASSERT_EQ(std::fclose(out), 0);
+  EXPECT_EQ(ReadRaw("c/VOR/ELINE.CAT"), "new\r\n");
+
+  ScratchDisk disk(root_ + "/c/FULL");
+  SKIP_UNLESS_MOUNTED(disk);
+  WriteRaw("c/FULL/OLD.LIN", "old\r\n");
+  disk.Fill();
+  SetSaveReporter(&Record);
+  reported.clear();
+  for (const char* mode : {"w", "wb"}) {
+    out = plat_fopen("C:/Full/old.lin", mode);
+    ASSERT_NE(out, nullptr) << mode;
+    std::fputs("new\n", out);
+    errno = 0;
+    EXPECT_EQ(std::fclose(out), EOF) << mode;
+    EXPECT_EQ(errno, ENOSPC) << mode;
+  }
+  SetSaveReporter(nullptr);
+  const std::string message = "Cannot save C:\\Full\\old.lin: the disk is full; the file is left as it was.";
+  EXPECT_EQ(reported, std::vector<std::string>(2, message));
+  EXPECT_EQ(ReadRaw("c/FULL/OLD.LIN"), "old\r\n");
+  EXPECT_EQ(disk.Names(), (std::vector<std::string>{ScratchDisk::kFiller, "OLD.LIN"}));
+}
+
 TEST_F(PlatformTest, ResolvesNamesInAnyCaseWithinTheDrive) {
   const struct {
     const char* dos;
@@ -199,6 +252,30 @@ TEST_F(PlatformTest, ResolvesNamesInAnyCaseWithinTheDrive) {
   ASSERT_NE(out, nullptr);
   std::fclose(out);
   EXPECT_TRUE(fs::exists(root_ + "/c/VOR/ELINE.LIN"));
+}
+
+TEST_F(PlatformTest, LinuxFilesAreShownByTheirDosPaths) {
+  const struct {
+    std::string linux_rel;  // below the tree, or a path outside it
+    std::string shown;      // "" for the Linux path itself
+  } kCases[] = {
+      {"c/VOR/ELINE.CAT", "C:\\VOR\\ELINE.CAT"},
+      {"c", "C:\\"},
+      {"d/Work/x.txt", "D:\\Work\\x.txt"},
+      {"c/ACF/配電盤.ACF", Big5("C:\\ACF\\配電盤.ACF")},
+      {"c/ACF/\xF0\x9F\x98\x80.ACF", ""},  // no Big5 name
+      {"c/a\\b", ""},                      // a "\\" would read as a separator
+      {"c/../d/x", ""},
+      {"cx/file", ""},  // beside the drive's folder, not in it
+      {"/etc/passwd", ""},
+  };
+  for (const auto& c : kCases) {
+    std::string linux_path = c.linux_rel[0] == '/' ? c.linux_rel : root_ + "/" + c.linux_rel;
+    EXPECT_EQ(Files().ShownName(linux_path), c.shown.empty() ? linux_path : c.shown) << c.linux_rel;
+  }
+  std::string err;
+  ASSERT_TRUE(Files().Mount('E', root_ + "/c/VOR", &err)) << err;
+  EXPECT_EQ(Files().ShownName(root_ + "/c/VOR/ELINE.CAT"), "E:\\ELINE.CAT") << "the nearest drive";
 }
 
 TEST_F(PlatformTest, EachDriveHasItsCurrentDirectory) {

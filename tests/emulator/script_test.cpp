@@ -1,7 +1,10 @@
 // script_test.cpp - scripts playing the user: answers, directives,
 // expectations and file edits.
+#include <sys/stat.h>
+
 #include "emulator/core/alloc.h"
 #include "support/host_fixture.h"
+#include "support/scratch_disk.h"
 
 namespace vorhost::testing {
 namespace {
@@ -67,6 +70,28 @@ TEST_F(ScriptTest, FileEditsReplaceKeepOrAbandon) {
 
   // A file that is not there makes the function fail.
   EXPECT_EQ(Run({"(W2 \"C:/VOR/NONE.CAT\")", "#expect-output error: file not found"}), "");
+}
+
+TEST_F(ScriptTest, AnEditThatCannotBeSavedLeavesTheFileAsItWas) {
+  const std::string before = "\"old\"\r\n\x1A";
+  WriteFile("F.CAT", before);
+  chmod(LinuxPath("F.CAT").c_str(), 0444);
+  EXPECT_EQ(Run({"(W2 \"C:/F.CAT\")", "#edit", "new", "#end", "#expect-result nil"}), "");
+  EXPECT_NE(Output().find("\nCannot save C:\\F.CAT: the file is read-only."), std::string::npos) << Output();
+  EXPECT_EQ(ReadFile("F.CAT"), before);
+
+  ScratchDisk disk(LinuxPath("RO"));
+  SKIP_UNLESS_MOUNTED(disk);
+  WriteFile("RO/G.CAT", before);
+  disk.MakeReadOnly();
+  EXPECT_EQ(Run({"(W2 \"C:/RO/G.CAT\")", "#edit", "new", "#end", "#expect-result nil",
+                 "(W2 \"C:/RO/G.CAT\")", "#keep", "#expect-result T"}),
+            "");
+  EXPECT_NE(Output().find("\nCannot save C:\\RO\\G.CAT: the disk is read-only; the file is left as it was."),
+            std::string::npos)
+      << Output();
+  EXPECT_EQ(ReadFile("RO/G.CAT"), before);
+  EXPECT_EQ(disk.Names(), std::vector<std::string>{"G.CAT"});
 }
 
 TEST_F(ScriptTest, AllocationFailuresCanBeArranged) {
