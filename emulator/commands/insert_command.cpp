@@ -140,13 +140,18 @@ class InsertCommand : public Command {
   }
 
   // Collects the definitions to ask about; with ATTREQ 0 nothing is asked.
+  // The attributes' places, heights and angles (the block's, scaled and
+  // turned by the insert's) must be in range, or the rotation is refused.
   Step StartAttributes() {
     const BlockRecord* block = host_.tables().blocks().Find(name_);
     SysValue req;
     bool ask = !host_.sysvars().Get("ATTREQ", &req) || std::get<short>(req) != 0;
+    defs_.clear();
+    pending_.clear();
     for (size_t i = 0; i < block->entities.size(); i++) {
       const Entity& e = block->entities[i];
       if (e.type != "ATTDEF" || (e.Short(70) & kConstant)) continue;
+      if (!Attribute(e, "", block->base).NumbersInRange()) return Reject(kValueOutOfRange);
       defs_.push_back(i);
       if (ask && !(e.Short(70) & kPreset)) pending_.push_back(i);
     }
