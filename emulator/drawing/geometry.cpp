@@ -11,6 +11,7 @@ namespace {
 
 constexpr int kArcSteps = 32;  // samples of a full circle
 constexpr int kMaxBlockDepth = 8;
+constexpr double kTwoPi = 2 * M_PI;
 
 // Applies an insert's transform (scale, rotate, move) to a point of its block.
 struct Transform {
@@ -81,7 +82,7 @@ void AddRecord(const Drawing& drawing, const std::vector<Entity>& records, size_
   if (e.type == "LINE") {
     chain = {e.Point(10), e.Point(11)};
   } else if (e.type == "CIRCLE") {
-    chain = ArcPoints(e.Point(10), e.Real(40), 0, 2 * M_PI);
+    chain = ArcPoints(e.Point(10), e.Real(40), 0, kTwoPi);
   } else if (e.type == "ARC") {
     chain = ArcPoints(e.Point(10), e.Real(40), e.Real(50), e.Real(51));
   } else if (e.type == "POLYLINE") {
@@ -138,10 +139,17 @@ bool SegmentMeetsRect(const Point3& p, const Point3& q, double x1, double y1, do
 
 }  // namespace
 
+double ArcSweep(double a1, double a2) {
+  if (!std::isfinite(a1) || !std::isfinite(a2)) return 0;
+  double sweep = std::fmod(std::fmod(a2, kTwoPi) - std::fmod(a1, kTwoPi), kTwoPi);
+  return sweep <= 0 ? sweep + kTwoPi : sweep;
+}
+
 Chain ArcPoints(const Point3& c, double r, double a1, double a2) {
-  double sweep = a2 - a1;
-  while (sweep <= 0) sweep += 2 * M_PI;
-  int steps = std::max(2, static_cast<int>(std::ceil(sweep / (2 * M_PI) * kArcSteps)));
+  double sweep = ArcSweep(a1, a2);
+  if (sweep == 0 || !std::isfinite(r)) return {};
+  a1 = std::fmod(a1, kTwoPi);
+  int steps = std::max(2, static_cast<int>(std::ceil(sweep / kTwoPi * kArcSteps)));
   Chain chain;
   for (int k = 0; k <= steps; k++) {
     double a = a1 + sweep * k / steps;
@@ -179,6 +187,7 @@ std::vector<Chain> EntityOutline(const Drawing& drawing, uint64_t id) {
 }
 
 void Box::Add(const Point3& p) {
+  if (!std::isfinite(p[0]) || !std::isfinite(p[1]) || !std::isfinite(p[2])) return;
   if (empty) {
     lo = hi = p;
     empty = false;

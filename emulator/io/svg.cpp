@@ -273,7 +273,7 @@ void SvgPainter::PaintArc(const PlacedRecord& p) {
   const Entity& e = *p.record;
   Point3 c = e.Point(10);
   double r = e.Real(40), a1 = e.Real(50), a2 = e.Real(51);
-  double sweep = std::fmod(a2 - a1, 2 * M_PI);
+  double sweep = std::fmod(std::fmod(a2, 2 * M_PI) - std::fmod(a1, 2 * M_PI), 2 * M_PI);
   if (sweep <= 1e-12) sweep += 2 * M_PI;
   if (!p.transform.Conformal() || sweep >= 2 * M_PI - 1e-9) return Sampled(p, ArcPoints(c, r, a1, a2));
   for (const Point3& q : ArcPoints(c, r, a1, a2)) At(p.transform.Apply(q));  // the frame
