@@ -13,7 +13,9 @@ namespace vorhost {
 using Chain = std::vector<Point3>;
 
 // The outline of the main entity id and its sub-entities, in world
-// coordinates. Empty for an entity with nothing to show.
+// coordinates. Empty for an entity with nothing to show. An insert's
+// blocks are expanded within the limits of blocks.h (kMaxBlockDepth
+// levels, kInsertBudget records and cells).
 std::vector<Chain> EntityOutline(const Drawing& drawing, uint64_t id);
 
 // The counter-clockwise sweep from angle a1 to a2 (radians), in (0, 2 pi]

@@ -18,6 +18,7 @@
 
 #include "emulator/core/numbers.h"
 #include "emulator/core/resbuf.h"
+#include "emulator/drawing/blocks.h"
 #include "emulator/io/dxf.h"
 #include "emulator/io/dxf_format.h"
 #include "emulator/io/dxf_text.h"
@@ -121,6 +122,14 @@ RbValue KindOf(int code) {
 
 bool SameName(std::string_view a, std::string_view b) {
   return SymbolTable<LayerRecord>::SameName(a, b);
+}
+
+// A name as SameName compares it.
+std::string Upper(std::string_view name) {
+  std::string out(name);
+  for (char& c : out)
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
+  return out;
 }
 
 // The blocks that hold model and paper space in files of any version; the
@@ -242,7 +251,10 @@ class Parser {
   bool ReadTables();
   bool ReadTableEntry(std::string_view type, std::span<const RawGroup> raws);
   bool ReadBlocks();
-  bool ReadEntities(std::vector<Entity>* out, std::string_view end);
+  // The block an INSERT names, and the line of the name.
+  using InsertLines = std::vector<std::pair<std::string, int>>;
+  bool ReadEntities(std::vector<Entity>* out, std::string_view end, InsertLines* insert_lines = nullptr);
+  bool CheckBlockCycles();
   bool ReadEntitiesSection();
   bool ReadEntity(std::string_view type, std::span<const RawGroup> raws, const Entity* polyline,
                   Entity* e);
@@ -268,6 +280,8 @@ class Parser {
     uint32_t handle;
   };
   std::vector<PendingStyle> pending_styles_;
+  // For each block read (by upper-case name), the INSERTs in it.
+  std::map<std::string, InsertLines> block_inserts_;
 };
 
 bool Parser::Fail(int line, const std::string& message) {
@@ -546,8 +560,9 @@ bool Parser::ReadEntity(std::string_view type, std::span<const RawGroup> raws,
 }
 
 // Records up to the group 0 named end (ENDSEC or ENDBLK), which is left
-// for the caller.
-bool Parser::ReadEntities(std::vector<Entity>* out, std::string_view end) {
+// for the caller; with insert_lines, the block each INSERT names and the
+// line where it does.
+bool Parser::ReadEntities(std::vector<Entity>* out, std::string_view end, InsertLines* insert_lines) {
   std::optional<size_t> polyline;  // index in *out of the open POLYLINE
   while (!SectionEnds()) {
     if (Is(pos_, 0, end)) return true;
@@ -558,6 +573,12 @@ bool Parser::ReadEntities(std::vector<Entity>* out, std::string_view end) {
     std::span<const RawGroup> raws = Record();
     Entity e;
     if (!ReadEntity(type, raws, polyline ? &(*out)[*polyline] : nullptr, &e)) return false;
+    if (type == "INSERT" && insert_lines) {
+      int line = g.line;
+      for (const RawGroup& r : raws)
+        if (r.code == dxf::kCodeName) line = r.line;
+      insert_lines->push_back({e.Text(dxf::kCodeName), line});
+    }
     if (type == "POLYLINE") polyline = out->size();
     else if (type != "VERTEX") polyline.reset();
     out->push_back(std::move(e));
@@ -576,7 +597,9 @@ bool Parser::ReadBlocks() {
     Entity head;
     if (!Convert(raws, &head.groups)) return false;
     BlockRecord block{head.Text(2), head.Point(10), head.Short(70), {}};
-    if (!ReadEntities(&block.entities, "ENDBLK")) return false;
+    InsertLines inserts;
+    if (!ReadEntities(&block.entities, "ENDBLK", &inserts)) return false;
+    block_inserts_[Upper(block.name)] = std::move(inserts);
     pos_++;
     Record();  // ENDBLK's own groups
     if (!IsLayoutBlock(block.name)) drawing_.tables().blocks().Put(std::move(block));
@@ -590,6 +613,21 @@ bool Parser::ReadEntitiesSection() {
   pos_++;
   for (Entity& e : records) drawing_.Append(std::move(e));
   return true;
+}
+
+// A block that inserts itself, directly or through others, would be drawn
+// without end: such a file is refused at the INSERT that closes the cycle.
+bool Parser::CheckBlockCycles() {
+  std::vector<std::string> cycle = BlockCycle(drawing_.tables().blocks());
+  if (cycle.empty()) return true;
+  const std::string& last = cycle[cycle.size() - 2];
+  int line = 0;
+  for (const auto& [name, at] : block_inserts_[Upper(last)])
+    if (SameName(name, cycle.back())) {
+      line = at;
+      break;
+    }
+  return Fail(line, DescribeCycle(cycle));
 }
 
 bool Parser::SkipSection() {
@@ -653,7 +691,7 @@ bool Parser::Run(Drawing* drawing, std::vector<std::pair<std::string, SysValue>>
                                    : SkipSection();
     if (!ok) return false;
   }
-  if (!error_.empty()) return false;
+  if (!error_.empty() || !CheckBlockCycles()) return false;
   ResolveLinetypeStyles();
   ApplyHeader(vars);
   uint32_t seed = std::max(header_.seed, drawing_.handle_seed());

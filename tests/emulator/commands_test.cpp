@@ -490,6 +490,31 @@ TEST_F(InsertTest, AsksAttributesInBlockOrderAndWalksIntoThem) {
   EXPECT_NE(ads_command(RTSTR, "INSERT", RTSTR, "NOBLOCK", 0), RTNORM);
 }
 
+// A drawing file whose model space inserts the block it defines, itself or
+// through the drawing's blocks, is refused; the drawing keeps its blocks.
+TEST_F(InsertTest, ABlockFileThatInsertsItselfIsRefused) {
+  auto write = [&](const char* name, const char* inserts) {
+    Drawing file;
+    Entity insert("INSERT");
+    insert.groups = {{2, std::string(inserts)}, {10, Point3{0, 0, 0}}};
+    file.Append(insert);
+    std::string err;
+    ASSERT_TRUE(SaveDxf(file, SysVarTable(), LinuxPath(name), &err)) << err;
+  };
+  write("SELF.DXF", "SELF");
+  write("INNER.DXF", "OUTER");
+  Entity inner("INSERT");
+  inner.groups = {{2, std::string("INNER")}, {10, Point3{0, 0, 0}}};
+  host_->tables().blocks().Put({"OUTER", {0, 0, 0}, 0, {inner}});
+  ads_point at = {0, 0, 0};
+  EXPECT_EQ(ads_command(RTSTR, "INSERT", RTSTR, "SELF", RT3DPOINT, at, 0), RTREJ);
+  EXPECT_NE(Output().find("Block SELF inserts itself.\n*Cancel*"), std::string::npos) << Output();
+  EXPECT_EQ(ads_command(RTSTR, "INSERT", RTSTR, "INNER", RT3DPOINT, at, 0), RTREJ);
+  EXPECT_NE(Output().find("Block INNER inserts itself through OUTER.\n*Cancel*"), std::string::npos);
+  EXPECT_EQ(host_->tables().blocks().records().size(), 1u);
+  EXPECT_TRUE(host_->drawing().entities().empty());
+}
+
 TEST_F(InsertTest, AttributesScaledOutOfRangeRefuseTheInsert) {
   ads_point at = {0, 0, 0};
   size_t before = host_->drawing().entities().size();

@@ -360,6 +360,12 @@ TEST_F(DxfTest, BrokenFilesFailWithTheirLine) {
       {"0\nSECTION\n2\nENTITIES\n0\nLINE\n-1\nx\n0\nENDSEC\n0\nEOF\n", ":7: '-1' is not a group code"},
       {"0\nSECTION\n2\nHEADER\n9\n$LTSCALE\n40\n1e100\n0\nENDSEC\n0\nEOF\n",
        ":8: '1e100' is out of range (group 40)"},
+      // Blocks that insert themselves, at the insert that closes the cycle.
+      {"0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n2\nA\n0\nINSERT\n2\nA\n0\nENDBLK\n0\nENDSEC\n0\nEOF\n",
+       ":12: block A inserts itself\nA\n^"},
+      {"0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n2\nA\n0\nINSERT\n2\nB\n0\nENDBLK\n"
+       "0\nBLOCK\n2\nB\n0\nINSERT\n2\na\n0\nENDBLK\n0\nENDSEC\n0\nEOF\n",
+       ":22: block A inserts itself through B"},
   };
   for (const Case& c : cases) {
     Drawing d;
