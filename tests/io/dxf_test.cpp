@@ -405,6 +405,37 @@ TEST_F(DxfTest, OnlyWhatTheHostKeepsMustBeInRange) {
   EXPECT_EQ(DumpDrawing(again), DumpDrawing(d));
 }
 
+// Should a number that is not finite get into a drawing, the save is
+// refused rather than written with a 0 in its place; extents wider than a
+// double can measure keep the default view.
+TEST_F(DxfTest, NothingNotFiniteIsWritten) {
+  Drawing d;
+  Entity line("LINE");
+  line.groups = {{10, Point3{0, 0, 0}}, {11, Point3{NAN, 0, 0}}};
+  d.Append(line);
+  std::string err;
+  EXPECT_FALSE(SaveDxf(d, SysVarTable(), Path("nan.dxf"), &err));
+  EXPECT_EQ(err, Path("nan.dxf") + ": the drawing holds a number that is not finite; nothing was written");
+  EXPECT_FALSE(std::filesystem::exists(Path("nan.dxf")));
+
+  // A line of +-1e99 at scales 1e99, 1e99 and 1e11: +-1e308 wide.
+  Drawing wide;
+  auto insert = [](const char* block, double scale) {
+    return sample::Record("INSERT", "0", {{2, std::string(block)}, {10, Point3{0, 0, 0}}, {41, scale},
+                                          {42, scale}, {43, 1.0}, {50, 0.0}});
+  };
+  wide.tables().blocks().Put({"FAR", {0, 0, 0}, 0, {sample::Record("LINE", "0", {{10, Point3{-1e99, 0, 0}},
+                                                                                 {11, Point3{1e99, 0, 0}}})}});
+  wide.tables().blocks().Put({"MID", {0, 0, 0}, 0, {insert("FAR", 1e99)}});
+  wide.tables().blocks().Put({"TOP", {0, 0, 0}, 0, {insert("MID", 1e99)}});
+  wide.Append(insert("TOP", 1e11));
+  std::string file = Save(wide, SysVarTable());
+  EXPECT_EQ(Value(Find(file, "LINE"), 10), "-1e+99");
+  EXPECT_EQ(Value(Find(file, "VPORT"), 40), "297.0");
+  EXPECT_EQ(file.find("nan"), std::string::npos);
+  EXPECT_EQ(file.find("inf"), std::string::npos);
+}
+
 TEST_F(DxfTest, FailedSaveLeavesNothingBehind) {
   Drawing d;
   std::string err;
