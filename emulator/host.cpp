@@ -62,6 +62,12 @@ Host::Host(std::ostream* out)
 void Host::InstallTextCheck() {
   sysvars_.SetTextCheck([this](std::string_view name, std::string* value) {
     *value = lisp::UpperName(*value);
+    if (name == "CECOLOR") {  // kept as NewEntity reads it: BYLAYER, BYBLOCK or 1 to 255
+      std::optional<short> color = ColorAnswer(Answer::Text(*value), true);
+      if (!color) return false;
+      *value = *color == kColorByLayer ? "BYLAYER" : *color == kColorByBlock ? "BYBLOCK" : std::to_string(*color);
+      return true;
+    }
     if (name == "TEXTSTYLE") return tables().styles().Find(*value) != nullptr;
     if (name == "CLAYER") return tables().layers().Find(*value) != nullptr;
     return tables().linetypes().Find(*value) != nullptr;

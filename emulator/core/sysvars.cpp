@@ -87,9 +87,9 @@ const Default kDefaults[] = {
     {"USERS2", std::string(""), 0, 0, false},
 };
 
-// Variables whose text must name something in the drawing.
+// Variables whose text must name something in the drawing, or a colour.
 bool IsCheckedText(std::string_view name) {
-  return name == "TEXTSTYLE" || name == "CLAYER" || name == "CELTYPE";
+  return name == "TEXTSTYLE" || name == "CLAYER" || name == "CELTYPE" || name == "CECOLOR";
 }
 
 

@@ -319,7 +319,7 @@ TEST_F(CommandTest, NumbersOutOfRangeAreRefused) {
 TEST_F(CommandTest, SystemVariablesRefuseNumbersOutOfRange) {
   for (const char* set : {"(setvar \"CMDECHO\" 65536)", "(setvar \"LTSCALE\" 1e200)",
                           "(setvar \"INSBASE\" '(0 1e100))", "(setvar \"INSBASE\" '(0 \"1\"))",
-                          "(setvar \"CMDECHO\" T)"}) {
+                          "(setvar \"CMDECHO\" T)", "(setvar \"CECOLOR\" \"70000\")"}) {
     size_t before = Output().size();
     host_->Execute(set);
     EXPECT_NE(Output().find("error: the host rejected the value\n", before), std::string::npos) << set;
@@ -338,6 +338,12 @@ TEST_F(CommandTest, SystemVariablesRefuseNumbersOutOfRange) {
   EXPECT_EQ(std::get<double>(v), 1.0);
   ASSERT_TRUE(host_->sysvars().Get("INSBASE", &v));
   EXPECT_EQ(std::get<Point3>(v), (Point3{0, 0, 0}));
+  // The current colour is kept as new records read it: a number, BYLAYER
+  // or BYBLOCK.
+  host_->Execute("(setvar \"CECOLOR\" \"red\")");
+  ASSERT_TRUE(host_->sysvars().Get("CECOLOR", &v));
+  EXPECT_EQ(std::get<std::string>(v), "1");
+  EXPECT_EQ(host_->NewEntity("LINE").color, 1);
 }
 
 TEST_F(CommandTest, CmdechoDecidesWhetherProgramCommandsAreShown) {
