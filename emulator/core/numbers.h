@@ -1,5 +1,5 @@
-// numbers.h - the range of the numbers a drawing keeps, and the one way
-// the host writes a real as text for people and for files it makes.
+// numbers.h - the range of the numbers a drawing keeps, and how the host
+// shows a real to people (the command line, the dump) and in pictures.
 //
 // Every real that enters a drawing or a system variable (typed, sent by a
 // program, read from a file) must be finite and at most kMaxMagnitude in

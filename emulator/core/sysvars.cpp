@@ -92,7 +92,6 @@ bool IsCheckedText(std::string_view name) {
   return name == "TEXTSTYLE" || name == "CLAYER" || name == "CELTYPE" || name == "CECOLOR";
 }
 
-
 // Four decimals, as the host shows reals; the exponent form for the large
 // ones, which would otherwise run to a hundred digits.
 std::string Real4(double v) {

@@ -158,8 +158,9 @@ TEST(SvgTest, HugeNumbersStayReadableAndFinite) {
     previous = name;
   }
   d.Append(Record("INSERT", "0", {{2, previous}, {10, Point3{0, 0, 0}}, {41, 1.0}, {42, 1.0}, {43, 1.0}, {50, 0.0}}));
+  d.Append(Record("ARC", "0", {{10, Point3{0, 0, 0}}, {40, 1.0}, {50, 1e20}, {51, -1e20}}));
   std::string svg = DrawingSvg(d, SysVarTable());
-  EXPECT_EQ(Count(svg, "<path"), 1u) << svg;
+  EXPECT_EQ(Count(svg, "<path"), 2u) << "the line and the arc, not the block" << svg;
   EXPECT_NE(svg.find("<path d=\"M-1e+99,0 L1e+99,-1\""), std::string::npos) << svg;
   for (const char* word : {"nan", "inf", "0000000000"}) EXPECT_EQ(svg.find(word), std::string::npos) << word;
   EXPECT_NE(svg.find("viewBox=\"-1.1e+99 "), std::string::npos) << svg.substr(0, 300);
