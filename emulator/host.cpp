@@ -8,6 +8,7 @@
 
 #include "emulator/core/encoding.h"
 #include "emulator/core/hostfuncs.h"
+#include "emulator/core/numbers.h"
 #include "emulator/core/resbuf.h"
 #include "emulator/io/dxf.h"
 #include "emulator/platform/filesystem.h"
@@ -45,6 +46,15 @@ std::optional<std::string> FindInFolder(const std::string& dir, std::string_view
   return std::nullopt;
 }
 
+// A list of two or three numbers: a point as the command language gives one.
+bool IsPointValue(const lisp::Value& v) {
+  if (v.kind != lisp::Value::Kind::kList || v.dotted || v.items.size() < 2 || v.items.size() > 3)
+    return false;
+  for (const lisp::Value& item : v.items)
+    if (!item.IsNumber()) return false;
+  return true;
+}
+
 }  // namespace
 
 Host::Host(std::ostream* out)
@@ -60,6 +70,12 @@ Host::Host(std::ostream* out)
 void Host::InstallTextCheck() {
   sysvars_.SetTextCheck([this](std::string_view name, std::string* value) {
     *value = lisp::UpperName(*value);
+    if (name == "CECOLOR") {  // kept as NewEntity reads it: BYLAYER, BYBLOCK or 1 to 255
+      std::optional<short> color = ColorAnswer(Answer::Text(*value), true);
+      if (!color) return false;
+      *value = *color == kColorByLayer ? "BYLAYER" : *color == kColorByBlock ? "BYBLOCK" : std::to_string(*color);
+      return true;
+    }
     if (name == "TEXTSTYLE") return tables().styles().Find(*value) != nullptr;
     if (name == "CLAYER") return tables().layers().Find(*value) != nullptr;
     return tables().linetypes().Find(*value) != nullptr;
@@ -98,7 +114,7 @@ void Host::DefineBuiltins() {
       if (v.kind == K::kString) items.push_back(Answer::Text(v.text));
       else if (v.kind == K::kInt) items.push_back(Answer::OfInt(v.integer));
       else if (v.kind == K::kReal) items.push_back(Answer::OfReal(v.real));
-      else if (v.kind == K::kList && v.items.size() >= 2 && v.items.size() <= 3 && v.items[0].IsNumber())
+      else if (IsPointValue(v))
         items.push_back(Answer::OfPoint({v.items[0].Number(), v.items[1].Number(),
                                          v.items.size() == 3 ? v.items[2].Number() : 0.0}));
       else if (v.kind == K::kEname) {
@@ -136,14 +152,22 @@ void Host::DefineBuiltins() {
     }
     const lisp::Value& v = args[1];
     SysValue value;
-    if (v.kind == lisp::Value::Kind::kInt) value = static_cast<short>(v.integer);
-    else if (v.kind == lisp::Value::Kind::kReal) value = v.real;
-    else if (v.kind == lisp::Value::Kind::kString) value = v.text;
-    else if (v.kind == lisp::Value::Kind::kList && v.items.size() >= 2 && v.items.size() <= 3)
+    bool fits = true;  // an integer past 16 bits is refused, not wrapped
+    if (v.kind == lisp::Value::Kind::kInt) {
+      fits = IsShort(v.integer);
+      value = static_cast<short>(v.integer);
+    } else if (v.kind == lisp::Value::Kind::kReal) {
+      value = v.real;
+    } else if (v.kind == lisp::Value::Kind::kString) {
+      value = v.text;
+    } else if (IsPointValue(v)) {
       value = Point3{v.items[0].Number(), v.items[1].Number(),
                      v.items.size() == 3 ? v.items[2].Number() : 0.0};
+    } else {
+      fits = false;
+    }
     std::string why;
-    if (v.IsNil() || !sysvars_.Set(args[0].text, value, &why)) {
+    if (!fits || !sysvars_.Set(args[0].text, value, &why)) {
       *err = "the host rejected the value";
       return false;
     }

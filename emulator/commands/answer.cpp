@@ -4,9 +4,9 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 
 #include "emulator/core/encoding.h"
+#include "emulator/core/numbers.h"
 
 namespace vorhost {
 namespace {
@@ -47,16 +47,34 @@ std::optional<Point3> ParseCoordinates(std::string_view s) {
   return p;
 }
 
+// The point an answer names, before its range is checked.
+std::optional<Point3> ReadPoint(const Answer& a, const Point3& last) {
+  if (a.kind == Answer::Kind::kPoint) return a.point;
+  if (a.kind != Answer::Kind::kText) return std::nullopt;
+  std::string_view s = TrimBlanks(a.text);
+  if (s.empty() || s.front() != '@') return ParseCoordinates(s);
+  s.remove_prefix(1);
+  if (s.empty()) return last;
+  if (size_t lt = s.find('<'); lt != std::string_view::npos) {
+    auto dist = ParseNumber(s.substr(0, lt));
+    auto angle = ParseNumber(s.substr(lt + 1));
+    if (!dist || !angle) return std::nullopt;
+    double rad = *angle * M_PI / 180;
+    return Point3{last[0] + *dist * std::cos(rad), last[1] + *dist * std::sin(rad), last[2]};
+  }
+  auto d = ParseCoordinates(s);
+  if (!d) return std::nullopt;
+  return Point3{last[0] + (*d)[0], last[1] + (*d)[1], last[2] + (*d)[2]};
+}
+
 }  // namespace
 
+// What a program sent is echoed as it was, even a value the command will
+// refuse.
 std::string FormatNumber(double v) {
-  if (v == 0) return "0";
-  char buf[64];
-  std::snprintf(buf, sizeof buf, "%.6f", v);
-  std::string s = buf;
-  while (s.back() == '0') s.pop_back();
-  if (s.back() == '.') s.pop_back();
-  return s;
+  if (std::isnan(v)) return "nan";
+  if (std::isinf(v)) return v > 0 ? "inf" : "-inf";
+  return DecimalText(v, 6);
 }
 
 std::string FormatPoint(const Point3& p) {
@@ -76,10 +94,12 @@ std::string Answer::Echo() const {
 }
 
 std::optional<double> AnswerReal(const Answer& a) {
-  if (a.kind == Answer::Kind::kReal) return a.real;
-  if (a.kind == Answer::Kind::kInt) return static_cast<double>(a.integer);
-  if (a.kind == Answer::Kind::kText) return ParseNumber(a.text);
-  return std::nullopt;
+  std::optional<double> v;
+  if (a.kind == Answer::Kind::kReal) v = a.real;
+  else if (a.kind == Answer::Kind::kInt) v = static_cast<double>(a.integer);
+  else if (a.kind == Answer::Kind::kText) v = ParseNumber(a.text);
+  if (v && !InRange(*v)) return std::nullopt;
+  return v;
 }
 
 std::optional<long> AnswerInt(const Answer& a, long lo, long hi) {
@@ -89,22 +109,9 @@ std::optional<long> AnswerInt(const Answer& a, long lo, long hi) {
 }
 
 std::optional<Point3> AnswerPoint(const Answer& a, const Point3& last) {
-  if (a.kind == Answer::Kind::kPoint) return a.point;
-  if (a.kind != Answer::Kind::kText) return std::nullopt;
-  std::string_view s = TrimBlanks(a.text);
-  if (s.empty() || s.front() != '@') return ParseCoordinates(s);
-  s.remove_prefix(1);
-  if (s.empty()) return last;
-  if (size_t lt = s.find('<'); lt != std::string_view::npos) {
-    auto dist = ParseNumber(s.substr(0, lt));
-    auto angle = ParseNumber(s.substr(lt + 1));
-    if (!dist || !angle) return std::nullopt;
-    double rad = *angle * M_PI / 180;
-    return Point3{last[0] + *dist * std::cos(rad), last[1] + *dist * std::sin(rad), last[2]};
-  }
-  auto d = ParseCoordinates(s);
-  if (!d) return std::nullopt;
-  return Point3{last[0] + (*d)[0], last[1] + (*d)[1], last[2] + (*d)[2]};
+  std::optional<Point3> p = ReadPoint(a, last);
+  if (p && !InRange(*p)) return std::nullopt;
+  return p;
 }
 
 std::optional<short> ColorAnswer(const Answer& a, bool allow_logical) {

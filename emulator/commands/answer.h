@@ -42,14 +42,22 @@ struct Answer {
   std::string Echo() const;
 };
 
+// Why a command refuses an answer whose result (a point computed from
+// it, a record made with it) would fall out of the drawing's range.
+constexpr const char* kValueOutOfRange = "Value out of range.";
+
 // A number as the command line shows it: "2.5", "100", "-90".
 std::string FormatNumber(double v);
 std::string FormatPoint(const Point3& p);
 
-// The answer as a real: a number sent, or a typed decimal number.
+// The answer as a real: a number sent, or a typed decimal number. None
+// for a number that is not finite or is out of the drawing's range (see
+// core/numbers.h), whether typed or sent by a program.
 std::optional<double> AnswerReal(const Answer& a);
 // The answer as a point. Typed forms: "x,y" and "x,y,z"; "@dx,dy[,dz]"
 // relative to last; "@dist<angle" polar from last; "@" is last itself.
+// None for a point with a coordinate out of range, a relative point whose
+// sum runs out of range included.
 std::optional<Point3> AnswerPoint(const Answer& a, const Point3& last);
 // The answer as a whole number in [lo, hi].
 std::optional<long> AnswerInt(const Answer& a, long lo, long hi);

@@ -4,6 +4,7 @@
 
 #include "emulator/commands/registry.h"
 #include "emulator/commands/selection.h"
+#include "emulator/core/numbers.h"
 #include "emulator/drawing/geometry.h"
 #include "emulator/host.h"
 
@@ -131,6 +132,7 @@ class PlineCommand : public Command {
   Step StartWidth(const Answer& a) {
     std::optional<double> w = a.IsEnter() ? end_width_ / Factor() : AnswerReal(a);
     if (!w || *w < 0) return Reject("Requires a width of 0 or more.");
+    if (!InRange(*w * Factor())) return Reject(kValueOutOfRange);
     pending_start_ = *w * Factor();
     state_ = State::kEndWidth;
     return Step::kAsk;
@@ -139,6 +141,7 @@ class PlineCommand : public Command {
   Step EndWidth(const Answer& a) {
     std::optional<double> w = a.IsEnter() ? pending_start_ / Factor() : AnswerReal(a);
     if (!w || *w < 0) return Reject("Requires a width of 0 or more.");
+    if (!InRange(*w * Factor())) return Reject(kValueOutOfRange);
     start_width_ = pending_start_;
     end_width_ = *w * Factor();
     state_ = State::kMain;
@@ -149,7 +152,9 @@ class PlineCommand : public Command {
     std::optional<double> len = AnswerReal(a);
     if (!len) return Reject("Requires numeric distance.");
     const Point3& p = vertices_.back().at;
-    AddVertex({p[0] + *len * std::cos(direction_), p[1] + *len * std::sin(direction_), p[2]}, false);
+    Point3 q{p[0] + *len * std::cos(direction_), p[1] + *len * std::sin(direction_), p[2]};
+    if (!InRange(q)) return Reject(kValueOutOfRange);
+    AddVertex(q, false);
     state_ = State::kMain;
     return Step::kAsk;
   }
@@ -333,6 +338,7 @@ class ArcCommand : public Command {
 
   Step Make(const Point3& c, double r, double a1, double a2) {
     if (r <= 0) return Reject("The arc has no radius.");
+    if (!InRange(c) || !InRange(r)) return Reject(kValueOutOfRange);
     Entity e = host_.NewEntity("ARC");
     e.groups = {{10, c}, {40, r}, {50, NormalAngle(a1)}, {51, NormalAngle(a2)}};
     host_.drawing().Append(std::move(e));
@@ -427,6 +433,7 @@ class CircleCommand : public Command {
 
   Step Make(const Point3& c, double r) {
     if (r <= 0) return Reject("The circle has no radius.");
+    if (!InRange(c) || !InRange(r)) return Reject(kValueOutOfRange);
     Entity e = host_.NewEntity("CIRCLE");
     e.groups = {{10, c}, {40, r}};
     host_.drawing().Append(std::move(e));

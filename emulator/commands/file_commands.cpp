@@ -37,7 +37,10 @@ class SaveAsCommand : public Command {
     if (upper.size() < 4 || upper.compare(upper.size() - 4, 4, ".DXF") != 0) dos += ".DXF";
     std::string full = Files().DosPath(dos);
     if (!Files().Resolve(dos, &linux_path)) return Reject("Invalid file name " + dos + ".");
-    if (!ReplaceFile(linux_path, DrawingDxf(host_.drawing(), host_.sysvars()), full, &why)) return Reject(why);
+    std::string text;
+    if (!DrawingDxf(host_.drawing(), host_.sysvars(), &text))
+      return Reject("Cannot save " + full + ": " + kNotFiniteReason + ".");
+    if (!ReplaceFile(linux_path, text, full, &why)) return Reject(why);
     size_t slash = FindLastSeparator(full);  // never the second byte of a Big5 character
     host_.sysvars().Force("DWGNAME", full.substr(slash + 1));
     host_.sysvars().Force("DWGPREFIX", full.substr(0, slash + 1));

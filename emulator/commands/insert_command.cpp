@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "emulator/commands/registry.h"
+#include "emulator/drawing/blocks.h"
 #include "emulator/host.h"
 #include "emulator/io/dxf.h"
 #include "emulator/platform/filesystem.h"
@@ -22,7 +23,10 @@ void Merge(SymbolTable<Record>& into, const SymbolTable<Record>& from) {
 
 // Defines block name from the drawing file path: its model space becomes
 // the block, based at the file's INSBASE; its tables and blocks join the
-// drawing's where the drawing lacks them.
+// drawing's where the drawing lacks them. A definition that would make a
+// block insert itself (the file's model space inserting name, directly or
+// through the drawing's blocks or the file's) is refused, and the drawing
+// is left as it was.
 bool DefineFromFile(Host& host, const std::string& name, const std::string& path, std::string* why) {
   Drawing file;
   SysVarTable vars;
@@ -36,11 +40,17 @@ bool DefineFromFile(Host& host, const std::string& name, const std::string& path
     if (e.type == "ATTDEF") block.flags |= 2;
   }
   Tables& t = host.tables();
+  SymbolTable<BlockRecord> blocks = t.blocks();
+  Merge(blocks, file.tables().blocks());
+  blocks.Put(std::move(block));
+  if (std::vector<std::string> cycle = BlockCycle(blocks, name); !cycle.empty()) {
+    *why = "B" + DescribeCycle(cycle).substr(1) + ".";
+    return false;
+  }
   Merge(t.layers(), file.tables().layers());
   Merge(t.linetypes(), file.tables().linetypes());
   Merge(t.styles(), file.tables().styles());
-  Merge(t.blocks(), file.tables().blocks());
-  t.blocks().Put(std::move(block));
+  t.blocks() = std::move(blocks);
   return true;
 }
 
@@ -141,13 +151,18 @@ class InsertCommand : public Command {
   }
 
   // Collects the definitions to ask about; with ATTREQ 0 nothing is asked.
+  // The attributes' places, heights and angles (the block's, scaled and
+  // turned by the insert's) must be in range, or the rotation is refused.
   Step StartAttributes() {
     const BlockRecord* block = host_.tables().blocks().Find(name_);
     SysValue req;
     bool ask = !host_.sysvars().Get("ATTREQ", &req) || std::get<short>(req) != 0;
+    defs_.clear();
+    pending_.clear();
     for (size_t i = 0; i < block->entities.size(); i++) {
       const Entity& e = block->entities[i];
       if (e.type != "ATTDEF" || (e.Short(70) & kConstant)) continue;
+      if (!Attribute(e, "", block->base).NumbersInRange()) return Reject(kValueOutOfRange);
       defs_.push_back(i);
       if (ask && !(e.Short(70) & kPreset)) pending_.push_back(i);
     }

@@ -230,6 +230,7 @@ class TextCommand : public Command {
                 {71, style ? style->generation : short{0}}, {72, just_->h}};
     if (just_->h != 0 || just_->v != 0) e.groups.push_back({11, just_->h == 3 || just_->h == 5 ? second_ : first_});
     e.groups.push_back({73, just_->v});
+    if (!e.NumbersInRange()) return Reject(kValueOutOfRange);
     host_.set_last_text(host_.drawing().Append(std::move(e)));
     return Step::kDone;
   }
@@ -339,7 +340,7 @@ class StyleCommand : public Command {
 
   Step Number(const Answer& a, double* value, double lo, double hi, State next) {
     std::optional<double> v = a.IsEnter() ? *value : AnswerReal(a);
-    if (!v || *v < lo || *v > hi) return Reject("Value out of range.");
+    if (!v || *v < lo || *v > hi) return Reject(kValueOutOfRange);
     *value = *v;
     state_ = next;
     return Step::kAsk;

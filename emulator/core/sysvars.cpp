@@ -1,7 +1,10 @@
 // sysvars.cpp - system variables with the host's metric defaults.
 #include "emulator/core/sysvars.h"
 
+#include <cmath>
 #include <cstdio>
+
+#include "emulator/core/numbers.h"
 
 namespace vorhost {
 namespace {
@@ -84,25 +87,27 @@ const Default kDefaults[] = {
     {"USERS2", std::string(""), 0, 0, false},
 };
 
-// Variables whose text must name something in the drawing.
+// Variables whose text must name something in the drawing, or a colour.
 bool IsCheckedText(std::string_view name) {
-  return name == "TEXTSTYLE" || name == "CLAYER" || name == "CELTYPE";
+  return name == "TEXTSTYLE" || name == "CLAYER" || name == "CELTYPE" || name == "CECOLOR";
+}
+
+// Four decimals, as the host shows reals; the exponent form for the large
+// ones, which would otherwise run to a hundred digits.
+std::string Real4(double v) {
+  if (!(std::fabs(v) < 1e15)) return DecimalText(v, 4);
+  char buf[32];
+  std::snprintf(buf, sizeof buf, "%.4f", v);
+  return buf;
 }
 
 }  // namespace
 
 std::string FormatSysValue(const SysValue& value) {
-  char buf[96];
-  if (auto* s = std::get_if<short>(&value)) {
-    std::snprintf(buf, sizeof buf, "%d", *s);
-  } else if (auto* r = std::get_if<double>(&value)) {
-    std::snprintf(buf, sizeof buf, "%.4f", *r);
-  } else if (auto* p = std::get_if<Point3>(&value)) {
-    std::snprintf(buf, sizeof buf, "%.4f,%.4f,%.4f", (*p)[0], (*p)[1], (*p)[2]);
-  } else {
-    return std::get<std::string>(value);
-  }
-  return buf;
+  if (auto* s = std::get_if<short>(&value)) return std::to_string(*s);
+  if (auto* r = std::get_if<double>(&value)) return Real4(*r);
+  if (auto* p = std::get_if<Point3>(&value)) return Real4((*p)[0]) + "," + Real4((*p)[1]) + "," + Real4((*p)[2]);
+  return std::get<std::string>(value);
 }
 
 SysVarTable::SysVarTable() {
@@ -138,6 +143,13 @@ bool SysVarTable::Set(std::string_view name, const SysValue& value, std::string*
     v = static_cast<double>(std::get<short>(v));
   if (v.index() != var.value.index()) {
     *why = "Invalid value for " + key + ".";
+    return false;
+  }
+  auto* real = std::get_if<double>(&v);
+  auto* point = std::get_if<Point3>(&v);
+  if ((real && !InRange(*real)) || (point && !InRange(*point))) {
+    *why = "Value must be between " + DecimalText(-kMaxMagnitude, 0) + " and " +
+           DecimalText(kMaxMagnitude, 0) + ".";
     return false;
   }
   if (auto* s = std::get_if<short>(&v); s && var.min < var.max && (*s < var.min || *s > var.max)) {

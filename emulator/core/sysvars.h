@@ -31,8 +31,9 @@ class SysVarTable {
   // A table holding the host's defaults for a new drawing.
   SysVarTable();
 
-  // Checks a new text value (an existing style, layer or linetype name) and
-  // may rewrite it (upper case); false refuses it.
+  // Checks a new text value (an existing style, layer or linetype name, or
+  // a colour) and may rewrite it (upper case, a colour's number); false
+  // refuses it.
   using TextCheck = std::function<bool(std::string_view name, std::string* value)>;
   void SetTextCheck(TextCheck check) { text_check_ = std::move(check); }
 

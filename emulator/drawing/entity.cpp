@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "emulator/core/numbers.h"
+
 namespace vorhost {
 
 const Group* Entity::Find(int code) const {
@@ -59,6 +61,14 @@ void Entity::Set(int code, GroupValue value) {
 
 void Entity::Remove(int code) {
   std::erase_if(groups, [code](const Group& g) { return g.code == code; });
+}
+
+bool Entity::NumbersInRange() const {
+  for (const Group& g : groups) {
+    if (auto* d = std::get_if<double>(&g.value); d && !InRange(*d)) return false;
+    if (auto* p = std::get_if<Point3>(&g.value); p && !InRange(*p)) return false;
+  }
+  return true;
 }
 
 }  // namespace vorhost

@@ -76,6 +76,11 @@ class Entity {
   void Set(int code, GroupValue value);
   void Remove(int code);
 
+  // Whether every real and point of the record is finite and within the
+  // drawing's range (core/numbers.h): what a command checks before it adds
+  // a record whose numbers it computed.
+  bool NumbersInRange() const;
+
   // Whether this record belongs to the one before it (VERTEX, ATTRIB,
   // SEQEND): such records are never main entities.
   bool IsSubEntity() const { return type == "VERTEX" || type == "ATTRIB" || type == "SEQEND"; }

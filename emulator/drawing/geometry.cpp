@@ -4,13 +4,14 @@
 #include <algorithm>
 #include <cmath>
 
+#include "emulator/drawing/blocks.h"
 #include "emulator/drawing/textmetric.h"
 
 namespace vorhost {
 namespace {
 
 constexpr int kArcSteps = 32;  // samples of a full circle
-constexpr int kMaxBlockDepth = 8;
+constexpr double kTwoPi = 2 * M_PI;
 
 // Applies an insert's transform (scale, rotate, move) to a point of its block.
 struct Transform {
@@ -27,7 +28,7 @@ struct Transform {
 using Transforms = std::vector<Transform>;
 
 void AddRecords(const Drawing& drawing, const std::vector<Entity>& records, const Transforms& ts,
-                int depth, std::vector<Chain>* out);
+                int depth, InsertBudget* budget, std::vector<Chain>* out);
 
 Chain TextChain(const Drawing& drawing, const Entity& e) {
   const StyleRecord* style = drawing.tables().styles().Find(e.Text(7, "STANDARD"));
@@ -74,14 +75,34 @@ Chain PointsOf(const Entity& e) {
   return chain;
 }
 
+// An insert's block once per cell of its columns and rows (one for a plain
+// insert), each cell moved along the insert's rotated axes, as long as the
+// budget lasts.
+void AddInsertCells(const Drawing& drawing, const Entity& e, const BlockRecord& block,
+                    const Transforms& ts, int depth, InsertBudget* budget, std::vector<Chain>* out) {
+  double r = e.Real(50), c = std::cos(r), s = std::sin(r);
+  Point3 at = e.Point(10);
+  int columns = std::max<int>(1, e.Short(70, 1)), rows = std::max<int>(1, e.Short(71, 1));
+  for (int row = 0; row < rows; row++)
+    for (int col = 0; col < columns; col++) {
+      if (!budget->Spend()) return;
+      double ox = col * e.Real(44), oy = row * e.Real(45);
+      Transforms inner = ts;
+      inner.insert(inner.begin(), Transform{block.base, {at[0] + ox * c - oy * s, at[1] + ox * s + oy * c, at[2]},
+                                            e.Real(41, 1), e.Real(42, 1), r});
+      AddRecords(drawing, block.entities, inner, depth + 1, budget, out);
+    }
+}
+
 void AddRecord(const Drawing& drawing, const std::vector<Entity>& records, size_t i,
-               const Transforms& ts, int depth, std::vector<Chain>* out) {
+               const Transforms& ts, int depth, InsertBudget* budget, std::vector<Chain>* out) {
   const Entity& e = records[i];
+  if (depth > 0 && !budget->Spend()) return;
   Chain chain;
   if (e.type == "LINE") {
     chain = {e.Point(10), e.Point(11)};
   } else if (e.type == "CIRCLE") {
-    chain = ArcPoints(e.Point(10), e.Real(40), 0, 2 * M_PI);
+    chain = ArcPoints(e.Point(10), e.Real(40), 0, kTwoPi);
   } else if (e.type == "ARC") {
     chain = ArcPoints(e.Point(10), e.Real(40), e.Real(50), e.Real(51));
   } else if (e.type == "POLYLINE") {
@@ -90,15 +111,10 @@ void AddRecord(const Drawing& drawing, const std::vector<Entity>& records, size_
     chain = TextChain(drawing, e);
   } else if (e.type == "INSERT") {
     const BlockRecord* block = drawing.tables().blocks().Find(e.Text(2));
-    if (block && depth < kMaxBlockDepth) {
-      Transforms inner = ts;
-      inner.insert(inner.begin(),
-                   Transform{block->base, e.Point(10), e.Real(41, 1), e.Real(42, 1), e.Real(50)});
-      AddRecords(drawing, block->entities, inner, depth + 1, out);
-    }
+    if (block && depth < kMaxBlockDepth) AddInsertCells(drawing, e, *block, ts, depth, budget, out);
     chain = {e.Point(10)};
     for (size_t k = i + 1; k < records.size() && records[k].type == "ATTRIB"; k++)
-      AddRecord(drawing, records, k, ts, depth, out);
+      AddRecord(drawing, records, k, ts, depth, budget, out);
   } else if (!e.IsSubEntity() && e.type != "ATTDEF") {
     chain = PointsOf(e);
   }
@@ -109,9 +125,10 @@ void AddRecord(const Drawing& drawing, const std::vector<Entity>& records, size_
 }
 
 void AddRecords(const Drawing& drawing, const std::vector<Entity>& records, const Transforms& ts,
-                int depth, std::vector<Chain>* out) {
-  for (size_t i = 0; i < records.size(); i++)
-    if (!records[i].erased && !records[i].IsSubEntity()) AddRecord(drawing, records, i, ts, depth, out);
+                int depth, InsertBudget* budget, std::vector<Chain>* out) {
+  for (size_t i = 0; i < records.size() && !budget->spent(); i++)
+    if (!records[i].erased && !records[i].IsSubEntity())
+      AddRecord(drawing, records, i, ts, depth, budget, out);
 }
 
 bool PointInside(const Point3& p, double x1, double y1, double x2, double y2) {
@@ -138,10 +155,17 @@ bool SegmentMeetsRect(const Point3& p, const Point3& q, double x1, double y1, do
 
 }  // namespace
 
+double ArcSweep(double a1, double a2) {
+  if (!std::isfinite(a1) || !std::isfinite(a2)) return 0;
+  double sweep = std::fmod(std::fmod(a2, kTwoPi) - std::fmod(a1, kTwoPi), kTwoPi);
+  return sweep <= 0 ? sweep + kTwoPi : sweep;
+}
+
 Chain ArcPoints(const Point3& c, double r, double a1, double a2) {
-  double sweep = a2 - a1;
-  while (sweep <= 0) sweep += 2 * M_PI;
-  int steps = std::max(2, static_cast<int>(std::ceil(sweep / (2 * M_PI) * kArcSteps)));
+  double sweep = ArcSweep(a1, a2);
+  if (sweep == 0 || !std::isfinite(r)) return {};
+  a1 = std::fmod(a1, kTwoPi);
+  int steps = std::max(2, static_cast<int>(std::ceil(sweep / kTwoPi * kArcSteps)));
   Chain chain;
   for (int k = 0; k <= steps; k++) {
     double a = a1 + sweep * k / steps;
@@ -172,13 +196,15 @@ std::vector<Chain> EntityOutline(const Drawing& drawing, uint64_t id) {
   const std::vector<Entity>& records = drawing.entities();
   for (size_t i = 0; i < records.size(); i++)
     if (records[i].id == id) {
-      if (!records[i].erased) AddRecord(drawing, records, i, {}, 0, &out);
+      InsertBudget budget;
+      if (!records[i].erased) AddRecord(drawing, records, i, {}, 0, &budget, &out);
       break;
     }
   return out;
 }
 
 void Box::Add(const Point3& p) {
+  if (!std::isfinite(p[0]) || !std::isfinite(p[1]) || !std::isfinite(p[2])) return;
   if (empty) {
     lo = hi = p;
     empty = false;

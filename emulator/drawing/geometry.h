@@ -13,10 +13,18 @@ namespace vorhost {
 using Chain = std::vector<Point3>;
 
 // The outline of the main entity id and its sub-entities, in world
-// coordinates. Empty for an entity with nothing to show.
+// coordinates. Empty for an entity with nothing to show. An insert's
+// blocks are expanded within the limits of blocks.h (kMaxBlockDepth
+// levels, kInsertBudget records and cells).
 std::vector<Chain> EntityOutline(const Drawing& drawing, uint64_t id);
 
-// The points of an arc counter-clockwise from a1 to a2 (radians) about c.
+// The counter-clockwise sweep from angle a1 to a2 (radians), in (0, 2 pi]
+// (equal angles make a full circle), found in constant time whatever the
+// angles' size; 0 when either is not finite.
+double ArcSweep(double a1, double a2);
+
+// The points of an arc counter-clockwise from a1 to a2 (radians) about c;
+// empty when the angles or the radius are not finite.
 Chain ArcPoints(const Point3& c, double r, double a1, double a2);
 
 // The centre, radius and angles of a polyline segment from p to q with
@@ -27,6 +35,8 @@ void BulgeArc(const Point3& p, const Point3& q, double b, Point3* centre, double
 struct Box {
   Point3 lo{0, 0, 0}, hi{0, 0, 0};
   bool empty = true;
+  // Grows the box to hold p; a point that is not finite (a block's point
+  // at a scale too large for a double) is left out.
   void Add(const Point3& p);
 };
 

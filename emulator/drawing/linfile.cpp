@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "emulator/core/encoding.h"
+#include "emulator/core/numbers.h"
 
 namespace vorhost {
 namespace {
@@ -63,7 +64,7 @@ struct Where {
 
 // A decimal number: [+-] digits [. digits] [e [+-] digits], with digits on
 // at least one side of the point. Rejects what strtod would also take
-// (hexadecimal, "inf", "nan") and values out of range.
+// (hexadecimal, "inf", "nan") and values out of the drawing's range.
 bool ParseNumber(std::string_view s, double* value) {
   size_t i = 0;
   auto digits = [&] {
@@ -88,7 +89,7 @@ bool ParseNumber(std::string_view s, double* value) {
   if (i != s.size()) return false;
   double v = 0;
   auto [end, ec] = std::from_chars(s.data() + magnitude, s.data() + s.size(), v);
-  if (ec != std::errc() || end != s.data() + s.size() || !std::isfinite(v)) return false;
+  if (ec != std::errc() || end != s.data() + s.size() || !InRange(v)) return false;
   *value = v == 0 ? 0.0 : (negative ? -v : v);  // no -0
   return true;
 }

@@ -6,19 +6,12 @@
 #include <cstdio>
 
 #include "emulator/core/encoding.h"
+#include "emulator/core/numbers.h"
 
 namespace vorhost {
 namespace {
 
-std::string Real(double v) {
-  char buf[64];
-  std::snprintf(buf, sizeof buf, "%.6f", v);
-  std::string s = buf;
-  while (s.back() == '0') s.pop_back();
-  if (s.back() == '.') s.pop_back();
-  if (s == "-0") s = "0";
-  return s;
-}
+std::string Real(double v) { return DecimalText(v, 6); }
 
 std::string Point(const Point3& p) { return "(" + Real(p[0]) + "," + Real(p[1]) + "," + Real(p[2]) + ")"; }
 

@@ -73,19 +73,31 @@ class GroupSink {
   }
   void Text(int code, std::string_view big5) { Raw(code, dxf::EscapeText(big5)); }
   void Int(int code, long v) { Raw(code, std::to_string(v)); }
-  void Real(int code, double v) { Raw(code, RealText(v)); }
-  void Angle(int code, double radians) { Raw(code, AngleText(radians)); }
+  void Real(int code, double v) {
+    non_finite_ |= !std::isfinite(v);
+    Raw(code, RealText(v));
+  }
+  void Angle(int code, double radians) {
+    non_finite_ |= !std::isfinite(radians);
+    Raw(code, AngleText(radians));
+  }
   void Point(int code, const Point3& p, bool with_z = true) {
     Real(code, p[0]);
     Real(code + dxf::kPointYOffset, p[1]);
     if (with_z) Real(code + dxf::kPointZOffset, p[2]);
   }
   void Handle(uint32_t handle) { Raw(kCodeHandle, HexHandle(handle)); }
-  void Append(const GroupSink& other) { out_ += other.out_; }
+  void Append(const GroupSink& other) {
+    out_ += other.out_;
+    non_finite_ |= other.non_finite_;
+  }
   const std::string& str() const { return out_; }
+  // Whether a real that is not finite was given (and written as 0).
+  bool non_finite() const { return non_finite_; }
 
  private:
   std::string out_;
+  bool non_finite_ = false;
 };
 
 // Gives every written record a handle unique in the file: a record keeps
@@ -185,8 +197,10 @@ void WriteVportTable(const Box& extents, GroupSink* out) {
   Point3 centre{0, 0, 0};
   double height = 297;
   if (!extents.empty) {
-    centre = {(extents.lo[0] + extents.hi[0]) / 2, (extents.lo[1] + extents.hi[1]) / 2, 0};
-    height = std::max({extents.hi[1] - extents.lo[1], (extents.hi[0] - extents.lo[0]) / 1.4, 1.0}) * 1.1;
+    Point3 c{(extents.lo[0] + extents.hi[0]) / 2, (extents.lo[1] + extents.hi[1]) / 2, 0};
+    double h = std::max({extents.hi[1] - extents.lo[1], (extents.hi[0] - extents.lo[0]) / 1.4, 1.0}) * 1.1;
+    // Extents wider than a double can measure keep the default view.
+    if (std::isfinite(h) && std::isfinite(c[0]) && std::isfinite(c[1])) centre = c, height = h;
   }
   BeginTable("VPORT", 1, out);
   out->Raw(kCodeStart, "VPORT");
@@ -370,7 +384,7 @@ void WriteHeader(const SysVarTable& vars, const Box& extents, uint32_t seed, Gro
 
 }  // namespace
 
-std::string DrawingDxf(const Drawing& drawing, const SysVarTable& vars) {
+bool DrawingDxf(const Drawing& drawing, const SysVarTable& vars, std::string* text) {
   HandleBook handles(drawing.handle_seed());
   for (const Entity& e : drawing.entities()) handles.Reserve(e.handle);
   Box extents = DrawingBox(drawing);
@@ -386,12 +400,21 @@ std::string DrawingDxf(const Drawing& drawing, const SysVarTable& vars) {
   GroupSink file;
   WriteHeader(vars, extents, handles.Seed(), &file);
   file.Append(body);
-  return file.str();
+  // The host never keeps such a number; should one get in all the same,
+  // the file is not made rather than written with a 0 in its place.
+  if (file.non_finite()) return false;
+  *text = file.str();
+  return true;
 }
 
 bool SaveDxf(const Drawing& drawing, const SysVarTable& vars, const std::string& linux_path,
              std::string* err) {
-  return ReplaceFile(linux_path, DrawingDxf(drawing, vars), linux_path, err);
+  std::string text;
+  if (!DrawingDxf(drawing, vars, &text)) {
+    *err = "Cannot save " + linux_path + ": " + kNotFiniteReason + ".";
+    return false;
+  }
+  return ReplaceFile(linux_path, text, linux_path, err);
 }
 
 }  // namespace vorhost

@@ -12,8 +12,11 @@
 namespace vorhost {
 
 // The DXF file of drawing (tables, blocks, model space without erased
-// records) with the header variables of vars.
-std::string DrawingDxf(const Drawing& drawing, const SysVarTable& vars);
+// records) with the header variables of vars, into *text; false (and
+// *text untouched) when the drawing holds a number that is not finite,
+// which no file may carry. kNotFiniteReason says so to the user.
+bool DrawingDxf(const Drawing& drawing, const SysVarTable& vars, std::string* text);
+inline constexpr char kNotFiniteReason[] = "the drawing holds a number that is not finite";
 
 // Saves DrawingDxf to linux_path through ReplaceFile, so a failed save
 // leaves any old file as it was and no partial file behind. Returns false

@@ -14,6 +14,9 @@ constexpr std::string_view kVersionR12 = "AC1009";
 constexpr std::string_view kVersionUtf8 = "AC1021";  // from here on texts are UTF-8
 constexpr std::string_view kCodePage = "ANSI_950";
 
+// Group codes run from 0 to this (the last of extended data).
+constexpr int kMaxGroupCode = 1071;
+
 // Group codes that structure the file or carry the common properties.
 constexpr int kCodeStart = 0;         // record type, SECTION, ENDSEC, EOF, ...
 constexpr int kCodeName = 2;          // section, table, entry and block names

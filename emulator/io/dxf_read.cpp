@@ -7,6 +7,7 @@
 // reading a drawing from a file sees what it sees in one the host made.
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
 #include <cstdio>
 #include <cmath>
 #include <fstream>
@@ -15,7 +16,9 @@
 #include <span>
 #include <sstream>
 
+#include "emulator/core/numbers.h"
 #include "emulator/core/resbuf.h"
+#include "emulator/drawing/blocks.h"
 #include "emulator/io/dxf.h"
 #include "emulator/io/dxf_format.h"
 #include "emulator/io/dxf_text.h"
@@ -48,24 +51,56 @@ std::string Shown(std::string_view text) {
   return out;
 }
 
-bool ParseLong(std::string_view s, long* v) {
+// What a number's text turned out to be.
+enum class Parsed { kNumber, kNotNumber, kOutOfRange };
+
+// A whole number; "1.0" is taken too, as some writers give integers so.
+// A number past 64 bits is out of range, not wrapped.
+Parsed ParseLong(std::string_view s, long* v) {
   s = Trim(s);
   if (!s.empty() && s.front() == '+') s.remove_prefix(1);
+  if (s.empty()) return Parsed::kNotNumber;
   auto r = std::from_chars(s.data(), s.data() + s.size(), *v);
-  if (r.ec == std::errc() && r.ptr == s.data() + s.size() && !s.empty()) return true;
-  double d = 0;  // some writers give integers as "1.0"
+  if (r.ptr == s.data() + s.size() && r.ec == std::errc()) return Parsed::kNumber;
+  if (r.ptr == s.data() + s.size() && r.ec == std::errc::result_out_of_range) return Parsed::kOutOfRange;
+  double d = 0;
   r = std::from_chars(s.data(), s.data() + s.size(), d);
-  if (r.ec != std::errc() || r.ptr != s.data() + s.size() || s.empty() || d != std::trunc(d))
-    return false;
+  if (r.ec != std::errc() || r.ptr != s.data() + s.size() || d != std::trunc(d)) return Parsed::kNotNumber;
+  if (!(std::fabs(d) < 9e18)) return Parsed::kOutOfRange;
   *v = static_cast<long>(d);
-  return true;
+  return Parsed::kNumber;
 }
 
-bool ParseReal(std::string_view s, double* v) {
+// A real the host can keep: finite and within the drawing's range
+// (core/numbers.h). "nan" and "inf" are not numbers to it.
+Parsed ParseReal(std::string_view s, double* v) {
   s = Trim(s);
   if (!s.empty() && s.front() == '+') s.remove_prefix(1);
   auto r = std::from_chars(s.data(), s.data() + s.size(), *v);
-  return r.ec == std::errc() && r.ptr == s.data() + s.size() && !s.empty();
+  if (s.empty() || r.ptr != s.data() + s.size()) return Parsed::kNotNumber;
+  if (r.ec == std::errc::result_out_of_range) return Parsed::kOutOfRange;
+  if (r.ec != std::errc() || !std::isfinite(*v)) return Parsed::kNotNumber;
+  return InRange(*v) ? Parsed::kNumber : Parsed::kOutOfRange;
+}
+
+// Whether an integer fits its group: 16 bits for the short groups, 64 for
+// 160-169, 32 for the others.
+bool IntegerFits(int code, RbValue kind, long v) {
+  if (kind == RbValue::kShort) return IsShort(v);
+  if (code >= 160 && code <= 169) return true;
+  return v >= INT32_MIN && v <= INT32_MAX;
+}
+
+// A handle: hexadecimal, at most kMaxHandle; anything else is no handle
+// (0), and the record gets a new one, as one whose handle is taken does.
+// The bound leaves the host room to number the records it adds.
+constexpr uint32_t kMaxHandle = 0x7FFFFFFF;
+uint32_t ParseHandle(std::string_view text) {
+  text = Trim(text);
+  uint64_t h = 0;
+  auto r = std::from_chars(text.data(), text.data() + text.size(), h, 16);
+  if (r.ec != std::errc() || r.ptr != text.data() + text.size() || h > kMaxHandle) return 0;
+  return static_cast<uint32_t>(h);
 }
 
 // What a group of a given code holds in memory: ValueOf's answer where it
@@ -87,6 +122,14 @@ RbValue KindOf(int code) {
 
 bool SameName(std::string_view a, std::string_view b) {
   return SymbolTable<LayerRecord>::SameName(a, b);
+}
+
+// A name as SameName compares it.
+std::string Upper(std::string_view name) {
+  std::string out(name);
+  for (char& c : out)
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
+  return out;
 }
 
 // The blocks that hold model and paper space in files of any version; the
@@ -208,7 +251,10 @@ class Parser {
   bool ReadTables();
   bool ReadTableEntry(std::string_view type, std::span<const RawGroup> raws);
   bool ReadBlocks();
-  bool ReadEntities(std::vector<Entity>* out, std::string_view end);
+  // The block an INSERT names, and the line of the name.
+  using InsertLines = std::vector<std::pair<std::string, int>>;
+  bool ReadEntities(std::vector<Entity>* out, std::string_view end, InsertLines* insert_lines = nullptr);
+  bool CheckBlockCycles();
   bool ReadEntitiesSection();
   bool ReadEntity(std::string_view type, std::span<const RawGroup> raws, const Entity* polyline,
                   Entity* e);
@@ -234,6 +280,8 @@ class Parser {
     uint32_t handle;
   };
   std::vector<PendingStyle> pending_styles_;
+  // For each block read (by upper-case name), the INSERTs in it.
+  std::map<std::string, InsertLines> block_inserts_;
 };
 
 bool Parser::Fail(int line, const std::string& message) {
@@ -276,7 +324,8 @@ bool Parser::Split() {
     long code = 0;
     std::string_view t = Trim(lines_[i]);
     auto r = std::from_chars(t.data(), t.data() + t.size(), code);
-    if (t.empty() || r.ec != std::errc() || r.ptr != t.data() + t.size())
+    if (t.empty() || r.ec != std::errc() || r.ptr != t.data() + t.size() || code < 0 ||
+        code > dxf::kMaxGroupCode)
       return Fail(line, "'" + Shown(lines_[i].substr(0, 40)) + "' is not a group code");
     if (i + 1 >= lines_.size()) return Fail(line, "group code " + std::to_string(code) + " has no value");
     groups_.push_back({static_cast<int>(code), lines_[i + 1], line + 1});
@@ -293,34 +342,40 @@ std::span<const RawGroup> Parser::Record() {
 
 bool Parser::ConvertOne(std::span<const RawGroup> raws, size_t* i, std::vector<Group>* out) {
   const RawGroup& g = raws[*i];
-  auto number_error = [&](const RawGroup& bad) {
-    return Fail(bad.line, "'" + Shown(Trim(bad.value).substr(0, 40)) +
-                              "' is not a number (group " + std::to_string(bad.code) + ")");
+  // True when the text read as a number; else the error of its line.
+  auto number = [&](const RawGroup& text, Parsed parsed) {
+    if (parsed == Parsed::kNumber) return true;
+    return Fail(text.line, "'" + Shown(Trim(text.value).substr(0, 40)) +
+                               (parsed == Parsed::kNotNumber ? "' is not a number" : "' is out of range") +
+                               " (group " + std::to_string(text.code) + ")");
   };
   if (IsPointCode(g.code)) {
     Point3 p{0, 0, 0};
-    if (!ParseReal(g.value, &p[0])) return number_error(g);
+    if (!number(g, ParseReal(g.value, &p[0]))) return false;
     if (*i + 1 >= raws.size() || raws[*i + 1].code != g.code + dxf::kPointYOffset)
       return Fail(g.line, "group " + std::to_string(g.code) + " has no y (group " +
                               std::to_string(g.code + dxf::kPointYOffset) + ") after it");
-    if (!ParseReal(raws[++*i].value, &p[1])) return number_error(raws[*i]);
+    ++*i;
+    if (!number(raws[*i], ParseReal(raws[*i].value, &p[1]))) return false;
     bool has_z = g.code != 18 && *i + 1 < raws.size() && raws[*i + 1].code == g.code + dxf::kPointZOffset;
-    if (has_z && !ParseReal(raws[++*i].value, &p[2])) return number_error(raws[*i]);
+    if (has_z && (++*i, !number(raws[*i], ParseReal(raws[*i].value, &p[2])))) return false;
     out->push_back({g.code, p});
     return true;
   }
-  switch (KindOf(g.code)) {
+  switch (RbValue kind = KindOf(g.code)) {
     case RbValue::kReal: {
       double v = 0;
-      if (!ParseReal(g.value, &v)) return number_error(g);
+      if (!number(g, ParseReal(g.value, &v))) return false;
       out->push_back({g.code, v});
       return true;
     }
     case RbValue::kShort:
     case RbValue::kLong: {
       long v = 0;
-      if (!ParseLong(g.value, &v)) return number_error(g);
-      if (KindOf(g.code) == RbValue::kShort) out->push_back({g.code, static_cast<short>(v)});
+      Parsed parsed = ParseLong(g.value, &v);
+      if (parsed == Parsed::kNumber && !IntegerFits(g.code, kind, v)) parsed = Parsed::kOutOfRange;
+      if (!number(g, parsed)) return false;
+      if (kind == RbValue::kShort) out->push_back({g.code, static_cast<short>(v)});
       else out->push_back({g.code, v});
       return true;
     }
@@ -373,17 +428,19 @@ bool Parser::ReadHeader() {
   };
   header_.version = first("ACADVER");
   header_.code_page = first("DWGCODEPAGE");
-  header_.seed = static_cast<uint32_t>(std::strtoul(first("HANDSEED").c_str(), nullptr, 16));
+  header_.seed = ParseHandle(first("HANDSEED"));
   decoder_.Choose(header_.version, header_.code_page);
-  for (const auto& [name, raws] : header_.raw)
-    if (!Convert(raws, &header_.values[name])) return false;
+  // Only the variables the host keeps are read; the others may hold what
+  // they like.
+  for (const dxf::HeaderVar& hv : dxf::kHeaderVars)
+    if (auto it = header_.raw.find(hv.name); it != header_.raw.end())
+      if (!Convert(it->second, &header_.values[hv.name])) return false;
   return true;
 }
 
 uint32_t HandleOf(const std::vector<Group>& groups, int code = dxf::kCodeHandle) {
   for (const Group& g : groups)
-    if (auto* s = std::get_if<std::string>(&g.value); s && g.code == code)
-      return static_cast<uint32_t>(std::strtoul(s->c_str(), nullptr, 16));
+    if (auto* s = std::get_if<std::string>(&g.value); s && g.code == code) return ParseHandle(*s);
   return 0;
 }
 
@@ -420,9 +477,15 @@ LinetypeRecord ReadLinetype(const Entity& entry, std::vector<std::pair<size_t, u
   return t;
 }
 
+// Entries of the tables the host keeps; those of the others (VPORT,
+// VIEW, ...) are not read at all.
 bool Parser::ReadTableEntry(std::string_view type, std::span<const RawGroup> raws) {
+  if (type != "LTYPE" && type != "LAYER" && type != "STYLE") return true;
   Entity entry{std::string(type)};
-  if (!Convert(raws, &entry.groups)) return false;
+  // A linetype's total length (40) is not read: the host sums its elements.
+  std::vector<RawGroup> kept(raws.begin(), raws.end());
+  if (type == "LTYPE") std::erase_if(kept, [](const RawGroup& g) { return g.code == 40; });
+  if (!Convert(kept, &entry.groups)) return false;
   if (type == "LTYPE") {
     std::vector<std::pair<size_t, uint32_t>> styles;
     LinetypeRecord t = ReadLinetype(entry, &styles);
@@ -479,7 +542,7 @@ bool Parser::ReadEntity(std::string_view type, std::span<const RawGroup> raws,
   for (Group& g : groups) {
     auto* text = std::get_if<std::string>(&g.value);
     if (g.code == dxf::kCodeHandle && text) {
-      e->handle = static_cast<uint32_t>(std::strtoul(text->c_str(), nullptr, 16));
+      e->handle = ParseHandle(*text);
     } else if (g.code == dxf::kCodeLayer && text) {
       e->layer = *text;
     } else if (g.code == dxf::kCodeLinetype && text) {
@@ -497,8 +560,9 @@ bool Parser::ReadEntity(std::string_view type, std::span<const RawGroup> raws,
 }
 
 // Records up to the group 0 named end (ENDSEC or ENDBLK), which is left
-// for the caller.
-bool Parser::ReadEntities(std::vector<Entity>* out, std::string_view end) {
+// for the caller; with insert_lines, the block each INSERT names and the
+// line where it does.
+bool Parser::ReadEntities(std::vector<Entity>* out, std::string_view end, InsertLines* insert_lines) {
   std::optional<size_t> polyline;  // index in *out of the open POLYLINE
   while (!SectionEnds()) {
     if (Is(pos_, 0, end)) return true;
@@ -509,6 +573,12 @@ bool Parser::ReadEntities(std::vector<Entity>* out, std::string_view end) {
     std::span<const RawGroup> raws = Record();
     Entity e;
     if (!ReadEntity(type, raws, polyline ? &(*out)[*polyline] : nullptr, &e)) return false;
+    if (type == "INSERT" && insert_lines) {
+      int line = g.line;
+      for (const RawGroup& r : raws)
+        if (r.code == dxf::kCodeName) line = r.line;
+      insert_lines->push_back({e.Text(dxf::kCodeName), line});
+    }
     if (type == "POLYLINE") polyline = out->size();
     else if (type != "VERTEX") polyline.reset();
     out->push_back(std::move(e));
@@ -527,7 +597,9 @@ bool Parser::ReadBlocks() {
     Entity head;
     if (!Convert(raws, &head.groups)) return false;
     BlockRecord block{head.Text(2), head.Point(10), head.Short(70), {}};
-    if (!ReadEntities(&block.entities, "ENDBLK")) return false;
+    InsertLines inserts;
+    if (!ReadEntities(&block.entities, "ENDBLK", &inserts)) return false;
+    block_inserts_[Upper(block.name)] = std::move(inserts);
     pos_++;
     Record();  // ENDBLK's own groups
     if (!IsLayoutBlock(block.name)) drawing_.tables().blocks().Put(std::move(block));
@@ -541,6 +613,21 @@ bool Parser::ReadEntitiesSection() {
   pos_++;
   for (Entity& e : records) drawing_.Append(std::move(e));
   return true;
+}
+
+// A block that inserts itself, directly or through others, would be drawn
+// without end: such a file is refused at the INSERT that closes the cycle.
+bool Parser::CheckBlockCycles() {
+  std::vector<std::string> cycle = BlockCycle(drawing_.tables().blocks());
+  if (cycle.empty()) return true;
+  const std::string& last = cycle[cycle.size() - 2];
+  int line = 0;
+  for (const auto& [name, at] : block_inserts_[Upper(last)])
+    if (SameName(name, cycle.back())) {
+      line = at;
+      break;
+    }
+  return Fail(line, DescribeCycle(cycle));
 }
 
 bool Parser::SkipSection() {
@@ -604,7 +691,7 @@ bool Parser::Run(Drawing* drawing, std::vector<std::pair<std::string, SysValue>>
                                    : SkipSection();
     if (!ok) return false;
   }
-  if (!error_.empty()) return false;
+  if (!error_.empty() || !CheckBlockCycles()) return false;
   ResolveLinetypeStyles();
   ApplyHeader(vars);
   uint32_t seed = std::max(header_.seed, drawing_.handle_seed());

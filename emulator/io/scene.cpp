@@ -3,10 +3,10 @@
 
 #include <cmath>
 
+#include "emulator/drawing/blocks.h"
+
 namespace vorhost {
 namespace {
-
-constexpr int kMaxDepth = 16;
 
 // What a block reference hands down to the records of its block.
 struct Context {
@@ -38,6 +38,7 @@ class Walker {
 
   const Tables& tables_;
   const std::function<void(const PlacedRecord&)>& visit_;
+  InsertBudget budget_;  // of the model-space insert being expanded
 };
 
 bool Hidden(const LayerRecord* layer) { return layer && (layer->color < 0 || (layer->flags & 1)); }
@@ -71,6 +72,7 @@ Affine ObjectFrame(const Entity& e) {
 
 void Walker::Visit(const Entity& e, std::span<const Entity> vertices, const Context& ctx) {
   if (Hidden(Layer(e, ctx)) || e.Short(67) == 1) return;
+  if (ctx.depth > 0 && !budget_.Spend()) return;
   PlacedRecord placed;
   placed.record = &e;
   placed.vertices = vertices;
@@ -84,12 +86,15 @@ void Walker::Visit(const Entity& e, std::span<const Entity> vertices, const Cont
 
 // The block's records once per cell of the reference's rows and columns
 // (a plain reference has one), then the attributes after the reference.
+// A reference in model space starts a budget of its own; the cells and
+// records past it are left out.
 void Walker::Insert(const std::vector<Entity>& records, size_t i, const Context& ctx) {
   const Entity& e = records[i];
   const LayerRecord* layer = Layer(e, ctx);
   if ((layer && (layer->flags & 1)) || e.Short(67) == 1) return;
+  if (ctx.depth == 0) budget_ = InsertBudget();
   const BlockRecord* block = tables_.blocks().Find(e.Text(2));
-  if (block && ctx.depth < kMaxDepth) {
+  if (block && ctx.depth < kMaxBlockDepth) {
     Context inner;
     inner.layer = EffectiveLayer(e, ctx);
     inner.color = Color(e, ctx);
@@ -99,8 +104,8 @@ void Walker::Insert(const std::vector<Entity>& records, size_t i, const Context&
     double cs = std::cos(r), sn = std::sin(r);
     Point3 at = e.Point(10), base = block->base;
     int columns = std::max<int>(1, e.Short(70, 1)), rows = std::max<int>(1, e.Short(71, 1));
-    for (int row = 0; row < rows; row++)
-      for (int col = 0; col < columns; col++) {
+    for (int row = 0; row < rows && !budget_.spent(); row++)
+      for (int col = 0; col < columns && budget_.Spend(); col++) {
         double ox = col * e.Real(44), oy = row * e.Real(45);
         Affine place{sx * cs, sx * sn, -sy * sn, sy * cs, 0, 0};
         Point3 shift = place.Apply(base);
@@ -115,7 +120,7 @@ void Walker::Insert(const std::vector<Entity>& records, size_t i, const Context&
 }
 
 void Walker::Walk(const std::vector<Entity>& records, const Context& ctx) {
-  for (size_t i = 0; i < records.size(); i++) {
+  for (size_t i = 0; i < records.size() && !(ctx.depth > 0 && budget_.spent()); i++) {
     const Entity& e = records[i];
     if (e.erased || e.IsSubEntity()) continue;
     if (e.type == "INSERT") {

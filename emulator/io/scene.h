@@ -44,8 +44,9 @@ struct PlacedRecord {
 // attributes and records on frozen or off layers are left out; a block
 // reference on a frozen layer is left out whole. Records on layer 0 inside
 // a block take the reference's layer; BYBLOCK takes its colour and
-// linetype. Blocks nested deeper than a fixed limit (or in a cycle) are
-// not expanded.
+// linetype. Blocks are expanded within the limits of drawing/blocks.h:
+// kMaxBlockDepth levels, and kInsertBudget records and cells for each
+// reference in model space; what lies past them is not visited.
 void WalkModelSpace(const Drawing& drawing, const std::function<void(const PlacedRecord&)>& visit);
 
 }  // namespace vorhost

@@ -10,9 +10,9 @@
 #include <algorithm>
 #include <cctype>
 #include <cmath>
-#include <cstdio>
 
 #include "emulator/core/encoding.h"
+#include "emulator/core/numbers.h"
 #include "emulator/drawing/geometry.h"
 #include "emulator/drawing/textmetric.h"
 #include "emulator/io/aci.h"
@@ -26,16 +26,12 @@ constexpr double kPageSize = 1600;       // pixels along the longer side
 constexpr double kMargin = 0.05;         // of the longer side
 constexpr double kFontPerHeight = 1.2;   // font size per text height (cap height)
 constexpr double kVerticalBaseline = 0.88;  // of a cell, for a vertical column
+// Points further out than this are not drawn (their record is left out):
+// the frame's size, margin and scale are computed from them and must stay
+// finite. Only a block's points at scales multiplied through several
+// levels of blocks come near it.
+constexpr double kMaxPage = 1e150;
 constexpr char kFonts[] = "'Noto Sans CJK TC', 'WenQuanYi Micro Hei', sans-serif";
-
-std::string Num(double v) {
-  char buf[64];
-  std::snprintf(buf, sizeof buf, "%.4f", v);
-  std::string s = buf;
-  while (s.back() == '0') s.pop_back();
-  if (s.back() == '.') s.pop_back();
-  return s == "-0" ? "0" : s;
-}
 
 std::string Xml(std::string_view utf8) {
   std::string out;
@@ -132,6 +128,7 @@ class SvgPainter {
 
  private:
   void Paint(const PlacedRecord& p);
+  void PaintRecord(const PlacedRecord& p);
   void PaintCircle(const PlacedRecord& p);
   void PaintArc(const PlacedRecord& p);
   void PaintPolyline(const PlacedRecord& p, const std::vector<Vertex>& vertices, bool closed);
@@ -140,6 +137,10 @@ class SvgPainter {
   void PaintColumn(const std::vector<Cell>& cells, double height, const std::string& head);
   void PaintLine(const std::vector<Cell>& cells, double height, const std::string& head);
 
+  // A number of the page; one that is not finite marks the record being
+  // painted as one to leave out, as does a point past kMaxPage.
+  std::string Num(double v) const;
+  std::string TextMatrix(const double m[6]) const;
   // World to page: y negated; the frame grows to hold the point.
   std::string At(const Point3& world);
   std::string Stroke(const PlacedRecord& p, double width) const;
@@ -154,6 +155,7 @@ class SvgPainter {
   std::string body_;
   double x1_ = 0, y1_ = 0, x2_ = 0, y2_ = 0;  // the frame, page coordinates
   bool empty_ = true;
+  mutable bool non_finite_ = false;  // the record being painted met a number that is not
   Point3 limmin_{0, 0, 0}, limmax_{420, 297, 0};
 };
 
@@ -164,8 +166,17 @@ SvgPainter::SvgPainter(const Drawing& drawing, const SysVarTable& vars) : drawin
   if (vars.Get("LIMMAX", &v) && std::holds_alternative<Point3>(v)) limmax_ = std::get<Point3>(v);
 }
 
+std::string SvgPainter::Num(double v) const {
+  if (!std::isfinite(v)) non_finite_ = true;
+  return DecimalText(v, 4);
+}
+
 std::string SvgPainter::At(const Point3& world) {
   double x = world[0], y = -world[1];
+  if (!(std::fabs(x) <= kMaxPage && std::fabs(y) <= kMaxPage)) {
+    non_finite_ = true;
+    return "0,0";
+  }
   if (empty_) {
     x1_ = x2_ = x;
     y1_ = y2_ = y;
@@ -273,7 +284,7 @@ void SvgPainter::PaintArc(const PlacedRecord& p) {
   const Entity& e = *p.record;
   Point3 c = e.Point(10);
   double r = e.Real(40), a1 = e.Real(50), a2 = e.Real(51);
-  double sweep = std::fmod(a2 - a1, 2 * M_PI);
+  double sweep = std::fmod(std::fmod(a2, 2 * M_PI) - std::fmod(a1, 2 * M_PI), 2 * M_PI);
   if (sweep <= 1e-12) sweep += 2 * M_PI;
   if (!p.transform.Conformal() || sweep >= 2 * M_PI - 1e-9) return Sampled(p, ArcPoints(c, r, a1, a2));
   for (const Point3& q : ArcPoints(c, r, a1, a2)) At(p.transform.Apply(q));  // the frame
@@ -348,7 +359,7 @@ void SvgPainter::PaintFace(const PlacedRecord& p, bool filled) {
   body_ += "<path d=\"" + d + " Z\"" + (filled ? Fill(p) + " stroke=\"none\"" : Stroke(p, 0)) + "/>\n";
 }
 
-std::string TextMatrix(const double m[6]) {
+std::string SvgPainter::TextMatrix(const double m[6]) const {
   std::string s = "matrix(";
   for (int k = 0; k < 6; k++) s += (k ? " " : "") + Num(m[k]);
   return s + ")";
@@ -426,7 +437,22 @@ void SvgPainter::PaintText(const PlacedRecord& p) {
   PaintLine(cells, height, head);
 }
 
+// A record that would need a number that is not finite (a block's points
+// at a scale too large for a double) is left out whole, frame included:
+// the picture never holds "nan" or "inf".
 void SvgPainter::Paint(const PlacedRecord& p) {
+  size_t mark = body_.size();
+  double frame[4] = {x1_, y1_, x2_, y2_};
+  bool was_empty = empty_;
+  non_finite_ = false;
+  PaintRecord(p);
+  if (!non_finite_) return;
+  body_.resize(mark);
+  x1_ = frame[0], y1_ = frame[1], x2_ = frame[2], y2_ = frame[3];
+  empty_ = was_empty;
+}
+
+void SvgPainter::PaintRecord(const PlacedRecord& p) {
   const std::string& type = p.record->type;
   if (type == "LINE") {
     Point3 from = p.transform.Apply(p.record->Point(10)), to = p.transform.Apply(p.record->Point(11));
@@ -454,7 +480,7 @@ std::string SvgPainter::Document() {
   Box box = DrawingBox(drawing_);
   if (box.empty) box = {limmin_, limmax_, false};
   thin_ = std::max(box.hi[0] - box.lo[0], box.hi[1] - box.lo[1]) / kPageSize;
-  if (!(thin_ > 0)) thin_ = 0.1;
+  if (!(thin_ > 0) || !std::isfinite(thin_)) thin_ = 0.1;
 
   WalkModelSpace(drawing_, [this](const PlacedRecord& p) { Paint(p); });
   if (empty_) {

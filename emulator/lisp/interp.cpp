@@ -3,12 +3,18 @@
 
 #include "emulator/core/encoding.h"
 
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 
 namespace vorhost::lisp {
 namespace {
+
+constexpr long kInt32Max = 2147483647;
+constexpr const char* kOverflow = "floating-point overflow";
 
 bool IsDelimiter(char c) {
   return c == '(' || c == ')' || c == '\'' || c == '"' || c == ';' || c == ' ' || c == '\t' ||
@@ -68,22 +74,36 @@ bool ReadString(std::string_view text, size_t* pos, Value* out, std::string* err
   return false;
 }
 
-Value Atom(std::string_view token) {
+// A token as a number or a symbol. An integer of at most 2147483647 in
+// size is an integer; a longer one is a real, as in the host, where even
+// -2147483648 reads as a real. A number past the range of reals is refused.
+bool Atom(std::string_view token, Value* out, std::string* err) {
   std::string t(token);
   char* end = nullptr;
   errno = 0;
   long i = std::strtol(t.c_str(), &end, 10);
-  if (end && *end == '\0' && errno == 0 && i >= -2147483648L && i <= 2147483647L) return Value::Int(i);
-  errno = 0;
+  if (end && *end == '\0' && errno == 0 && i >= -kInt32Max && i <= kInt32Max) {
+    *out = Value::Int(i);
+    return true;
+  }
   double d = std::strtod(t.c_str(), &end);
   bool numeric = t.find_first_not_of("+-.0123456789eE") == std::string::npos;
-  if (numeric && end && *end == '\0' && errno == 0) return Value::Real(d);
+  if (numeric && end && end != t.c_str() && *end == '\0') {
+    if (!std::isfinite(d)) {
+      *err = "number out of range on input";
+      return false;
+    }
+    *out = Value::Real(d);  // one too small for a real reads as (nearly) 0
+    return true;
+  }
   std::string name = UpperName(t);
-  if (name == "NIL") return Value::Nil();
-  return Value::Symbol(std::move(name));
+  *out = name == "NIL" ? Value::Nil() : Value::Symbol(std::move(name));
+  return true;
 }
 
-bool ReadList(std::string_view text, size_t* pos, Value* out, std::string* err) {
+bool ReadAt(std::string_view text, size_t* pos, Value* out, std::string* err, int depth);
+
+bool ReadList(std::string_view text, size_t* pos, Value* out, std::string* err, int depth) {
   std::vector<Value> items;
   bool dotted = false;
   ++*pos;
@@ -105,7 +125,7 @@ bool ReadList(std::string_view text, size_t* pos, Value* out, std::string* err) 
       continue;
     }
     Value item;
-    if (!Read(text, pos, &item, err)) return false;
+    if (!ReadAt(text, pos, &item, err, depth)) return false;
     items.push_back(std::move(item));
   }
 }
@@ -150,9 +170,78 @@ bool Arithmetic(const std::vector<Value>& args, Value* result, std::string* err,
     if (!real)
       iacc = Wrap32(op == '+' ? iacc + ix : op == '-' ? iacc - ix : op == '*' ? iacc * ix : iacc / ix);
   }
+  if (real && !std::isfinite(acc)) {  // no infinity ever becomes a value
+    *err = kOverflow;
+    return false;
+  }
   *result = real ? Value::Real(acc) : Value::Int(static_cast<long>(iacc));
   return true;
 }
+
+bool OneArgument(const std::vector<Value>& args, Value::Kind kind, std::string* err) {
+  if (!ArgCount(args, 1, 1, err)) return false;
+  if (args[0].kind == kind) return true;
+  *err = "bad argument type";
+  return false;
+}
+
+// C's atoi, held to the language's 32 bits: blanks, a sign and the digits
+// that follow; no digits is 0, and a number past 32 bits stops at the
+// largest integer of its sign rather than wrapping.
+long TextToInt(std::string_view s) {
+  size_t i = 0;
+  while (i < s.size() && std::isspace(static_cast<unsigned char>(s[i]))) i++;
+  bool negative = i < s.size() && s[i] == '-';
+  if (i < s.size() && (s[i] == '-' || s[i] == '+')) i++;
+  long long v = 0;
+  for (; i < s.size() && s[i] >= '0' && s[i] <= '9'; i++)
+    v = std::min<long long>(v * 10 + (s[i] - '0'), kInt32Max + 1LL);
+  if (negative) return static_cast<long>(-v);
+  return static_cast<long>(std::min<long long>(v, kInt32Max));
+}
+
+// C's atof for decimal numbers: blanks, then the longest decimal number
+// (sign, digits, fraction, exponent) that begins the text; none is 0.0.
+// No hexadecimal, infinity or NaN. False for one past the range of reals.
+bool TextToReal(std::string_view s, double* out) {
+  size_t i = 0;
+  while (i < s.size() && std::isspace(static_cast<unsigned char>(s[i]))) i++;
+  size_t start = i;
+  auto digits = [&](size_t k) {
+    while (k < s.size() && s[k] >= '0' && s[k] <= '9') k++;
+    return k;
+  };
+  if (i < s.size() && (s[i] == '-' || s[i] == '+')) i++;
+  size_t int_end = digits(i), end = int_end;
+  bool any = int_end > i;
+  if (end < s.size() && s[end] == '.') {
+    size_t frac_end = digits(end + 1);
+    any = any || frac_end > end + 1;
+    end = frac_end;
+  }
+  *out = 0;
+  if (!any) return true;
+  if (end < s.size() && (s[end] == 'e' || s[end] == 'E')) {
+    size_t k = end + 1;
+    if (k < s.size() && (s[k] == '-' || s[k] == '+')) k++;
+    if (digits(k) > k) end = digits(k);
+  }
+  std::string number(s.substr(start, end - start));
+  *out = std::strtod(number.c_str(), nullptr);
+  return std::isfinite(*out);
+}
+
+// Counts one level of evaluation for as long as it lasts.
+class Nested {
+ public:
+  explicit Nested(int* depth) : depth_(depth) { ++*depth_; }
+  ~Nested() { --*depth_; }
+  Nested(const Nested&) = delete;
+  Nested& operator=(const Nested&) = delete;
+
+ private:
+  int* depth_;
+};
 
 }  // namespace
 
@@ -163,14 +252,22 @@ std::string UpperName(std::string_view name) {
   return out;
 }
 
-bool Read(std::string_view text, size_t* pos, Value* out, std::string* err) {
+namespace {
+
+// One expression at nesting level depth: each list and each quote goes one
+// level deeper.
+bool ReadAt(std::string_view text, size_t* pos, Value* out, std::string* err, int depth) {
   SkipBlanks(text, pos);
   if (*pos >= text.size()) {
     *err = "no expression";
     return false;
   }
   char c = text[*pos];
-  if (c == '(') return ReadList(text, pos, out, err);
+  if ((c == '(' || c == '\'') && depth >= kMaxNesting) {
+    *err = std::string(kNestingError) + " on input";
+    return false;
+  }
+  if (c == '(') return ReadList(text, pos, out, err, depth + 1);
   if (c == ')') {
     *err = "extra right paren on input";
     ++*pos;
@@ -180,19 +277,29 @@ bool Read(std::string_view text, size_t* pos, Value* out, std::string* err) {
   if (c == '\'') {
     ++*pos;
     Value quoted;
-    if (!Read(text, pos, &quoted, err)) return false;
+    if (!ReadAt(text, pos, &quoted, err, depth + 1)) return false;
     *out = Value::List({Value::Symbol("QUOTE"), std::move(quoted)});
     return true;
   }
   size_t start = *pos;
   while (*pos < text.size() && !IsDelimiter(text[*pos])) ++*pos;
-  *out = Atom(text.substr(start, *pos - start));
-  return true;
+  return Atom(text.substr(start, *pos - start), out, err);
+}
+
+}  // namespace
+
+bool Read(std::string_view text, size_t* pos, Value* out, std::string* err) {
+  return ReadAt(text, pos, out, err, 0);
 }
 
 Interpreter::Interpreter() {
-  Define("LIST", [](const std::vector<Value>& args, Value* r, std::string*) {
-    *r = Value::List(args);
+  Define("LIST", [](const std::vector<Value>& args, Value* r, std::string* err) {
+    Value list = Value::List(args);
+    if (list.depth > kMaxNesting) {
+      *err = kNestingError;
+      return false;
+    }
+    *r = std::move(list);
     return true;
   });
   Define("STRCAT", [](const std::vector<Value>& args, Value* r, std::string* err) {
@@ -212,12 +319,23 @@ Interpreter::Interpreter() {
       return Arithmetic(args, r, err, op);
     });
   Define("ATOI", [](const std::vector<Value>& args, Value* r, std::string* err) {
-    if (!ArgCount(args, 1, 1, err)) return false;
-    if (args[0].kind != Value::Kind::kString) {
-      *err = "bad argument type";
+    if (!OneArgument(args, Value::Kind::kString, err)) return false;
+    *r = Value::Int(TextToInt(args[0].text));
+    return true;
+  });
+  Define("ATOF", [](const std::vector<Value>& args, Value* r, std::string* err) {
+    double v = 0;
+    if (!OneArgument(args, Value::Kind::kString, err)) return false;
+    if (!TextToReal(args[0].text, &v)) {
+      *err = kOverflow;
       return false;
     }
-    *r = Value::Int(std::atol(args[0].text.c_str()));
+    *r = Value::Real(v);
+    return true;
+  });
+  Define("ITOA", [](const std::vector<Value>& args, Value* r, std::string* err) {
+    if (!OneArgument(args, Value::Kind::kInt, err)) return false;
+    *r = Value::String(std::to_string(args[0].integer));
     return true;
   });
 }
@@ -234,6 +352,16 @@ bool Interpreter::IsDefined(std::string_view name) const {
 
 bool Interpreter::Call(std::string_view name, const std::vector<Value>& args, Value* result,
                        std::string* err) {
+  Nested nested(&depth_);
+  if (depth_ > kMaxNesting) {
+    *err = kNestingError;
+    return false;
+  }
+  return CallFunction(name, args, result, err);
+}
+
+bool Interpreter::CallFunction(std::string_view name, const std::vector<Value>& args,
+                               Value* result, std::string* err) {
   auto it = functions_.find(UpperName(name));
   if (it == functions_.end()) {
     *err = "null function";
@@ -291,7 +419,14 @@ bool Interpreter::EvalSetq(const Value& form, Value* result, std::string* err) {
   return true;
 }
 
+// Each list evaluated is one level of nesting: its arguments are evaluated
+// inside it.
 bool Interpreter::EvalCall(const Value& form, Value* result, std::string* err) {
+  Nested nested(&depth_);
+  if (depth_ > kMaxNesting) {
+    *err = kNestingError;
+    return false;
+  }
   if (form.dotted) {
     *err = "bad function";
     return false;
@@ -321,7 +456,7 @@ bool Interpreter::EvalCall(const Value& form, Value* result, std::string* err) {
     if (arg.kind == Value::Kind::kVoid) arg = Value::Nil();
     args.push_back(std::move(arg));
   }
-  return Call(head.text, args, result, err);
+  return CallFunction(head.text, args, result, err);
 }
 
 }  // namespace vorhost::lisp

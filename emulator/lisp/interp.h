@@ -14,8 +14,11 @@
 namespace vorhost::lisp {
 
 // Reads the expression that starts at text[*pos] (after blanks) and moves
-// *pos past it. False with *err on a syntax error or when text holds no
-// expression. Symbols are upper-cased; strings keep their bytes.
+// *pos past it. False with *err on a syntax error, an expression nested
+// more than kMaxNesting deep (lists and quotes), or when text holds no
+// expression. Symbols are upper-cased; strings keep their bytes. An
+// integer literal past 32 bits reads as a real, as the host's reader does;
+// one past the range of reals is an error.
 bool Read(std::string_view text, size_t* pos, Value* out, std::string* err);
 
 // The symbols and functions of one command-language session. Functions are
@@ -35,6 +38,8 @@ class Interpreter {
   bool IsDefined(std::string_view name) const;
 
   // Calls a function by name; an undefined name is the error "null function".
+  // Calls nested (a function that calls back into the language) more than
+  // kMaxNesting deep fail with kNestingError.
   bool Call(std::string_view name, const std::vector<Value>& args, Value* result,
             std::string* err);
 
@@ -47,10 +52,14 @@ class Interpreter {
 
  private:
   bool EvalCall(const Value& form, Value* result, std::string* err);
+  // Call without counting a level (EvalCall has counted it).
+  bool CallFunction(std::string_view name, const std::vector<Value>& args, Value* result,
+                    std::string* err);
   bool EvalSetq(const Value& form, Value* result, std::string* err);
 
   std::map<std::string, Function> functions_;
   std::map<std::string, Value> symbols_;
+  int depth_ = 0;  // evaluations and calls under way, nested
 };
 
 // Upper-cases ASCII letters: the language's names are case-blind.

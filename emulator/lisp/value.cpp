@@ -103,8 +103,16 @@ bool Append(const Value& v, resbuf*** link) {
   return Link(NewRb(v.dotted ? RTDOTE : RTLE), link);
 }
 
-// Reads one value starting at *rb and moves *rb past it.
-Value Take(const resbuf** rb) {
+// Moves *rb past the rest of a list whose RTLB was just taken.
+void SkipList(const resbuf** rb) {
+  for (int open = 1; *rb && open > 0; *rb = (*rb)->rbnext) {
+    if ((*rb)->restype == RTLB) open++;
+    else if ((*rb)->restype == RTLE || (*rb)->restype == RTDOTE) open--;
+  }
+}
+
+// Reads one value starting at *rb, depth lists down, and moves *rb past it.
+Value Take(const resbuf** rb, int depth) {
   const resbuf* item = *rb;
   *rb = item->rbnext;
   switch (item->restype) {
@@ -128,8 +136,13 @@ Value Take(const resbuf** rb) {
       return v;
     }
     case RTLB: {
+      if (depth >= kMaxNesting) {
+        SkipList(rb);
+        return Value::Nil();
+      }
       std::vector<Value> items;
-      while (*rb && (*rb)->restype != RTLE && (*rb)->restype != RTDOTE) items.push_back(Take(rb));
+      while (*rb && (*rb)->restype != RTLE && (*rb)->restype != RTDOTE)
+        items.push_back(Take(rb, depth + 1));
       bool dotted = *rb && (*rb)->restype == RTDOTE && items.size() >= 2;
       if (*rb) *rb = (*rb)->rbnext;
       Value list = Value::List(std::move(items));
@@ -182,7 +195,7 @@ resbuf* ToResbuf(const Value& v) {
 
 std::vector<Value> ValuesOf(const resbuf* list) {
   std::vector<Value> values;
-  for (const resbuf* rb = list; rb;) values.push_back(Take(&rb));
+  for (const resbuf* rb = list; rb;) values.push_back(Take(&rb, 0));
   return values;
 }
 

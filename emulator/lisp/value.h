@@ -3,12 +3,20 @@
 #ifndef VORHOST_LISP_VALUE_H
 #define VORHOST_LISP_VALUE_H
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
 #include "host/ads.h"
 
 namespace vorhost::lisp {
+
+// How deep expressions and lists may nest: the reader, the evaluator and
+// list making refuse anything deeper with kNestingError, so that no input
+// can exhaust the stack (reading, evaluating, printing and releasing a
+// value all recurse once per level).
+constexpr int kMaxNesting = 1000;
+constexpr const char* kNestingError = "nesting too deep";
 
 struct Value {
   enum class Kind {
@@ -29,6 +37,7 @@ struct Value {
   std::vector<Value> items;  // a list's elements
   bool dotted = false;       // a list (a b . c): the last item is the tail
   long ename[2] = {0, 0};
+  int depth = 0;             // a list's levels of lists: 1 for (1 2), 2 for ((1))
 
   static Value Nil() { return {}; }
   static Value T() { return Of(Kind::kT); }
@@ -41,6 +50,8 @@ struct Value {
     if (items.empty()) return Nil();
     Value x = Of(Kind::kList);
     x.items = std::move(items);
+    for (const Value& item : x.items) x.depth = std::max(x.depth, item.depth);
+    x.depth++;
     return x;
   }
 
@@ -66,7 +77,8 @@ resbuf* ToResbuf(const Value& v);
 Value FromResbuf(const resbuf* list);
 
 // The values of a list's items one by one (an argument list): RTLB ... RTLE
-// runs become list values.
+// runs become list values; a run nested deeper than kMaxNesting becomes
+// nil.
 std::vector<Value> ValuesOf(const resbuf* list);
 
 }  // namespace vorhost::lisp

@@ -270,6 +270,82 @@ TEST_F(CommandTest, ARejectedAnswerCancelsTheCommandAndFailsTheCall) {
   EXPECT_NE(ads_command(RTSTR, "CHPROP", RT3DPOINT, p, RTSTR, "", RTSTR, "LA", RTSTR, "NOLAYER", 0), RTNORM);
 }
 
+// A number that is not finite or lies out of the drawing's range, typed
+// or sent by a program, and a point or record computed from answers that
+// would fall out of it, are refused with the prompt's message: the person
+// is asked again, the program's call fails, and nothing is drawn.
+TEST_F(CommandTest, NumbersOutOfRangeAreRefused) {
+  struct Typed {
+    const char* command;
+    std::vector<std::string> answers;  // the last is refused
+    const char* refusal;
+  } typed[] = {
+      {"LINE", {"1e100,0"}, "Invalid point."},
+      {"LINE", {"1e99,1e99", "@1e308,1e308"}, "Invalid point."},
+      {"LINE", {"-1e99,0", "@1e99<180"}, "Invalid point."},
+      {"CIRCLE", {"0,0", "1e100"}, "Requires a positive distance."},
+      {"CIRCLE", {"3P", "0,0", "1e98,0", "2e98,1e-90"}, "Value out of range."},
+      {"ARC", {"C", "1e99,0", "-1e99,0", "0,0"}, "Value out of range."},
+      {"PLINE", {"1e99,0", "L", "1e99"}, "Value out of range."},
+      {"PLINE", {"0,0", "H", "1e99"}, "Value out of range."},
+      {"TEXT", {"0,0", "1e100"}, "Requires a positive height."},
+      {"LTSCALE", {"1e100"}, "Requires a positive number."},
+      {"TEXTSIZE", {"1e100"}, "Invalid value."},
+  };
+  for (const Typed& t : typed) {
+    std::vector<std::string> lines = t.answers;
+    lines.push_back("#cancel");
+    Answer(lines);
+    host_->Execute(t.command);
+    EXPECT_NE(Output().find(t.answers.back() + "\n" + t.refusal), std::string::npos)
+        << t.command << " " << t.answers.back() << "\n" << Output();
+  }
+  SysValue size;
+  ASSERT_TRUE(host_->sysvars().Get("TEXTSIZE", &size));
+  EXPECT_EQ(std::get<double>(size), 2.5);
+
+  ads_point o = {0, 0, 0}, far = {1e99, 0, 0}, other_side = {-1e99, 0, 0}, inf = {INFINITY, 0, 0};
+  EXPECT_EQ(ads_command(RTSTR, "LINE", RT3DPOINT, inf, 0), RTREJ);
+  EXPECT_EQ(ads_command(RTSTR, "LINE", RT3DPOINT, o, RTREAL, NAN, 0), RTREJ);
+  EXPECT_EQ(ads_command(RTSTR, "CIRCLE", RT3DPOINT, o, RTREAL, 1e300, 0), RTREJ);
+  EXPECT_EQ(ads_command(RTSTR, "ARC", RTSTR, "C", RT3DPOINT, far, RT3DPOINT, other_side, RT3DPOINT, o, 0), RTREJ);
+  EXPECT_EQ(ads_command(RTSTR, "TEXT", RT3DPOINT, o, RTREAL, 2.5, RTANG, INFINITY, 0), RTREJ);
+  EXPECT_FALSE(host_->command_pending());
+  EXPECT_TRUE(host_->drawing().MainEntities().empty()) << Output();
+}
+
+// setvar and ads_setvar refuse what a variable cannot hold: no 16-bit
+// integer wraps, no real or point leaves the range.
+TEST_F(CommandTest, SystemVariablesRefuseNumbersOutOfRange) {
+  for (const char* set : {"(setvar \"CMDECHO\" 65536)", "(setvar \"LTSCALE\" 1e200)",
+                          "(setvar \"INSBASE\" '(0 1e100))", "(setvar \"INSBASE\" '(0 \"1\"))",
+                          "(setvar \"CMDECHO\" T)", "(setvar \"CECOLOR\" \"70000\")"}) {
+    size_t before = Output().size();
+    host_->Execute(set);
+    EXPECT_NE(Output().find("error: the host rejected the value\n", before), std::string::npos) << set;
+  }
+  resbuf rb{};
+  rb.restype = RTREAL;
+  rb.resval.rreal = INFINITY;
+  EXPECT_EQ(ads_setvar("LTSCALE", &rb), RTERROR);
+  rb.restype = RT3DPOINT;
+  rb.resval.rpoint[0] = NAN;
+  EXPECT_EQ(ads_setvar("INSBASE", &rb), RTERROR);
+  SysValue v;
+  ASSERT_TRUE(host_->sysvars().Get("CMDECHO", &v));
+  EXPECT_EQ(std::get<short>(v), 1);
+  ASSERT_TRUE(host_->sysvars().Get("LTSCALE", &v));
+  EXPECT_EQ(std::get<double>(v), 1.0);
+  ASSERT_TRUE(host_->sysvars().Get("INSBASE", &v));
+  EXPECT_EQ(std::get<Point3>(v), (Point3{0, 0, 0}));
+  // The current colour is kept as new records read it: a number, BYLAYER
+  // or BYBLOCK.
+  host_->Execute("(setvar \"CECOLOR\" \"red\")");
+  ASSERT_TRUE(host_->sysvars().Get("CECOLOR", &v));
+  EXPECT_EQ(std::get<std::string>(v), "1");
+  EXPECT_EQ(host_->NewEntity("LINE").color, 1);
+}
+
 TEST_F(CommandTest, CmdechoDecidesWhetherProgramCommandsAreShown) {
   ads_point a = {0, 0, 0}, b = {5, 5, 0};
   ads_command(RTSTR, "LINE", RT3DPOINT, a, RT3DPOINT, b, RTSTR, "", 0);
@@ -418,6 +494,41 @@ TEST_F(InsertTest, AsksAttributesInBlockOrderAndWalksIntoThem) {
   EXPECT_NEAR(Real(defaulted, 40), 40, 1e-12);
 
   EXPECT_NE(ads_command(RTSTR, "INSERT", RTSTR, "NOBLOCK", 0), RTNORM);
+}
+
+// A drawing file whose model space inserts the block it defines, itself or
+// through the drawing's blocks, is refused; the drawing keeps its blocks.
+TEST_F(InsertTest, ABlockFileThatInsertsItselfIsRefused) {
+  auto write = [&](const char* name, const char* inserts) {
+    Drawing file;
+    Entity insert("INSERT");
+    insert.groups = {{2, std::string(inserts)}, {10, Point3{0, 0, 0}}};
+    file.Append(insert);
+    std::string err;
+    ASSERT_TRUE(SaveDxf(file, SysVarTable(), LinuxPath(name), &err)) << err;
+  };
+  write("SELF.DXF", "SELF");
+  write("INNER.DXF", "OUTER");
+  Entity inner("INSERT");
+  inner.groups = {{2, std::string("INNER")}, {10, Point3{0, 0, 0}}};
+  host_->tables().blocks().Put({"OUTER", {0, 0, 0}, 0, {inner}});
+  ads_point at = {0, 0, 0};
+  EXPECT_EQ(ads_command(RTSTR, "INSERT", RTSTR, "SELF", RT3DPOINT, at, 0), RTREJ);
+  EXPECT_NE(Output().find("Block SELF inserts itself.\n*Cancel*"), std::string::npos) << Output();
+  EXPECT_EQ(ads_command(RTSTR, "INSERT", RTSTR, "INNER", RT3DPOINT, at, 0), RTREJ);
+  EXPECT_NE(Output().find("Block INNER inserts itself through OUTER.\n*Cancel*"), std::string::npos);
+  EXPECT_EQ(host_->tables().blocks().records().size(), 1u);
+  EXPECT_TRUE(host_->drawing().entities().empty());
+}
+
+TEST_F(InsertTest, AttributesScaledOutOfRangeRefuseTheInsert) {
+  ads_point at = {0, 0, 0};
+  size_t before = host_->drawing().entities().size();
+  EXPECT_EQ(ads_command(RTSTR, "INSERT", RTSTR, "NFB", RT3DPOINT, at, RTSTR, "1e99", RTSTR, "", RTSTR, "0", 0),
+            RTREJ);
+  EXPECT_NE(Output().find("Rotation angle <0>: 0\nValue out of range.\n*Cancel*"), std::string::npos)
+      << Output();
+  EXPECT_EQ(host_->drawing().entities().size(), before);
 }
 
 }  // namespace

@@ -77,6 +77,92 @@ TEST(LispEvalTest, SetqFunctionsAndErrors) {
   EXPECT_EQ(eval("(twice 1)"), "error: null function");
 }
 
+// Evaluates each expression of text in turn; the printed value of the
+// last, or "error: " and the first error.
+std::string EvalPrint(Interpreter& in, std::string_view text) {
+  size_t pos = 0;
+  Value expr, v;
+  std::string err;
+  while (Read(text, &pos, &expr, &err)) {
+    if (!in.Eval(expr, &v, &err)) return "error: " + err;
+    if (text.find_first_not_of(" ", pos) == std::string_view::npos) return Print(v);
+  }
+  return "error: " + err;
+}
+
+// Integers are 32-bit as in the host: literals past that read as reals,
+// arithmetic wraps, atoi stops at the largest integer; reals never become
+// infinite.
+TEST(LispNumbersTest, IntegersStay32BitAndRealsFinite) {
+  struct Case {
+    const char* text;
+    const char* result;
+  } cases[] = {
+      {"2147483647", "2147483647"},
+      {"2147483648", "2.14748e+09"},
+      {"-2147483648", "-2.14748e+09"},
+      {"99999999999999999999", "1e+20"},
+      {"1e400", "error: number out of range on input"},
+      {"(+ 2147483647 1)", "-2147483648"},
+      {"(* 65536 65536)", "0"},
+      {"(- (- 2147483647) 2)", "2147483647"},
+      {"(* 1e200 1e200)", "error: floating-point overflow"},
+      {"(- -1e308 1e308)", "error: floating-point overflow"},
+      {"(atoi \"99999999999999999999\")", "2147483647"},
+      {"(atoi \"-99999999999999999999\")", "-2147483648"},
+      {"(atoi \"2147483648\")", "2147483647"},
+      {"(atoi \" -12abc\")", "-12"},
+      {"(atoi \"abc\")", "0"},
+      {"(atof \" 2.5e3x\")", "2500.0"},
+      {"(atof \"-.5\")", "-0.5"},
+      {"(atof \"1e\")", "1.0"},
+      {"(atof \"inf\")", "0.0"},
+      {"(atof \"0x10\")", "0.0"},
+      {"(atof \"1e400\")", "error: floating-point overflow"},
+      {"(itoa (- -2147483647 1))", "\"-2147483648\""},
+      {"(itoa 2.5)", "error: bad argument type"},
+      {"(itoa)", "error: too few arguments"},
+  };
+  Interpreter in;
+  for (const Case& c : cases) EXPECT_EQ(EvalPrint(in, c.text), c.result) << c.text;
+}
+
+// Reading, evaluating and making lists stop at kMaxNesting levels with an
+// error, however deep the input (a 100 KB line of parentheses included).
+TEST(LispNestingTest, DeepInputIsAnErrorNotACrash) {
+  auto nested = [](int levels, const std::string& head) {
+    std::string text;
+    for (int i = 0; i < levels; i++) text += "(" + head;
+    return text + std::string(levels, ')');
+  };
+  Interpreter in;
+  const std::string kTooDeep = "error: nesting too deep on input";
+  EXPECT_EQ(EvalPrint(in, nested(kMaxNesting, "list ")).substr(0, 6), "((((((");
+  EXPECT_EQ(EvalPrint(in, nested(kMaxNesting + 1, "list ")), kTooDeep);
+  EXPECT_EQ(EvalPrint(in, nested(50000, "")), kTooDeep);
+  EXPECT_EQ(EvalPrint(in, std::string(kMaxNesting, '\'') + "a").substr(0, 7), "(QUOTE ");
+  EXPECT_EQ(EvalPrint(in, std::string(kMaxNesting + 1, '\'') + "a"), kTooDeep);
+
+  // A list grown one level per evaluation stops at the same depth.
+  std::string err;
+  int grown = 0;
+  while (grown <= kMaxNesting && EvalPrint(in, "(setq a (list a))").rfind("error", 0) != 0) grown++;
+  EXPECT_EQ(grown, kMaxNesting);
+  EXPECT_EQ(EvalPrint(in, "(setq a (list a))"), "error: nesting too deep");
+
+  // So does a list handed over as result buffers: the part too deep is nil.
+  std::vector<resbuf*> items;
+  for (int i = 0; i < kMaxNesting + 1; i++) items.push_back(NewRb(RTLB));
+  for (int i = 0; i < kMaxNesting + 1; i++) items.push_back(NewRb(RTLE));
+  items.push_back(NewRb(RTT));
+  for (size_t i = 0; i + 1 < items.size(); i++) items[i]->rbnext = items[i + 1];
+  std::vector<Value> values = ValuesOf(items[0]);
+  ASSERT_EQ(values.size(), 2u) << "the items after the list are still read";
+  EXPECT_EQ(values[0].depth, kMaxNesting);
+  EXPECT_EQ(values[1].kind, Value::Kind::kT);
+  ReleaseList(items[0]);
+}
+
 TEST(LispResbufTest, ValuesCrossIntoResultBuffersAndBack) {
   const char* texts[] = {"\"text\"", "7",     "100000", "2.5",         "nil",
                          "T",        "(1.0 2.0 3.0)", "(1.0 2.0)", "(\"a\" (1 2 \"b\") 3)",

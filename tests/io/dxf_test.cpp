@@ -339,6 +339,33 @@ TEST_F(DxfTest, BrokenFilesFailWithTheirLine) {
       {"999\nnote\n0\nEOF\n", ":2: expected SECTION or EOF"},
       {"0\nSECTION\n0\nEOF\n", ":2: SECTION without a name"},
       {"Binary DXF\r\n\x1a\0\x01", ":1: binary DXF files are not read"},
+      // Numbers the host could not keep: not finite, past 1e99, past their
+      // group's 16 or 32 bits; codes outside 0 to 1071.
+      {"0\nSECTION\n2\nENTITIES\n0\nLINE\n10\nnan\n20\n0\n0\nENDSEC\n0\nEOF\n",
+       ":8: 'nan' is not a number (group 10)"},
+      {"0\nSECTION\n2\nENTITIES\n0\nCIRCLE\n10\n0\n20\n0\n40\n-inf\n0\nENDSEC\n0\nEOF\n",
+       ":12: '-inf' is not a number (group 40)"},
+      {"0\nSECTION\n2\nENTITIES\n0\nLINE\n10\n0\n20\n1e308\n0\nENDSEC\n0\nEOF\n",
+       ":10: '1e308' is out of range (group 20)"},
+      {"0\nSECTION\n2\nENTITIES\n0\nARC\n50\n1e400\n0\nENDSEC\n0\nEOF\n", ":8: '1e400' is out of range (group 50)"},
+      {"0\nSECTION\n2\nENTITIES\n0\nINSERT\n70\n32768\n0\nENDSEC\n0\nEOF\n",
+       ":8: '32768' is out of range (group 70)"},
+      {"0\nSECTION\n2\nENTITIES\n0\nLINE\n62\n-40000.0\n0\nENDSEC\n0\nEOF\n",
+       ":8: '-40000.0' is out of range (group 62)"},
+      {"0\nSECTION\n2\nENTITIES\n0\nLINE\n1070\n99999999999999999999\n0\nENDSEC\n0\nEOF\n",
+       ":8: '99999999999999999999' is out of range (group 1070)"},
+      {"0\nSECTION\n2\nENTITIES\n0\nLWPOLYLINE\n90\n4294967296\n0\nENDSEC\n0\nEOF\n",
+       ":8: '4294967296' is out of range (group 90)"},
+      {"0\nSECTION\n2\nENTITIES\n0\nLINE\n5000\n1.0\n0\nENDSEC\n0\nEOF\n", ":7: '5000' is not a group code"},
+      {"0\nSECTION\n2\nENTITIES\n0\nLINE\n-1\nx\n0\nENDSEC\n0\nEOF\n", ":7: '-1' is not a group code"},
+      {"0\nSECTION\n2\nHEADER\n9\n$LTSCALE\n40\n1e100\n0\nENDSEC\n0\nEOF\n",
+       ":8: '1e100' is out of range (group 40)"},
+      // Blocks that insert themselves, at the insert that closes the cycle.
+      {"0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n2\nA\n0\nINSERT\n2\nA\n0\nENDBLK\n0\nENDSEC\n0\nEOF\n",
+       ":12: block A inserts itself\nA\n^"},
+      {"0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n2\nA\n0\nINSERT\n2\nB\n0\nENDBLK\n"
+       "0\nBLOCK\n2\nB\n0\nINSERT\n2\na\n0\nENDBLK\n0\nENDSEC\n0\nEOF\n",
+       ":22: block A inserts itself through B"},
   };
   for (const Case& c : cases) {
     Drawing d;
@@ -352,6 +379,61 @@ TEST_F(DxfTest, BrokenFilesFailWithTheirLine) {
   std::string err;
   EXPECT_FALSE(OpenDxf(Path("missing.dxf"), nullptr, nullptr, &err));
   EXPECT_EQ(err, Path("missing.dxf") + ": cannot open");
+}
+
+// What the host does not keep (other tables, other header variables) is
+// not read, so it may hold anything; handles it cannot number after are
+// replaced, as taken ones are.
+TEST_F(DxfTest, OnlyWhatTheHostKeepsMustBeInRange) {
+  const char file[] =
+      "0\nSECTION\n2\nHEADER\n9\n$EXTMIN\n10\n-1e300\n20\nnan\n9\n$HANDSEED\n5\nFFFFFFFFFF\n0\nENDSEC\n"
+      "0\nSECTION\n2\nTABLES\n0\nTABLE\n2\nVPORT\n0\nVPORT\n2\n*ACTIVE\n40\n1e308\n0\nENDTAB\n0\nENDSEC\n"
+      "0\nSECTION\n2\nENTITIES\n0\nLINE\n5\nFFFFFFFF\n8\n0\n10\n-1e99\n20\n0\n11\n1e99\n21\n0\n"
+      "0\nENDSEC\n0\nEOF\n";
+  Drawing d;
+  ASSERT_EQ(OpenText(file, &d), "");
+  const Entity& line = d.entities()[0];
+  EXPECT_LT(line.handle, 0x100u) << "a new handle";
+  EXPECT_LT(d.handle_seed(), 0x100u);
+  EXPECT_EQ(DumpDrawing(d).substr(DumpDrawing(d).find("LINE ")),
+            "LINE layer=\"0\" linetype=BYLAYER color=256 10=(-1e+99,0,0) 11=(1e+99,0,0)\n");
+
+  std::string saved = Save(d, SysVarTable());
+  EXPECT_EQ(Value(Find(saved, "LINE"), 11), "1e+99");
+  Drawing again;
+  ASSERT_EQ(OpenText(saved, &again), "") << "what the host saves it opens";
+  EXPECT_EQ(DumpDrawing(again), DumpDrawing(d));
+}
+
+// Should a number that is not finite get into a drawing, the save is
+// refused rather than written with a 0 in its place; extents wider than a
+// double can measure keep the default view.
+TEST_F(DxfTest, NothingNotFiniteIsWritten) {
+  Drawing d;
+  Entity line("LINE");
+  line.groups = {{10, Point3{0, 0, 0}}, {11, Point3{NAN, 0, 0}}};
+  d.Append(line);
+  std::string err;
+  EXPECT_FALSE(SaveDxf(d, SysVarTable(), Path("nan.dxf"), &err));
+  EXPECT_EQ(err, "Cannot save " + Path("nan.dxf") + ": the drawing holds a number that is not finite.");
+  EXPECT_FALSE(std::filesystem::exists(Path("nan.dxf")));
+
+  // A line of +-1e99 at scales 1e99, 1e99 and 1e11: +-1e308 wide.
+  Drawing wide;
+  auto insert = [](const char* block, double scale) {
+    return sample::Record("INSERT", "0", {{2, std::string(block)}, {10, Point3{0, 0, 0}}, {41, scale},
+                                          {42, scale}, {43, 1.0}, {50, 0.0}});
+  };
+  wide.tables().blocks().Put({"FAR", {0, 0, 0}, 0, {sample::Record("LINE", "0", {{10, Point3{-1e99, 0, 0}},
+                                                                                 {11, Point3{1e99, 0, 0}}})}});
+  wide.tables().blocks().Put({"MID", {0, 0, 0}, 0, {insert("FAR", 1e99)}});
+  wide.tables().blocks().Put({"TOP", {0, 0, 0}, 0, {insert("MID", 1e99)}});
+  wide.Append(insert("TOP", 1e11));
+  std::string file = Save(wide, SysVarTable());
+  EXPECT_EQ(Value(Find(file, "LINE"), 10), "-1e+99");
+  EXPECT_EQ(Value(Find(file, "VPORT"), 40), "297.0");
+  EXPECT_EQ(file.find("nan"), std::string::npos);
+  EXPECT_EQ(file.find("inf"), std::string::npos);
 }
 
 TEST_F(DxfTest, FailedSaveLeavesNothingBehind) {

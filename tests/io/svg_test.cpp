@@ -142,5 +142,29 @@ TEST(SvgTest, HiddenLayersHideWhatIsOnThem) {
   EXPECT_NE(svg.find("M0,-105 L1,-105"), std::string::npos);
 }
 
+// Far points print in exponent form; a block whose points a stack of huge
+// scales carries past any double is left out of the picture, which keeps
+// a finite frame and never shows "nan" or "inf".
+TEST(SvgTest, HugeNumbersStayReadableAndFinite) {
+  Drawing d;
+  d.Append(Line({-1e99, 0, 0}, {1e99, 1, 0}));
+  d.tables().blocks().Put({"DOT", {0, 0, 0}, 0, {Line({1e99, 1e99, 0}, {-1e99, 0, 0})}});
+  std::string previous = "DOT";
+  for (int level = 0; level < 4; level++) {
+    std::string name = "UP" + std::to_string(level);
+    d.tables().blocks().Put({name, {0, 0, 0}, 0,
+                             {Record("INSERT", "0", {{2, previous}, {10, Point3{0, 0, 0}}, {41, 1e99},
+                                                     {42, 1e99}, {43, 1.0}, {50, 0.0}})}});
+    previous = name;
+  }
+  d.Append(Record("INSERT", "0", {{2, previous}, {10, Point3{0, 0, 0}}, {41, 1.0}, {42, 1.0}, {43, 1.0}, {50, 0.0}}));
+  d.Append(Record("ARC", "0", {{10, Point3{0, 0, 0}}, {40, 1.0}, {50, 1e20}, {51, -1e20}}));
+  std::string svg = DrawingSvg(d, SysVarTable());
+  EXPECT_EQ(Count(svg, "<path"), 2u) << "the line and the arc, not the block" << svg;
+  EXPECT_NE(svg.find("<path d=\"M-1e+99,0 L1e+99,-1\""), std::string::npos) << svg;
+  for (const char* word : {"nan", "inf", "0000000000"}) EXPECT_EQ(svg.find(word), std::string::npos) << word;
+  EXPECT_NE(svg.find("viewBox=\"-1.1e+99 "), std::string::npos) << svg.substr(0, 300);
+}
+
 }  // namespace
 }  // namespace vorhost

@@ -1,0 +1,120 @@
+// geometry_test.cpp - outlines of records: arcs whatever their angles,
+// blocks that would insert themselves, and what one insert may cost.
+#include "emulator/drawing/geometry.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "emulator/drawing/blocks.h"
+#include "emulator/io/scene.h"
+
+namespace vorhost {
+namespace {
+
+Entity Insert(const std::string& block, short columns = 1, short rows = 1) {
+  Entity e("INSERT");
+  e.groups = {{2, block}, {10, Point3{0, 0, 0}}, {70, columns}, {71, rows}, {44, 1.0}, {45, 1.0}};
+  return e;
+}
+
+Entity Line() {
+  Entity e("LINE");
+  e.groups = {{10, Point3{0, 0, 0}}, {11, Point3{1, 0, 0}}};
+  return e;
+}
+
+// Blocks named as "A>B,C": block A inserts B and C (and holds a line).
+SymbolTable<BlockRecord> Blocks(std::initializer_list<std::string> definitions) {
+  SymbolTable<BlockRecord> blocks;
+  for (const std::string& d : definitions) {
+    BlockRecord b{d.substr(0, d.find('>')), {0, 0, 0}, 0, {Line()}};
+    for (size_t at = d.find('>'); at != std::string::npos;) {
+      size_t end = d.find(',', at + 1);
+      b.entities.push_back(Insert(d.substr(at + 1, end - at - 1)));
+      at = end;
+    }
+    blocks.Put(b);
+  }
+  return blocks;
+}
+
+// Sweeps come out in (0, 2 pi] in one step, angles of any size included:
+// an arc read with an angle of 1e20 must not be walked round 1e19 times.
+TEST(GeometryTest, ArcSweepsInConstantTime) {
+  struct Case {
+    double a1, a2, sweep;
+  } cases[] = {
+      {0, M_PI / 2, M_PI / 2},
+      {M_PI / 2, 0, 1.5 * M_PI},
+      {1, 1, 2 * M_PI},
+      {-M_PI, M_PI, 2 * M_PI},
+      {5 * M_PI, M_PI / 2, 1.5 * M_PI},
+      {INFINITY, 0, 0},
+      {0, NAN, 0},
+  };
+  for (const Case& c : cases) EXPECT_NEAR(ArcSweep(c.a1, c.a2), c.sweep, 1e-12) << c.a1 << " " << c.a2;
+  for (double huge : {1e20, 1e99, 1e308}) {
+    double sweep = ArcSweep(huge, -huge);
+    EXPECT_TRUE(sweep > 0 && sweep <= 2 * M_PI) << huge;
+    EXPECT_LE(ArcPoints({0, 0, 0}, 1, huge, -huge).size(), 33u) << huge;
+  }
+  EXPECT_TRUE(ArcPoints({0, 0, 0}, INFINITY, 0, 1).empty());
+
+  Box box;
+  box.Add({1, 2, 0});
+  box.Add({NAN, 5, 0});
+  box.Add({-INFINITY, 0, 0});
+  EXPECT_EQ(box.lo, (Point3{1, 2, 0}));
+  EXPECT_EQ(box.hi, (Point3{1, 2, 0}));
+}
+
+TEST(BlocksTest, CyclesAreFoundThroughAnyNumberOfBlocks) {
+  struct Case {
+    std::initializer_list<std::string> blocks;
+    const char* start;
+    std::string cycle;
+  } cases[] = {
+      {{"A>B", "B>C", "C"}, "", ""},
+      {{"A>B,B", "B"}, "", ""},
+      {{"A>MISSING"}, "", ""},
+      {{"A>a"}, "", "block A inserts itself"},
+      {{"A>B", "B>C", "C>A"}, "", "block A inserts itself through B, C"},
+      {{"X>A", "A>B", "B>A"}, "", "block A inserts itself through B"},
+      {{"A>B", "B>A"}, "b", "block B inserts itself through A"},
+  };
+  for (const Case& c : cases) {
+    SymbolTable<BlockRecord> blocks = Blocks(c.blocks);
+    EXPECT_EQ(DescribeCycle(BlockCycle(blocks, c.start)), c.cycle) << *c.blocks.begin();
+  }
+}
+
+// A multiple insert of 32767 x 32767 cells, and blocks that insert four of
+// the next, as deep as blocks are expanded (4^15 copies), each cost one
+// budget of records and cells, for the outline (saves, picks) and the
+// picture alike.
+TEST(BlocksTest, OneInsertCostsAtMostItsBudget) {
+  Drawing d;
+  d.tables().blocks().Put({"ONE", {0, 0, 0}, 0, {Line()}});
+  for (int level = 0; level + 1 < kMaxBlockDepth; level++) {
+    std::string next = level + 2 < kMaxBlockDepth ? "L" + std::to_string(level + 1) : "ONE";
+    d.tables().blocks().Put({"L" + std::to_string(level), {0, 0, 0}, 0,
+                             {Insert(next), Insert(next), Insert(next), Insert(next)}});
+  }
+  uint64_t grid = d.Append(Insert("ONE", 32767, 32767));
+  uint64_t tree = d.Append(Insert("L0"));
+  uint64_t small = d.Append(Insert("ONE", 2, 3));
+  EXPECT_EQ(EntityOutline(d, small).size(), 6u + 1) << "six cells and the insertion point";
+  for (uint64_t id : {grid, tree}) {
+    size_t chains = EntityOutline(d, id).size();
+    EXPECT_GT(chains, kInsertBudget / 4);
+    EXPECT_LE(chains, kInsertBudget + 1);
+  }
+  size_t visited = 0;
+  WalkModelSpace(d, [&](const PlacedRecord&) { visited++; });
+  EXPECT_GT(visited, kInsertBudget / 2) << "a budget for each insert";
+  EXPECT_LE(visited, 2 * kInsertBudget + 6);
+}
+
+}  // namespace
+}  // namespace vorhost
