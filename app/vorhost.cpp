@@ -17,7 +17,13 @@
 #include "emulator/ui/script.h"
 #include "host/ads.h"
 
+#ifndef VORMIS_VERSION
+#define VORMIS_VERSION "unknown"
+#endif
+
 namespace {
+
+const char kVersion[] = "vorhost " VORMIS_VERSION "\n";
 
 const char kUsage[] =
     "usage: vorhost [options] [SCRIPT | -]\n"
@@ -35,10 +41,13 @@ const char kUsage[] =
     "  --save FILE.dxf  when the script ends, save the drawing (DXF R12, Big5)\n"
     "  --svg FILE.svg   when the script ends, write the drawing as SVG\n"
     "  --dump           when the script ends, print the drawing as text\n"
+    "  --version        show the program's version\n"
     "  --help           show this text\n"
     "\n"
     "The host's search path is the ACAD environment variable (DOS folders\n"
-    "separated by ';'), then the host's own resources.\n"
+    "separated by ';'), then the module's dialog files and the host's own\n"
+    "resources, found beside the program ($VORMIS_FILES and\n"
+    "$VORHOST_RESOURCES name other folders).\n"
     "\n"
     "Exit status: 0 when the script ran to its end, 1 when one of its lines\n"
     "failed (an expectation, or input that ended while the host was asking),\n"
@@ -99,6 +108,29 @@ bool ParseOptions(int argc, char** argv, Options* opts, std::string* err) {
   return true;
 }
 
+// Whether the module's dialog files and the host's resources are where the
+// host looks for them; without them every dialog fails.
+bool FindOwnFiles(std::string* err) {
+  struct OwnFile {
+    std::string dir;
+    const char* name;
+    const char* variable;
+  };
+  const OwnFile files[] = {
+      {vorhost::Host::ModuleDirectory(), "VORMIS.DCL", "VORMIS_FILES"},
+      {vorhost::Host::ResourceDirectory(), "BASE.DCL", "VORHOST_RESOURCES"},
+  };
+  for (const OwnFile& f : files) {
+    std::error_code ec;
+    if (!std::filesystem::is_regular_file(f.dir + "/" + f.name, ec)) {
+      *err = "cannot find its own files: no " + std::string(f.name) + " in " + f.dir +
+             " (reinstall, or set " + f.variable + " to the folder that holds it)";
+      return false;
+    }
+  }
+  return true;
+}
+
 bool MountDrives(const Options& opts, std::string* err) {
   bool have_c = false;
   for (const auto& [letter, dir] : opts.drives) {
@@ -133,11 +165,18 @@ int main(int argc, char** argv) {
     if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
       std::cout << kUsage;
       return 0;
+    } else if (std::strcmp(argv[i], "--version") == 0) {
+      std::cout << kVersion;
+      return 0;
     }
   Options opts;
   std::string err;
   if (!ParseOptions(argc, argv, &opts, &err) || !MountDrives(opts, &err)) {
     std::cerr << "vorhost: " << err << "\n" << kUsage;
+    return 2;
+  }
+  if (!FindOwnFiles(&err)) {
+    std::cerr << "vorhost: " << err << "\n";
     return 2;
   }
   vorhost::Files().SetCurrentDrive(3);
@@ -157,6 +196,7 @@ int main(int argc, char** argv) {
   vorhost::ScriptUser script(host, opts.script == "-" ? "<stdin>" : opts.script, in);
   host.set_user(&script);
   bool person = opts.script == "-" && isatty(STDIN_FILENO);
+  if (person) std::cout << kVersion;
   host.set_echo_answers(!person);
   script.set_interactive(person);
   if (!opts.open.empty() && !host.OpenDrawing(opts.open, &err)) {

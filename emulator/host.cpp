@@ -11,6 +11,7 @@
 #include "emulator/core/resbuf.h"
 #include "emulator/io/dxf.h"
 #include "emulator/platform/filesystem.h"
+#include "emulator/platform/install_dirs.h"
 
 namespace vorhost {
 namespace {
@@ -482,12 +483,12 @@ void Host::Alert(std::string_view message) {
 
 std::string Host::ResourceDirectory() {
   if (const char* dir = std::getenv("VORHOST_RESOURCES"); dir && *dir) return dir;
-  return VORHOST_RESOURCES;
+  return DataDirectory() + "/resources";
 }
 
 std::string Host::ModuleDirectory() {
   if (const char* dir = std::getenv("VORMIS_FILES"); dir && *dir) return dir;
-  return VORMIS_FILES;
+  return DataDirectory() + "/dcl";
 }
 
 std::vector<std::string> Host::SearchPath() const {

@@ -8,6 +8,14 @@ cd "$work"
 fail() { echo "FAIL: $*"; exit 1; }
 
 "$vorhost" --help | grep -q "usage: vorhost" || fail "--help"
+"$vorhost" --version | grep -qx "vorhost [0-9]*\.[0-9]*\.[0-9]*" || fail "--version: $("$vorhost" --version)"
+
+# A program copied away from its files says where it looked, and does not start.
+mkdir -p alone/bin
+cp "$(readlink -f "$vorhost")" alone/bin/
+echo '(VOR_ELINE)' | env -u VORMIS_FILES -u VORHOST_RESOURCES alone/bin/vorhost - >/dev/null 2>err.txt
+[ $? -eq 2 ] || fail "a program without its files must exit 2"
+grep -q "no VORMIS.DCL in $work/alone/share/vormis/dcl" err.txt || fail "missing files: $(cat err.txt)"
 "$vorhost" --bogus >/dev/null 2>&1; [ $? -eq 2 ] || fail "an unknown option must exit 2"
 "$vorhost" --drive Q >/dev/null 2>&1; [ $? -eq 2 ] || fail "a malformed --drive must exit 2"
 "$vorhost" --drive "C=$work/none" x.vor >/dev/null 2>&1; [ $? -eq 2 ] || fail "a missing drive folder must exit 2"
