@@ -26,6 +26,17 @@ printf '(setq a 2)\n#expect-result 3\n' > bad.vor
 "$vorhost" bad.vor >out.txt 2>err.txt; [ $? -eq 1 ] || fail "a failed expectation must exit 1"
 grep -q "^bad.vor:2: expected result 3, got 2" err.txt || fail "failure message: $(cat err.txt)"
 
+# Data files converted in place, with the exit statuses of the program.
+printf '(\"E1\" \"\xe7\x85\xa7\xe6\x98\x8e\")\n' > u.cat
+cp u.cat u.orig
+"$vorhost" --import-text u.cat >/dev/null || fail "--import-text of UTF-8"
+printf '(\"E1\" \"\xb7\xd3\xa9\xfa\")\r\n\x1a' | cmp -s - u.cat || fail "--import-text wrote $(od -c u.cat)"
+"$vorhost" --import-text u.cat >/dev/null 2>err.txt; [ $? -eq 1 ] || fail "a Big5 file imported again must exit 1"
+grep -q "^vorhost: u.cat:1: .*converted already" err.txt || fail "refusal: $(cat err.txt)"
+"$vorhost" --export-text u.cat >/dev/null && cmp -s u.cat u.orig || fail "--export-text gives the file back"
+"$vorhost" --export-text none.cat >/dev/null 2>&1; [ $? -eq 2 ] || fail "a missing file to convert must exit 2"
+"$vorhost" --import-text u.cat x.vor >/dev/null 2>&1; [ $? -eq 2 ] || fail "a conversion with a script must exit 2"
+
 mkdir -p d/VOR
 out=$(printf '(setq VORMIS "D:/VOR")\n(VOR_ELINE)\ncancel\n#expect-no-output error\n' |
       "$vorhost" --drive "D=$work/d" -) || fail "a script on standard input"

@@ -3,6 +3,7 @@
 
 #include <iconv.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 
@@ -67,10 +68,61 @@ size_t Big5CharLength(std::string_view text, size_t pos) {
   return is_lead && is_trail ? 2 : 1;
 }
 
-bool Utf8ToBig5(std::string_view utf8, std::string* out) {
+bool Utf8ToBig5(std::string_view utf8, std::string* out, size_t* consumed) {
   out->clear();
-  if (!ToBig5().ok()) return false;
-  return ToBig5().Convert(utf8, out) == utf8.size();
+  size_t used = ToBig5().ok() ? ToBig5().Convert(utf8, out) : 0;
+  if (consumed) *consumed = used;
+  return used == utf8.size();
+}
+
+bool IsBig5Text(std::string_view text) {
+  if (text.find('\0') != std::string_view::npos) return false;
+  std::string ignored;
+  return ToUtf8().ok() && ToUtf8().Convert(text, &ignored) == text.size();
+}
+
+bool IsUtf8Text(std::string_view text) {
+  for (size_t i = 0; i < text.size();) {
+    auto b = static_cast<unsigned char>(text[i]);
+    if (b == 0) return false;
+    if (b < 0x80) {
+      ++i;
+      continue;
+    }
+    // The length of the sequence and the range its second byte must be in,
+    // which is what rules out overlong forms, surrogates and values past
+    // U+10FFFF.
+    size_t length;
+    unsigned char low = 0x80, high = 0xBF;
+    if (b >= 0xC2 && b <= 0xDF) {
+      length = 2;
+    } else if (b >= 0xE0 && b <= 0xEF) {
+      length = 3;
+      if (b == 0xE0) low = 0xA0;
+      if (b == 0xED) high = 0x9F;
+    } else if (b >= 0xF0 && b <= 0xF4) {
+      length = 4;
+      if (b == 0xF0) low = 0x90;
+      if (b == 0xF4) high = 0x8F;
+    } else {
+      return false;
+    }
+    if (i + length > text.size()) return false;
+    auto second = static_cast<unsigned char>(text[i + 1]);
+    if (second < low || second > high) return false;
+    for (size_t k = 2; k < length; ++k) {
+      auto next = static_cast<unsigned char>(text[i + k]);
+      if (next < 0x80 || next > 0xBF) return false;
+    }
+    i += length;
+  }
+  return true;
+}
+
+bool LooksLikeUtf8(std::string_view text) {
+  bool wide = std::any_of(text.begin(), text.end(),
+                          [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+  return wide && IsUtf8Text(text);
 }
 
 }  // namespace vorhost

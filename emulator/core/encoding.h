@@ -38,8 +38,22 @@ class IconvConverter {
 std::string Big5ToUtf8(std::string_view big5);
 
 // UTF-8 to Big5. Returns false, leaving *out holding what converted so far,
-// when the text has a character Big5 cannot hold or is not valid UTF-8.
-bool Utf8ToBig5(std::string_view utf8, std::string* out);
+// when the text has a character Big5 cannot hold or is not valid UTF-8;
+// *consumed (when given) is then where in utf8 that character starts.
+bool Utf8ToBig5(std::string_view utf8, std::string* out, size_t* consumed = nullptr);
+
+// Whether text is Big5 text as the module keeps it: every byte part of an
+// ASCII or code page 950 character, and no NUL (which a file in UTF-16
+// would be full of).
+bool IsBig5Text(std::string_view text);
+
+// Whether text is well-formed UTF-8 (no overlong forms, surrogates or
+// values past U+10FFFF) without a NUL.
+bool IsUtf8Text(std::string_view text);
+
+// Whether text is UTF-8 and not plain ASCII: text that a UTF-8 editor
+// wrote, where Big5 was wanted.
+bool LooksLikeUtf8(std::string_view text);
 
 // The length of the character at text[pos]: 2 for a Big5 lead byte
 // (0x81-0xFE) followed by a trail byte (0x40-0x7E or 0xA1-0xFE), else 1.
