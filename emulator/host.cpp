@@ -12,6 +12,7 @@
 #include "emulator/io/dxf.h"
 #include "emulator/platform/filesystem.h"
 #include "emulator/platform/install_dirs.h"
+#include "emulator/platform/warnings.h"
 
 namespace vorhost {
 namespace {
@@ -46,6 +47,11 @@ Host::Host(std::ostream* out)
       dialogs_(std::make_unique<DialogManager>(*this)) {
   previous_ = current_host;
   current_host = this;
+  // A host is a session: the files the module reads are warned about once
+  // in it, on the command line of whichever host is current.
+  SetWarningSink([](std::string_view text) {
+    if (Host* host = Current()) host->transcript().Write(text);
+  });
   InstallTextCheck();
   DefineBuiltins();
 }

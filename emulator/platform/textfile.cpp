@@ -9,18 +9,64 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <utility>
+
+#include "emulator/core/encoding.h"
 
 namespace vorhost {
 namespace {
 
 constexpr char kEndOfFile = 0x1A;
 constexpr size_t kReadAhead = 4096;
+// Lines longer than this are not checked for Big5: no data file of the
+// module has them, and a file that does is no text the check could help.
+constexpr size_t kCheckedLineMax = 65536;
+
+// Watches the text given out by a stream, line by line, for the first line
+// that is not Big5 text.
+class LineCheck {
+ public:
+  explicit LineCheck(NotBig5Handler handler) : handler_(std::move(handler)) {}
+
+  void Take(const char* text, size_t size) {
+    for (size_t i = 0; i < size && handler_; ++i) {
+      if (text[i] == '\n') {
+        EndLine();
+      } else if (line_.size() < kCheckedLineMax) {
+        line_ += text[i];
+      } else {
+        too_long_ = true;
+      }
+    }
+  }
+
+  // The text has ended: the last line need not end with a line feed.
+  void End() {
+    if (!line_.empty()) EndLine();
+  }
+
+ private:
+  void EndLine() {
+    if (handler_ && !too_long_ && !IsBig5Text(line_)) {
+      handler_(number_, line_);
+      handler_ = nullptr;  // once per stream
+    }
+    line_.clear();
+    too_long_ = false;
+    ++number_;
+  }
+
+  NotBig5Handler handler_;
+  std::string line_;
+  bool too_long_ = false;
+  int number_ = 1;
+};
 
 // The file behind one text-mode stream. It owns the descriptor and the raw
 // bytes read ahead; the FILE owns it and deletes it when closed.
 class TextFile {
  public:
-  explicit TextFile(int fd) : fd_(fd) {}
+  TextFile(int fd, NotBig5Handler not_big5) : fd_(fd), check_(std::move(not_big5)) {}
   ~TextFile() {
     if (fd_ >= 0) ::close(fd_);
   }
@@ -45,6 +91,7 @@ class TextFile {
   size_t end_ = 0;
   bool pending_cr_ = false;  // a CR was read; what follows decides its fate
   bool ended_ = false;       // a 0x1A was read: nothing more to give
+  LineCheck check_;
 };
 
 int TextFile::Fill() {
@@ -60,13 +107,18 @@ int TextFile::Fill() {
 
 ssize_t TextFile::Read(char* out, size_t size) {
   size_t count = 0;
+  bool at_end = ended_;
   while (count < size && !ended_) {
     if (begin_ == end_) {
       int filled = Fill();
-      if (filled < 0) return count > 0 ? static_cast<ssize_t>(count) : -1;
+      if (filled < 0) {
+        check_.Take(out, count);
+        return count > 0 ? static_cast<ssize_t>(count) : -1;
+      }
       if (filled == 0) {
         if (pending_cr_) out[count++] = '\r';  // a CR that ends the file stays
         pending_cr_ = false;
+        at_end = true;
         break;
       }
     }
@@ -79,13 +131,15 @@ ssize_t TextFile::Read(char* out, size_t size) {
     }
     ++begin_;
     if (c == kEndOfFile) {
-      ended_ = true;
+      ended_ = at_end = true;
     } else if (c == '\r') {
       pending_cr_ = true;
     } else {
       out[count++] = c;
     }
   }
+  check_.Take(out, count);
+  if (at_end) check_.End();
   return static_cast<ssize_t>(count);
 }
 
@@ -201,7 +255,7 @@ FILE* OpenBinary(const std::string& linux_path, const char* mode) {
 
 }  // namespace
 
-FILE* OpenTextMode(const std::string& linux_path, const char* mode_text) {
+FILE* OpenTextMode(const std::string& linux_path, const char* mode_text, NotBig5Handler not_big5) {
   Mode mode;
   if (!ParseMode(mode_text, &mode)) {
     errno = EINVAL;
@@ -210,7 +264,7 @@ FILE* OpenTextMode(const std::string& linux_path, const char* mode_text) {
   if (mode.binary) return OpenBinary(linux_path, mode_text);
   int fd = ::open(linux_path.c_str(), mode.flags | O_CLOEXEC, 0666);
   if (fd < 0) return nullptr;
-  auto file = std::make_unique<TextFile>(fd);
+  auto file = std::make_unique<TextFile>(fd, std::move(not_big5));
   if (IsDirectory(fd)) {
     errno = EISDIR;
     return nullptr;
