@@ -62,8 +62,8 @@ const char kUsage[] =
     "Exit status: 0 when the script ran to its end, 1 when one of its lines\n"
     "failed (an expectation, or input that ended while the host was asking)\n"
     "or a file could not be converted, 2 for a usage error, a script, drawing\n"
-    "or file to convert that cannot be read, 3 when a file to write could not\n"
-    "be written.\n";
+    "or file to convert that cannot be read, or missing files of the program,\n"
+    "3 when a file to write could not be written.\n";
 
 struct Options {
   // Files to convert, in order: true to import (UTF-8 to the host's text),
