@@ -4,8 +4,10 @@
 set -eu
 cd "$(dirname "$0")/.."
 scripts/setup.sh
-cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-cmake --build build -j "$(nproc)"
+# Only the program: the tests and benchmarks are built by scripts/test.sh.
+cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVOR_TESTS=OFF -DVOR_BENCH=OFF \
+  >/dev/null
+cmake --build build -j "$(nproc)" --target vorhost
 out=${VOR_OUT:-out}
 rm -rf "$out/c"
 mkdir -p "$out/c"
