@@ -44,6 +44,9 @@ draw_panels() {
 }
 draw_panels "$work/root/usr/bin/vorhost" "$work/from_package"
 draw_panels "$vorhost" "$work/from_build"
+# The font the package brings is one the drawings ask for.
+grep -q "font-family=\"[^\"]*'WenQuanYi Micro Hei'" "$work/from_package/panels.svg" ||
+  fail "the SVG does not name the font the package depends on"
 for f in panels.dxf panels.svg transcript; do
   cmp -s "$work/from_package/$f" "$work/from_build/$f" ||
     fail "$f differs between the package and the build tree"
