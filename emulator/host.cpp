@@ -406,7 +406,10 @@ int Host::FeedCommand(const std::vector<Answer>& items) {
       transcript_.Write(answer.Echo());
     }
     switch (command_->Feed(answer)) {
-      case Step::kDone: command_.reset(); break;
+      case Step::kDone:
+        command_.reset();
+        command_echo_ = true;  // what follows is no longer the program's command
+        break;
       case Step::kAsk: break;
       case Step::kReject:
         transcript_.WriteLine(command_->refusal());
