@@ -75,10 +75,56 @@ bool Utf8ToBig5(std::string_view utf8, std::string* out, size_t* consumed) {
   return used == utf8.size();
 }
 
+namespace {
+
+// The position of the next diameter byte standing alone in Big5 text, from
+// pos, or npos.
+size_t FindLoneDiameter(std::string_view text, size_t pos) {
+  while (pos < text.size()) {
+    size_t length = Big5CharLength(text, pos);
+    if (length == 1 && text[pos] == kDiameterByte) return pos;
+    pos += length;
+  }
+  return std::string_view::npos;
+}
+
+}  // namespace
+
+bool Big5TextToUtf8(std::string_view big5, std::string* out) {
+  out->clear();
+  if (big5.find('\0') != std::string_view::npos || !ToUtf8().ok()) return false;
+  for (size_t pos = 0;;) {
+    size_t diameter = FindLoneDiameter(big5, pos);
+    std::string_view part = big5.substr(pos, diameter - pos);
+    if (ToUtf8().Convert(part, out) != part.size()) return false;
+    if (diameter == std::string_view::npos) return true;
+    *out += kDiameterUtf8;
+    pos = diameter + 1;
+  }
+}
+
+bool Utf8ToBig5Text(std::string_view utf8, std::string* out, size_t* consumed) {
+  out->clear();
+  for (size_t pos = 0;;) {
+    size_t diameter = utf8.find(kDiameterUtf8, pos);
+    std::string_view part = utf8.substr(pos, diameter - pos);
+    std::string big5;
+    size_t used = 0;
+    bool ok = Utf8ToBig5(part, &big5, &used);
+    *out += big5;
+    if (!ok) {
+      if (consumed) *consumed = pos + used;
+      return false;
+    }
+    if (diameter == std::string_view::npos) return true;
+    *out += kDiameterByte;
+    pos = diameter + kDiameterUtf8.size();
+  }
+}
+
 bool IsBig5Text(std::string_view text) {
-  if (text.find('\0') != std::string_view::npos) return false;
   std::string ignored;
-  return ToUtf8().ok() && ToUtf8().Convert(text, &ignored) == text.size();
+  return Big5TextToUtf8(text, &ignored);
 }
 
 bool IsUtf8Text(std::string_view text) {

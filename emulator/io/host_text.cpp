@@ -108,7 +108,7 @@ bool Utf8ToHostText(std::string_view utf8, std::string* host_text, int* lines, T
     }
     std::string big5;
     size_t consumed = 0;
-    if (!Utf8ToBig5(line, &big5, &consumed))
+    if (!Utf8ToBig5Text(line, &big5, &consumed))
       return Refuse(number, "the character " + NameCharacter(line.substr(consumed)) + " cannot be written in Big5",
                     fault);
     if (big5.size() > kHostLineMax) {
@@ -129,13 +129,14 @@ bool HostTextToUtf8(std::string_view host_text, std::string* utf8, int* lines, T
   std::vector<std::string_view> source = SplitLines(host_text);
   for (size_t i = 0; i < source.size(); ++i) {
     std::string_view line = source[i];
-    if (!IsBig5Text(line)) {
+    std::string converted;
+    if (!Big5TextToUtf8(line, &converted)) {
       return Refuse(static_cast<int>(i) + 1,
                     LooksLikeUtf8(line) ? "the line is not Big5 text (it reads as UTF-8: converted already?)"
                                         : "the line is not Big5 text",
                     fault);
     }
-    *utf8 += Big5ToUtf8(line);
+    *utf8 += converted;
     *utf8 += '\n';
   }
   *lines = static_cast<int>(source.size());

@@ -31,6 +31,9 @@ TEST(TextEncodingTest, TellsBig5FromUtf8) {
       {kLightBig5, true, false, false},
       {kLightUtf8, false, true, true},
       {"\xA5\x5C", true, false, false},          // 功, whose trail byte is a backslash
+      {"1\xED" "6", true, false, false},          // a schedule's diameter sign
+      {"\xA6\xED", true, false, false},          // 住, whose trail byte is the same byte
+      {"\xED", true, false, false},
       {"\xA4", false, false, false},              // a lead byte alone
       {"\xFF\xFE" "A", false, false, false},      // the mark of UTF-16
       {std::string("A\0B", 3), false, false, false},
@@ -106,6 +109,14 @@ TEST(HostTextTest, ExportReadsAsTextModeAndRefusesUtf8) {
   ASSERT_TRUE(HostTextToUtf8("A\r\n" + kLightBig5 + "\r\nlone\rCR\nB\r\n\x1A" "after", &utf8, &lines, &fault));
   EXPECT_EQ(utf8, "A\n" + kLightUtf8 + "\nlone\rCR\nB\n");
   EXPECT_EQ(lines, 4);
+
+  // The schedules' diameter sign standing alone is "⌀" in UTF-8, and back.
+  const std::string schedule = "\xA6\xED;1\xED" "6;\xED\r\n\x1A";
+  ASSERT_TRUE(HostTextToUtf8(schedule, &utf8, &lines, &fault)) << fault.why;
+  EXPECT_EQ(utf8, "\xE4\xBD\x8F;1\xE2\x8C\x80" "6;\xE2\x8C\x80\n");
+  std::string back;
+  ASSERT_TRUE(Utf8ToHostText(utf8, &back, &lines, &fault)) << fault.why;
+  EXPECT_EQ(back, schedule);
 
   EXPECT_FALSE(HostTextToUtf8("A\r\n" + kLightUtf8 + "\r\n", &utf8, &lines, &fault));
   EXPECT_EQ(fault.line, 2);
