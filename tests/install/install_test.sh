@@ -17,7 +17,7 @@ mv "$work/first" "$work/moved"
 tree=$work/moved
 for f in bin/vorhost share/vormis/dcl/VORMIS.DCL share/vormis/dcl/BLK.DCL share/vormis/dcl/VORMIS.HLP \
          share/vormis/resources/BASE.DCL share/vormis/resources/ACAD.LIN share/vormis/resources/NFB--.DXF \
-         share/man/man1/vorhost.1 share/doc/vormis/LICENSE share/doc/vormis/README.md \
+         share/man/man1/vorhost.1 share/doc/vormis/LICENSE share/doc/vormis/README.md share/doc/vormis/docs/data-files.md \
          share/doc/vormis/examples/c/VOR/ELINE.CAT; do
   [ -f "$tree/$f" ] || fail "$f is not installed"
 done
