@@ -18,8 +18,8 @@ namespace {
 
 constexpr char kEndOfFile = 0x1A;
 constexpr size_t kReadAhead = 4096;
-// Lines longer than this are not checked for Big5: no data file of the
-// module has them, and a file that does is no text the check could help.
+// Lines longer than this are not checked for Big5: none of the module's
+// files has them, and a file without line ends would be kept whole.
 constexpr size_t kCheckedLineMax = 65536;
 
 // Watches the text given out by a stream, line by line, for the first line
@@ -44,6 +44,9 @@ class LineCheck {
   void End() {
     if (!line_.empty()) EndLine();
   }
+
+  // The reader moved: line numbers would no longer be true.
+  void Stop() { handler_ = nullptr; }
 
  private:
   void EndLine() {
@@ -169,6 +172,7 @@ bool TextFile::DropReadAhead() {
 }
 
 int TextFile::Seek(off64_t* offset, int whence) {
+  check_.Stop();
   if (!DropReadAhead()) return -1;
   off64_t position = lseek64(fd_, *offset, whence);
   if (position < 0) return -1;
