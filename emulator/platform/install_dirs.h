@@ -11,7 +11,7 @@ namespace vorhost {
 // (VORHOST_DATA_RELATIVE, "../share/vormis" for the usual layout), taken
 // from the folder of the running program with its links resolved, so an
 // installed tree keeps working wherever it is moved. Empty when the
-// program's own location cannot be read.
+// program's own location cannot be found.
 std::string DataDirectory();
 
 }  // namespace vorhost
