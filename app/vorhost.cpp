@@ -2,6 +2,7 @@
 // played by a script or by a person typing at standard input.
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -12,15 +13,23 @@
 #include "emulator/host.h"
 #include "emulator/io/dump.h"
 #include "emulator/io/dxf.h"
+#include "emulator/io/host_text.h"
 #include "emulator/io/svg.h"
 #include "emulator/platform/filesystem.h"
 #include "emulator/ui/script.h"
 #include "host/ads.h"
 
+#ifndef VORMIS_VERSION
+#define VORMIS_VERSION "unknown"
+#endif
+
 namespace {
+
+const char kVersion[] = "vorhost " VORMIS_VERSION "\n";
 
 const char kUsage[] =
     "usage: vorhost [options] [SCRIPT | -]\n"
+    "       vorhost --import-text FILE... | --export-text FILE...\n"
     "\n"
     "Runs the CAD host with the drafting module loaded. Each line of SCRIPT (or\n"
     "of standard input, for - or no SCRIPT) is what the user types next: a\n"
@@ -29,23 +38,37 @@ const char kUsage[] =
     "start with # and a word are directives; see docs/scripting.md.\n"
     "\n"
     "options:\n"
-    "  --drive X=DIR    make the Linux folder DIR the drive X: (repeatable).\n"
-    "                   Without one for C:, C: is the current directory.\n"
-    "  --open FILE.dxf  start from this drawing instead of an empty one\n"
-    "  --save FILE.dxf  when the script ends, save the drawing (DXF R12, Big5)\n"
-    "  --svg FILE.svg   when the script ends, write the drawing as SVG\n"
-    "  --dump           when the script ends, print the drawing as text\n"
-    "  --help           show this text\n"
+    "  --drive X=DIR       make the Linux folder DIR the drive X: (repeatable).\n"
+    "                      Without one for C:, C: is the current directory.\n"
+    "  --open FILE.dxf     start from this drawing instead of an empty one\n"
+    "  --save FILE.dxf     when the script ends, save the drawing (DXF R12, Big5)\n"
+    "  --svg FILE.svg      when the script ends, write the drawing as SVG\n"
+    "  --dump              when the script ends, print the drawing as text\n"
+    "  --import-text FILE  convert a data file written in UTF-8 to the module's\n"
+    "                      form (Big5, CR LF, 0x1A at the end), in place; refused\n"
+    "                      for a character Big5 cannot hold or a line over 255\n"
+    "                      bytes (repeatable; runs instead of a script)\n"
+    "  --export-text FILE  convert a data file of the module to UTF-8 with plain\n"
+    "                      line ends, in place (repeatable; runs instead of a\n"
+    "                      script)\n"
+    "  --version           show the program's version\n"
+    "  --help              show this text\n"
     "\n"
     "The host's search path is the ACAD environment variable (DOS folders\n"
-    "separated by ';'), then the host's own resources.\n"
+    "separated by ';'), then the module's dialog files and the host's own\n"
+    "resources, found beside the program ($VORMIS_FILES and\n"
+    "$VORHOST_RESOURCES name other folders).\n"
     "\n"
     "Exit status: 0 when the script ran to its end, 1 when one of its lines\n"
-    "failed (an expectation, or input that ended while the host was asking),\n"
-    "2 for a usage error, a script or drawing that cannot be read, 3 when a\n"
-    "file to write at the end could not be written.\n";
+    "failed (an expectation, or input that ended while the host was asking)\n"
+    "or a file could not be converted, 2 for a usage error, a script, drawing\n"
+    "or file to convert that cannot be read, or missing files of the program,\n"
+    "3 when a file to write could not be written.\n";
 
 struct Options {
+  // Files to convert, in order: true to import (UTF-8 to the host's text),
+  // false to export.
+  std::vector<std::pair<bool, std::string>> conversions;
   std::vector<std::pair<char, std::string>> drives;
   std::string script = "-";
   std::string open, save, svg;
@@ -71,8 +94,11 @@ bool ParseOptions(int argc, char** argv, Options* opts, std::string* err) {
   bool have_script = false;
   for (int i = 1; i < argc; i++) {
     std::string arg = argv[i];
-    std::string mapping;
-    if (OptionValue(argc, argv, &i, "--open", &opts->open) ||
+    std::string mapping, file;
+    if (OptionValue(argc, argv, &i, "--import-text", &file) ||
+        OptionValue(argc, argv, &i, "--export-text", &file)) {
+      opts->conversions.emplace_back(arg.starts_with("--import-text"), file);
+    } else if (OptionValue(argc, argv, &i, "--open", &opts->open) ||
         OptionValue(argc, argv, &i, "--save", &opts->save) ||
         OptionValue(argc, argv, &i, "--svg", &opts->svg)) {
       continue;
@@ -94,6 +120,55 @@ bool ParseOptions(int argc, char** argv, Options* opts, std::string* err) {
     } else {
       opts->script = arg;
       have_script = true;
+    }
+  }
+  if (!opts->conversions.empty() && (have_script || !opts->drives.empty() || !opts->open.empty() ||
+                                     !opts->save.empty() || !opts->svg.empty() || opts->dump)) {
+    *err = "--import-text and --export-text take no script and no other option";
+    return false;
+  }
+  return true;
+}
+
+// Converts the files in order, saying what became of each; the exit status
+// is that of the worst outcome.
+int ConvertFiles(const Options& opts) {
+  int status = 0;
+  for (const auto& [import, file] : opts.conversions) {
+    std::string message;
+    vorhost::ConvertResult result =
+        import ? vorhost::ImportTextFile(file, &message) : vorhost::ExportTextFile(file, &message);
+    int code = 0;
+    switch (result) {
+      case vorhost::ConvertResult::kDone: code = 0; break;
+      case vorhost::ConvertResult::kRefused: code = 1; break;
+      case vorhost::ConvertResult::kUnreadable: code = 2; break;
+      case vorhost::ConvertResult::kUnwritable: code = 3; break;
+    }
+    (code == 0 ? std::cout : std::cerr) << (code == 0 ? "" : "vorhost: ") << message << "\n";
+    status = std::max(status, code);
+  }
+  return status;
+}
+
+// Whether the module's dialog files and the host's resources are where the
+// host looks for them; without them every dialog fails.
+bool FindOwnFiles(std::string* err) {
+  struct OwnFile {
+    std::string dir;
+    const char* name;
+    const char* variable;
+  };
+  const OwnFile files[] = {
+      {vorhost::Host::ModuleDirectory(), "VORMIS.DCL", "VORMIS_FILES"},
+      {vorhost::Host::ResourceDirectory(), "BASE.DCL", "VORHOST_RESOURCES"},
+  };
+  for (const OwnFile& f : files) {
+    std::error_code ec;
+    if (!std::filesystem::is_regular_file(f.dir + "/" + f.name, ec)) {
+      *err = "cannot find its own files: no " + std::string(f.name) + " in " + f.dir +
+             " (reinstall, or set " + f.variable + " to the folder that holds it)";
+      return false;
     }
   }
   return true;
@@ -139,11 +214,23 @@ int main(int argc, char** argv) {
     if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
       std::cout << kUsage;
       return 0;
+    } else if (std::strcmp(argv[i], "--version") == 0) {
+      std::cout << kVersion;
+      return 0;
     }
   Options opts;
   std::string err;
-  if (!ParseOptions(argc, argv, &opts, &err) || !MountDrives(opts, &err)) {
+  if (!ParseOptions(argc, argv, &opts, &err)) {
     std::cerr << "vorhost: " << err << "\n" << kUsage;
+    return 2;
+  }
+  if (!opts.conversions.empty()) return ConvertFiles(opts);
+  if (!MountDrives(opts, &err)) {
+    std::cerr << "vorhost: " << err << "\n" << kUsage;
+    return 2;
+  }
+  if (!FindOwnFiles(&err)) {
+    std::cerr << "vorhost: " << err << "\n";
     return 2;
   }
   vorhost::Files().SetCurrentDrive(3);
@@ -163,6 +250,7 @@ int main(int argc, char** argv) {
   vorhost::ScriptUser script(host, opts.script == "-" ? "<stdin>" : opts.script, in);
   host.set_user(&script);
   bool person = opts.script == "-" && isatty(STDIN_FILENO);
+  if (person) std::cout << kVersion;
   host.set_echo_answers(!person);
   script.set_interactive(person);
   if (!opts.open.empty() && !host.OpenDrawing(opts.open, &err)) {

@@ -12,7 +12,9 @@
 #include "emulator/core/resbuf.h"
 #include "emulator/io/dxf.h"
 #include "emulator/platform/filesystem.h"
+#include "emulator/platform/install_dirs.h"
 #include "emulator/platform/textfile.h"
+#include "emulator/platform/warnings.h"
 
 namespace vorhost {
 namespace {
@@ -63,6 +65,11 @@ Host::Host(std::ostream* out)
   previous_ = current_host;
   current_host = this;
   SetSaveReporter(&ReportSaveFailure);
+  // A host is a session: the files the module reads are warned about once
+  // in it, on the command line of whichever host is current.
+  SetWarningSink([](std::string_view text) {
+    if (Host* host = Current()) host->transcript().Write(text);
+  });
   InstallTextCheck();
   DefineBuiltins();
 }
@@ -431,7 +438,10 @@ int Host::FeedCommand(const std::vector<Answer>& items) {
       transcript_.Write(answer.Echo());
     }
     switch (command_->Feed(answer)) {
-      case Step::kDone: command_.reset(); break;
+      case Step::kDone:
+        command_.reset();
+        command_echo_ = true;  // what follows is no longer the program's command
+        break;
       case Step::kAsk: break;
       case Step::kReject:
         transcript_.WriteLine(command_->refusal());
@@ -514,12 +524,12 @@ void Host::Alert(std::string_view message) {
 
 std::string Host::ResourceDirectory() {
   if (const char* dir = std::getenv("VORHOST_RESOURCES"); dir && *dir) return dir;
-  return VORHOST_RESOURCES;
+  return DataDirectory() + "/resources";
 }
 
 std::string Host::ModuleDirectory() {
   if (const char* dir = std::getenv("VORMIS_FILES"); dir && *dir) return dir;
-  return VORMIS_FILES;
+  return DataDirectory() + "/dcl";
 }
 
 std::vector<std::string> Host::SearchPath() const {

@@ -158,6 +158,10 @@ class Host {
   // name itself when it has a directory part and exists.
   std::optional<std::string> FindFile(std::string_view name) const;
 
+  // The host's own resources (BASE.DCL, ACAD.LIN, the symbol blocks) and
+  // the folder the module was installed with (its dialog and help files):
+  // $VORHOST_RESOURCES and $VORMIS_FILES when set, else resources/ and dcl/
+  // in the program's data folder (DataDirectory).
   static std::string ResourceDirectory();
   static std::string ModuleDirectory();
 

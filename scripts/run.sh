@@ -4,8 +4,14 @@
 set -eu
 cd "$(dirname "$0")/.."
 scripts/setup.sh
-cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-cmake --build build -j "$(nproc)"
+# Only the program is built. A build folder made here is an optimised build
+# without tests or benchmarks (scripts/test.sh turns them on), optimised for
+# size, which compiles in two thirds of the time of the other optimised
+# builds; one that exists already is used as it is configured.
+if [ ! -f build/CMakeCache.txt ]; then
+  cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=MinSizeRel -DVOR_TESTS=OFF -DVOR_BENCH=OFF >/dev/null
+fi
+cmake --build build -j "$(nproc)" --target vorhost
 out=${VOR_OUT:-out}
 rm -rf "$out/c"
 mkdir -p "$out/c"

@@ -3,6 +3,8 @@
 set -eu
 packages=(cmake ninja-build g++ pkg-config libgtest-dev libgmock-dev libbenchmark-dev
           python3 python3-ezdxf)
+# The Chinese texts of the SVG drawings; building the Debian package.
+packages+=(fonts-wqy-microhei dpkg-dev file)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")

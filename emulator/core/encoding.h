@@ -38,8 +38,36 @@ class IconvConverter {
 std::string Big5ToUtf8(std::string_view big5);
 
 // UTF-8 to Big5. Returns false, leaving *out holding what converted so far,
-// when the text has a character Big5 cannot hold or is not valid UTF-8.
-bool Utf8ToBig5(std::string_view utf8, std::string* out);
+// when the text has a character Big5 cannot hold or is not valid UTF-8;
+// *consumed (when given) is then where in utf8 that character starts.
+bool Utf8ToBig5(std::string_view utf8, std::string* out, size_t* consumed = nullptr);
+
+// The diameter sign of the panel schedules: the single byte 0xED (φ in code
+// page 437), which the module turns into the host's "%%c". Standing where
+// it is no part of a Big5 character, it counts as Big5 text below, and
+// comes out as U+2300 "⌀" in UTF-8.
+constexpr char kDiameterByte = '\xED';
+constexpr std::string_view kDiameterUtf8 = "\xE2\x8C\x80";
+
+// Whether text is Big5 text as the module keeps it: every byte part of an
+// ASCII or code page 950 character, or a diameter byte standing alone, and
+// no NUL (which a file in UTF-16 would be full of).
+bool IsBig5Text(std::string_view text);
+
+// Big5 text (IsBig5Text) to UTF-8 and back, the diameter byte standing
+// alone as "⌀". False, with *out holding what converted so far, for text
+// that is not Big5 text or holds a character Big5 cannot hold; *consumed
+// (when given) is then where in utf8 that character starts.
+bool Big5TextToUtf8(std::string_view big5, std::string* out);
+bool Utf8ToBig5Text(std::string_view utf8, std::string* out, size_t* consumed = nullptr);
+
+// Whether text is well-formed UTF-8 (no overlong forms, surrogates or
+// values past U+10FFFF) without a NUL.
+bool IsUtf8Text(std::string_view text);
+
+// Whether text is UTF-8 and not plain ASCII: text that a UTF-8 editor
+// wrote, where Big5 was wanted.
+bool LooksLikeUtf8(std::string_view text);
 
 // The length of the character at text[pos]: 2 for a Big5 lead byte
 // (0x81-0xFE) followed by a trail byte (0x40-0x7E or 0xA1-0xFE), else 1.

@@ -6,7 +6,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -16,6 +18,7 @@
 #include "emulator/platform/filesystem.h"
 #include "emulator/platform/replace_file.h"
 #include "emulator/platform/textfile.h"
+#include "emulator/platform/warnings.h"
 #include "host/platform.h"
 
 namespace vorhost {
@@ -64,6 +67,30 @@ class SearchTable {
 SearchTable& Searches() {
   static SearchTable table;
   return table;
+}
+
+// Warnings about the files the module reads, and the files warned about in
+// this session (by Linux path).
+struct Warnings {
+  std::function<void(std::string_view)> sink;
+  std::set<std::string> warned;
+};
+
+Warnings& TheWarnings() {
+  static Warnings warnings;
+  return warnings;
+}
+
+// Says, once per file, that a file the module reads has a line that is not
+// Big5 text: the module would take its bytes as they are and show garbled
+// rows without a word.
+void WarnNotBig5(const std::string& linux_path, const std::string& dos_path, int line,
+                 std::string_view text) {
+  Warnings& w = TheWarnings();
+  if (!w.sink || !w.warned.insert(linux_path).second) return;
+  std::string message = "\nWarning: line " + std::to_string(line) + " of " + dos_path + " is not Big5 text";
+  if (LooksLikeUtf8(text)) message += "; it reads as UTF-8 (vorhost --import-text converts such a file)";
+  w.sink(message + ".");
 }
 
 // Describes the file at linux_path under a Big5 name shorter than
@@ -149,6 +176,12 @@ intptr_t FindFirst(std::string_view pattern, plat_finddata* entry) {
 }
 
 }  // namespace
+
+void SetWarningSink(std::function<void(std::string_view)> sink) {
+  TheWarnings().sink = std::move(sink);
+  TheWarnings().warned.clear();
+}
+
 }  // namespace vorhost
 
 using vorhost::Files;
@@ -161,7 +194,14 @@ FILE* plat_fopen(const char* dos_path, const char* mode) {
     errno = ENOENT;
     return nullptr;
   }
-  return vorhost::OpenTextMode(linux_path, mode, Files().DosPath(dos_path));
+  vorhost::NotBig5Handler not_big5;
+  bool reads_text = mode[0] == 'r' && !std::strchr(mode, '+') && !std::strchr(mode, 'b');
+  if (reads_text) {
+    not_big5 = [linux_path, dos = Files().DosPath(dos_path)](int line, std::string_view text) {
+      vorhost::WarnNotBig5(linux_path, dos, line, text);
+    };
+  }
+  return vorhost::OpenTextMode(linux_path, mode, Files().DosPath(dos_path), std::move(not_big5));
 }
 
 intptr_t plat_findfirst(const char* dos_pattern, struct plat_finddata* entry) {

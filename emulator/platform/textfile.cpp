@@ -10,7 +10,9 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <utility>
 
+#include "emulator/core/encoding.h"
 #include "emulator/platform/replace_file.h"
 
 namespace vorhost {
@@ -18,6 +20,52 @@ namespace {
 
 constexpr char kEndOfFile = 0x1A;
 constexpr size_t kReadAhead = 4096;
+// Lines longer than this are not checked for Big5: none of the module's
+// files has them, and a file without line ends would be kept whole.
+constexpr size_t kCheckedLineMax = 65536;
+
+// Watches the text given out by a stream, line by line, for the first line
+// that is not Big5 text.
+class LineCheck {
+ public:
+  explicit LineCheck(NotBig5Handler handler) : handler_(std::move(handler)) {}
+
+  void Take(const char* text, size_t size) {
+    for (size_t i = 0; i < size && handler_; ++i) {
+      if (text[i] == '\n') {
+        EndLine();
+      } else if (line_.size() < kCheckedLineMax) {
+        line_ += text[i];
+      } else {
+        too_long_ = true;
+      }
+    }
+  }
+
+  // The text has ended: the last line need not end with a line feed.
+  void End() {
+    if (!line_.empty()) EndLine();
+  }
+
+  // The reader moved: line numbers would no longer be true.
+  void Stop() { handler_ = nullptr; }
+
+ private:
+  void EndLine() {
+    if (handler_ && !too_long_ && !IsBig5Text(line_)) {
+      handler_(number_, line_);
+      handler_ = nullptr;  // once per stream
+    }
+    line_.clear();
+    too_long_ = false;
+    ++number_;
+  }
+
+  NotBig5Handler handler_;
+  std::string line_;
+  bool too_long_ = false;
+  int number_ = 1;
+};
 
 SaveReporter save_reporter = nullptr;
 
@@ -30,11 +78,11 @@ void Report(const std::string& message) {
 // FILE owns it and deletes it when closed.
 class TextFile {
  public:
-  TextFile(int fd, bool binary, std::string_view shown_name)
-      : fd_(fd), binary_(binary), shown_name_(shown_name) {}
+  TextFile(int fd, bool binary, std::string_view shown_name, NotBig5Handler not_big5 = {})
+      : fd_(fd), binary_(binary), shown_name_(shown_name), check_(std::move(not_big5)) {}
   TextFile(std::unique_ptr<FileReplacement> replacement, bool binary, std::string_view shown_name)
       : fd_(replacement->fd()), binary_(binary), shown_name_(shown_name),
-        replacement_(std::move(replacement)) {}
+        replacement_(std::move(replacement)), check_({}) {}
   ~TextFile() {
     if (fd_ >= 0 && !replacement_) ::close(fd_);
   }
@@ -58,6 +106,7 @@ class TextFile {
   std::string shown_name_;  // the file as the user named it, for messages
   std::unique_ptr<FileReplacement> replacement_;
   int write_error_ = 0;  // the errno of the first write that failed
+  LineCheck check_;      // told the text read, when the opener asked for it
   char raw_[kReadAhead];
   size_t begin_ = 0;  // raw_[begin_, end_) is read but not given out
   size_t end_ = 0;
@@ -78,13 +127,18 @@ int TextFile::Fill() {
 
 ssize_t TextFile::Read(char* out, size_t size) {
   size_t count = 0;
+  bool at_end = ended_;
   while (count < size && !ended_) {
     if (begin_ == end_) {
       int filled = Fill();
-      if (filled < 0) return count > 0 ? static_cast<ssize_t>(count) : -1;
+      if (filled < 0) {
+        check_.Take(out, count);
+        return count > 0 ? static_cast<ssize_t>(count) : -1;
+      }
       if (filled == 0) {
         if (pending_cr_) out[count++] = '\r';  // a CR that ends the file stays
         pending_cr_ = false;
+        at_end = true;
         break;
       }
     }
@@ -104,13 +158,15 @@ ssize_t TextFile::Read(char* out, size_t size) {
     }
     ++begin_;
     if (c == kEndOfFile) {
-      ended_ = true;
+      ended_ = at_end = true;
     } else if (c == '\r') {
       pending_cr_ = true;
     } else {
       out[count++] = c;
     }
   }
+  check_.Take(out, count);
+  if (at_end) check_.End();
   return static_cast<ssize_t>(count);
 }
 
@@ -149,6 +205,7 @@ bool TextFile::DropReadAhead() {
 }
 
 int TextFile::Seek(off64_t* offset, int whence) {
+  check_.Stop();
   if (!DropReadAhead()) return -1;
   off64_t position = lseek64(fd_, *offset, whence);
   if (position < 0) return -1;
@@ -241,7 +298,7 @@ bool DropEndMark(int fd) {
 // The file behind a stream that is not opened with "w": opened in place,
 // a read-only file refused for writing (EACCES) even to root.
 std::unique_ptr<TextFile> OpenInPlace(const std::string& linux_path, const Mode& mode,
-                                      std::string_view shown_name) {
+                                      std::string_view shown_name, NotBig5Handler not_big5) {
   struct stat st;
   if ((mode.flags & O_ACCMODE) != O_RDONLY && stat(linux_path.c_str(), &st) == 0) {
     if (int refusal = WriteRefusal(linux_path, st); refusal != 0 && !S_ISDIR(st.st_mode)) {
@@ -251,7 +308,8 @@ std::unique_ptr<TextFile> OpenInPlace(const std::string& linux_path, const Mode&
   }
   int fd = ::open(linux_path.c_str(), mode.flags | O_CLOEXEC, 0666);
   if (fd < 0) return nullptr;
-  auto file = std::make_unique<TextFile>(fd, mode.binary, shown_name);
+  if (mode.binary) not_big5 = nullptr;  // only text is checked
+  auto file = std::make_unique<TextFile>(fd, mode.binary, shown_name, std::move(not_big5));
   if (IsDirectory(fd)) {
     errno = EISDIR;
     return nullptr;
@@ -274,14 +332,15 @@ std::unique_ptr<TextFile> OpenReplacement(const std::string& linux_path, const M
 
 void SetSaveReporter(SaveReporter reporter) { save_reporter = reporter; }
 
-FILE* OpenTextMode(const std::string& linux_path, const char* mode_text, std::string_view shown_name) {
+FILE* OpenTextMode(const std::string& linux_path, const char* mode_text, std::string_view shown_name,
+                   NotBig5Handler not_big5) {
   Mode mode;
   if (!ParseMode(mode_text, &mode)) {
     errno = EINVAL;
     return nullptr;
   }
   std::unique_ptr<TextFile> file = mode.replace ? OpenReplacement(linux_path, mode, shown_name)
-                                                : OpenInPlace(linux_path, mode, shown_name);
+                                                : OpenInPlace(linux_path, mode, shown_name, std::move(not_big5));
   if (!file) return nullptr;
   cookie_io_functions_t hooks = {ReadHook, WriteHook, SeekHook, CloseHook};
   FILE* stream = fopencookie(file.get(), mode.stdio, hooks);

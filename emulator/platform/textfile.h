@@ -3,10 +3,15 @@
 #define VORHOST_PLATFORM_TEXTFILE_H
 
 #include <cstdio>
+#include <functional>
 #include <string>
 #include <string_view>
 
 namespace vorhost {
+
+// Told, once per stream, of the first line read from it that is not Big5
+// text (IsBig5Text): its number, from 1, and its bytes without the line end.
+using NotBig5Handler = std::function<void(int line, std::string_view text)>;
 
 // Opens a file with fopen's modes ("r", "w", "a", with "+", "b" and "t").
 // Without "b" the stream is in DOS text mode: each "\n" written reaches the
@@ -28,7 +33,11 @@ namespace vorhost {
 // but in text mode ftell while reading runs ahead by the CRs still in the
 // stream's buffer, so its value is no place to fseek back to. Returns NULL
 // with errno set on failure, and for a directory.
-FILE* OpenTextMode(const std::string& linux_path, const char* mode, std::string_view shown_name);
+//
+// A text-mode stream given not_big5 checks each line as it is read, up to
+// the 0x1A or the end, and calls it for the first that is not Big5 text.
+FILE* OpenTextMode(const std::string& linux_path, const char* mode, std::string_view shown_name,
+                   NotBig5Handler not_big5 = {});
 
 // Where the messages of failed saves through OpenTextMode go (the host
 // shows them on its command line); null drops them.

@@ -393,6 +393,21 @@ TEST_F(CommandTest, SelectionByTheUser) {
   EXPECT_EQ(ads_ssget(nullptr, nullptr, nullptr, nullptr, none), RTERROR);
 }
 
+// A program's command run with CMDECHO 0 hides its own messages only: the
+// user's selection after it still says what it found.
+TEST_F(CommandTest, SelectionAfterAQuietCommandSaysWhatItFound) {
+  ads_point o = {0, 0, 0}, x = {10, 0, 0};
+  resbuf off{};
+  off.restype = RTSHORT;
+  ASSERT_EQ(ads_setvar("CMDECHO", &off), RTNORM);
+  ads_command(RTSTR, "LINE", RT3DPOINT, o, RT3DPOINT, x, RTSTR, "", 0);
+  Answer({"5,0", ""});
+  ads_name ss;
+  ASSERT_EQ(ads_ssget(nullptr, nullptr, nullptr, nullptr, ss), RTNORM);
+  ads_ssfree(ss);
+  EXPECT_EQ(Output(), "\nSelect objects: 5,0\n1 found\nSelect objects: ");
+}
+
 TEST_F(CommandTest, PointsAskedByTheModule) {
   Answer({"10,20", "@5,0", "oops", "", "#cancel"});
   ads_point p, base = {100, 100, 0};

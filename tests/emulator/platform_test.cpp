@@ -16,6 +16,7 @@
 #include "emulator/core/encoding.h"
 #include "emulator/platform/filesystem.h"
 #include "emulator/platform/textfile.h"
+#include "emulator/platform/warnings.h"
 #include "support/scratch_disk.h"
 
 namespace vorhost {
@@ -164,6 +165,64 @@ TEST_F(PlatformTest, TextModeCrLfAcrossBufferBoundaries) {
     std::fclose(in);
     EXPECT_EQ(got, text) << "stdio buffer " << stdio_buffer;
   }
+}
+
+// What the module would see of a file that a UTF-8 editor wrote: the first
+// such line is named on the command line, once per file and session.
+TEST_F(PlatformTest, ReadingTextThatIsNotBig5IsWarnedAboutOnce) {
+  std::vector<std::string> warnings;
+  SetWarningSink([&](std::string_view text) { warnings.emplace_back(text); });
+  const std::string utf8 = "\xE7\x85\xA7\xE6\x98\x8E";  // 照明
+  const std::string big5 = "\xB7\xD3\xA9\xFA";
+  const std::string ascii_lines(5000, 'x');
+  const struct {
+    std::string raw;
+    std::string warning;  // empty for none
+  } kCases[] = {
+      {"A\r\n" + big5 + "\r\n\x1A", ""},
+      {"H;P1\r\nX;1\xED" "6\r\n", ""},  // a schedule's diameter sign is no fault
+      {"A\r\n\r\n" + utf8 + " B\r\n",
+       "\nWarning: line 3 of NAME is not Big5 text; it reads as UTF-8"
+       " (vorhost --import-text converts such a file)."},
+      {"A\n" + utf8, "\nWarning: line 2 of NAME is not Big5 text; it reads as UTF-8"
+                      " (vorhost --import-text converts such a file)."},  // no final line end
+      {"A\r\n\xFF\r\n" + utf8 + "\r\n", "\nWarning: line 2 of NAME is not Big5 text."},
+      {"A\r\n\x1A" + utf8, ""},  // the module never reads past 0x1A
+      {ascii_lines + "\r\n" + ascii_lines + "\r\n" + utf8 + "\r\n",
+       "\nWarning: line 3 of NAME is not Big5 text; it reads as UTF-8"
+       " (vorhost --import-text converts such a file)."},  // across the read-ahead
+  };
+  for (size_t i = 0; i < std::size(kCases); ++i) {
+    std::string name = "T" + std::to_string(i) + ".TXT";
+    WriteRaw("c/VOR/" + name, kCases[i].raw);
+    for (int pass = 0; pass < 2; ++pass) {  // the second reading says nothing more
+      FILE* in = plat_fopen(("C:\\VOR\\" + name).c_str(), "r");
+      ASSERT_NE(in, nullptr);
+      ReadStream(in);
+      std::fclose(in);
+    }
+    std::vector<std::string> expected;
+    if (std::string w = kCases[i].warning; !w.empty()) {
+      expected.push_back(w.replace(w.find("NAME"), 4, "C:\\VOR\\" + name));
+    }
+    EXPECT_EQ(warnings, expected) << name;
+    warnings.clear();
+  }
+
+  // Only what the module reads as text counts: not a file opened and closed
+  // unread, nor bytes read as they are.
+  WriteRaw("c/VOR/U.TXT", utf8 + "\r\n");
+  SetWarningSink([&](std::string_view text) { warnings.emplace_back(text); });
+  std::fclose(plat_fopen("C:\\VOR\\U.TXT", "r"));
+  FILE* raw = plat_fopen("C:\\VOR\\U.TXT", "rb");
+  ReadStream(raw);
+  std::fclose(raw);
+  EXPECT_TRUE(warnings.empty());
+  FILE* in = plat_fopen("C:\\VOR\\U.TXT", "r");
+  EXPECT_EQ(ReadStream(in), utf8 + "\n") << "the text itself is given as it is";
+  std::fclose(in);
+  EXPECT_EQ(warnings.size(), 1u);
+  SetWarningSink(nullptr);
 }
 
 TEST_F(PlatformTest, TextModeAppendUpdateDropsEndMark) {
