@@ -24,6 +24,19 @@ int32_t SelectionCount;
 int32_t CurrentFile;
 int32_t ScheduleMode;
 
+void browser_reset(void)
+{
+    memset(BrowserPath, 0, sizeof BrowserPath);
+    memset(BrowserPattern, 0, sizeof BrowserPattern);
+    memset(DirEntries, 0, sizeof DirEntries);
+    DirCount = DirNameCount = 0;
+    memset(FileEntries, 0, sizeof FileEntries);
+    FileCount = 0;
+    memset(Selection, 0, sizeof Selection);
+    SelectionCount = CurrentFile = ScheduleMode = 0;
+    notes_reset();
+}
+
 /* Room for a directory of 255 bytes joined with a name or pattern of up to
  * 259 (paths are checked against 255 before they are kept). */
 static const int JOIN_SIZE = 2 * TEXT_SIZE + 8;

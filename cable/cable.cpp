@@ -26,6 +26,14 @@ constexpr int LINE_CLUSTERS = 17;  /* ELINE and SLINE: "ra" to "rq" */
 constexpr int PIPE_CLUSTERS = 8;   /* PLINE: "ra" to "rh" */
 constexpr int CHOICE_CLUSTERS = 4; /* VOR_SLINE_CABLE_1: "ra" to "rd" */
 
+void cable_reset(void)
+{
+    memset(SpecWork, 0, sizeof SpecWork);
+    memset(ChosenKey, 0, sizeof ChosenKey);
+    memset(PipeMaterial, 0, sizeof PipeMaterial);
+    memset(CableChoice, 0, sizeof CableChoice);
+}
+
 static int kind_is(const char *kind)
 {
     return strcmp(KindName, kind) == 0;

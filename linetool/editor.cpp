@@ -17,6 +17,11 @@ static char SavedPattern[256];
 /* The prompt of the label text. */
 static const char LabelPrompt[] = "\xB3\xC6\xB5\xF9\xBB\xA1\xA9\xFA"; /* 備註說明 */
 
+void editor_reset(void)
+{
+    memset(SavedPattern, 0, sizeof SavedPattern);
+}
+
 void record_buttons_mode(ads_hdlg dialog, short mode)
 {
     static const char *const buttons[] = {"add", "editline", "del", "loadline", "changeline"};

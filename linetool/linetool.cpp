@@ -24,6 +24,13 @@ static int Status = STATUS_FIRST;
 static const char FileCaption[] = "\xBA\xDE\xBD\x75\xA9\x77\xB8\x71\xC0\xC9\xA6\x57\x3A\x20"; /* 管線定義檔名: */
 constexpr int FILE_CAPTION_PATH = 56; /* bytes of the path shown */
 
+void line_tool_reset(void)
+{
+    Status = STATUS_FIRST;
+    editor_reset();
+    catalogue_reset();
+}
+
 static void show_file_name(ads_hdlg dialog)
 {
     char caption[TEXT_SIZE] = "", path[FILE_CAPTION_PATH + 1] = "";

@@ -9,6 +9,12 @@
 char NumberValue[256];
 char NumberCaption[256];
 
+void number_tool_reset(void)
+{
+    memset(NumberValue, 0, sizeof NumberValue);
+    memset(NumberCaption, 0, sizeof NumberCaption);
+}
+
 static void show_value(ads_hdlg dialog)
 {
     ads_set_tile(dialog, "edit", NumberValue);

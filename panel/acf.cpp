@@ -27,8 +27,23 @@ static const ads_real BreakerAt = 100, BreakerEnd = 200, DeviceAt = 227.5, Devic
 static const ads_real ShuntAt = 424.35, SecondBreakerAt = 462.5, SecondBreakerEnd = 562.5;
 static const ads_real LabelAt = 680, SymbolText1 = 1030, SymbolText2 = 1090, DescriptionAt = 1180;
 
+/* The browser lists at most this many files, so no more can be chosen. */
 constexpr int MAX_FILES = 999;
+
+/* The chosen files that are drawn, as indexes into Selection, in the order
+ * of choosing, and how many there are. */
+static int Drawn[MAX_FILES];
+static int DrawnCount;
+/* The start point the user gave for each file drawn: StartPoints[k] is
+ * that of Drawn[k]. */
 static ads_point StartPoints[MAX_FILES];
+
+void panel_reset(void)
+{
+    memset(Drawn, 0, sizeof Drawn);
+    DrawnCount = 0;
+    memset(StartPoints, 0, sizeof StartPoints);
+}
 
 static void at(ads_point p, ads_real x, ads_real y, ads_real z)
 {
@@ -261,11 +276,6 @@ static int ensure_style(const char *name, const char *vertical)
     return ads_command(RTSTR, "STYLE", RTSTR, name, RTSTR, "ROMANS,AE", RTSTR, "", RTSTR, "", RTSTR, "",
                        RTSTR, "", RTSTR, "", RTSTR, vertical, 0);
 }
-
-/* The chosen files that are drawn, as indexes into Selection, in the order
- * of choosing; StartPoints[k] belongs to Drawn[k]. */
-static int Drawn[MAX_FILES];
-static int DrawnCount;
 
 /* Takes the chosen files whose path fits in 255 bytes; a longer path cut
  * there would name another file, so each other file is named on the
