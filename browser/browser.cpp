@@ -533,12 +533,7 @@ static void edit_pressed(ads_callback_packet *packet)
     name[len] = '\0';
     TextNode *prev = find_note(BrowserPath, name, old_note, &index);
 
-    struct resbuf *args = ads_buildlist(RTSTR, old_note, RTSTR, NotePrompt, 0);
-    if (!args) {
-        ads_alert("Can not invoke function : W1");
-        return;
-    }
-    if (host_function("W1", args, &result) != RTNORM)
+    if (host_function("W1", ads_buildlist(RTSTR, old_note, RTSTR, NotePrompt, 0), &result) != RTNORM)
         return;
     if (result && result->restype == RTSTR && result->resval.rstring) {
         const char *note = result->resval.rstring;
@@ -555,19 +550,21 @@ static void edit_pressed(ads_callback_packet *packet)
     ads_relrb(result);
 }
 
-static void help_pressed(ads_callback_packet *packet)
+static void help_pressed(ads_callback_packet *)
 {
-    (void)packet;
-    struct resbuf *result = nullptr;
-    struct resbuf *args = ads_buildlist(RTSTR, "VORMIS.HLP", RTSTR, "FILE_CON", 0);
-    if (!args) {
-        ads_alert("Can not invoke function : ADS_HELP");
-        return;
-    }
-    /* host_function alerts when the call fails and releases args. */
-    if (host_function("ADS_HELP", args, &result) == RTNORM)
-        ads_relrb(result);
+    show_help("FILE_CON");
 }
+
+static const TileAction BrowserActions[] = {
+    {"type", pattern_changed},
+    {"path", directory_opened},
+    {"file", files_chosen},
+    {"all", all_pressed},
+    {"none", none_pressed},
+    {"edit", edit_pressed},
+    {"help", help_pressed},
+    {nullptr, nullptr},
+};
 
 /* ---- The dialog ----------------------------------------------------- */
 
@@ -592,16 +589,7 @@ int file_browser(void)
     scan_directory(dialog, BrowserPath, BrowserPattern);
     clear_choice(dialog);
 
-    static const struct {
-        const char *key;
-        CLIENTFUNC action;
-    } actions[] = {
-        {"type", pattern_changed}, {"path", directory_opened}, {"file", files_chosen},
-        {"all", all_pressed},      {"none", none_pressed},     {"edit", edit_pressed},
-        {"help", help_pressed},
-    };
-    for (const auto &a : actions)
-        ads_action_tile(dialog, a.key, a.action);
+    bind_actions(dialog, BrowserActions);
     ads_start_dialog(dialog, &status);
 
     ads_unload_dialog(DialogFile);

@@ -148,17 +148,32 @@ static void edit_file_pressed(ads_callback_packet *packet)
     ads_relrb(result);
 }
 
+/* One topic serves the three families. */
 static void help_pressed(ads_callback_packet *)
 {
-    struct resbuf *result;
-    struct resbuf *args = ads_buildlist(RTSTR, "VORMIS.HLP", RTSTR, "VOR_ELINE", 0);
-    if (args && host_function("ADS_HELP", args, &result) == RTNORM)
-        ads_relrb(result);
+    show_help("VOR_ELINE");
 }
 
 static void load_pressed(ads_callback_packet *packet) { ads_done_dialog(packet->dialog, STATUS_LOAD); }
 static void apply_pressed(ads_callback_packet *packet) { ads_done_dialog(packet->dialog, STATUS_APPLY); }
 static void label_pressed(ads_callback_packet *packet) { ads_done_dialog(packet->dialog, STATUS_LABEL); }
+
+static const TileAction MainActions[] = {
+    {"eline", row_chosen},
+    {"search", search_switched},
+    {"dimline", label_switched},
+    {"dimlinegap", gap_edited},
+    {"editfile", edit_file_pressed},
+    {"add", add_pressed},
+    {"editline", edit_record},
+    {"del", delete_pressed},
+    {"help", help_pressed},
+    {"edit_code", edit_code_pattern},
+    {"loadline", load_pressed},
+    {"changeline", apply_pressed},
+    {"dimoldline", label_pressed},
+    {nullptr, nullptr},
+};
 
 /* Takes the code pattern from the call's argument, if it has one. */
 static void take_argument(void)
@@ -191,18 +206,7 @@ static int run_main_dialog(void)
     show_file_name(dialog);
     refill(dialog);
 
-    static const struct {
-        const char *key;
-        CLIENTFUNC action;
-    } actions[] = {
-        {"eline", row_chosen},          {"search", search_switched}, {"dimline", label_switched},
-        {"dimlinegap", gap_edited},     {"editfile", edit_file_pressed}, {"add", add_pressed},
-        {"editline", edit_record},      {"del", delete_pressed},     {"help", help_pressed},
-        {"edit_code", edit_code_pattern}, {"loadline", load_pressed}, {"changeline", apply_pressed},
-        {"dimoldline", label_pressed},
-    };
-    for (const auto &a : actions)
-        ads_action_tile(dialog, a.key, a.action);
+    bind_actions(dialog, MainActions);
     ads_start_dialog(dialog, &Status);
     return 1;
 }
