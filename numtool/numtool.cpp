@@ -73,7 +73,8 @@ static void edit_changed(ads_callback_packet *packet)
 /* The keypad's buttons, all served by keypad_pressed. */
 static const char *const KeypadKeys[] = {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9", "."};
 
-static const TileAction EditActions[] = {
+/* The other buttons that change the value, and the box that shows it. */
+static const TileAction ValueActions[] = {
     {"sign", sign_pressed},
     {"backspace", backspace_pressed},
     {"clear", clear_pressed},
@@ -96,7 +97,7 @@ int number_tool(void)
     ads_mode_tile(dialog, "entity", MODE_DISABLE);
     for (const char *key : KeypadKeys)
         ads_action_tile(dialog, key, keypad_pressed);
-    bind_actions(dialog, EditActions);
+    bind_actions(dialog, ValueActions);
     ads_start_dialog(dialog, &status);
     if (status == DLGCANCEL)
         strcpy(NumberValue, before);
