@@ -24,6 +24,19 @@ int32_t SelectionCount;
 int32_t CurrentFile;
 int32_t ScheduleMode;
 
+void browser_reset(void)
+{
+    memset(BrowserPath, 0, sizeof BrowserPath);
+    memset(BrowserPattern, 0, sizeof BrowserPattern);
+    memset(DirEntries, 0, sizeof DirEntries);
+    DirCount = DirNameCount = 0;
+    memset(FileEntries, 0, sizeof FileEntries);
+    FileCount = 0;
+    memset(Selection, 0, sizeof Selection);
+    SelectionCount = CurrentFile = ScheduleMode = 0;
+    notes_reset();
+}
+
 /* Room for a directory of 255 bytes joined with a name or pattern of up to
  * 259 (paths are checked against 255 before they are kept). */
 static const int JOIN_SIZE = 2 * TEXT_SIZE + 8;
@@ -367,48 +380,66 @@ static int switch_drive(char letter, char *path)
     return usable;
 }
 
+/* path, a directory ending in "\", made the root of its drive. */
+static void to_root(char *path)
+{
+    char *colon = strchr(path, ':');
+    if (colon) {
+        strcpy(colon + 1, "\\");
+    } else {
+        path[0] = (char)('A' + plat_getdrive() - 1);
+        strcpy(path + 1, ":\\");
+    }
+}
+
+/* path, a directory ending in "\", made its parent; a root stays itself. */
+static void to_parent(char *path)
+{
+    size_t len = strlen(path);
+    if (len > 0 && path[len - 1] == '\\')
+        path[len - 1] = '\0';
+    int cut = last_separator(path);
+    if (cut >= 0)
+        path[cut + 1] = '\0';
+    else
+        strcatv(TEXT_MAX, path, "\\", nullptr);
+}
+
+/* The directory that row of the list path leads to from BrowserPath, into
+ * path (256 bytes). 0 when it leads nowhere: a drive that cannot be used,
+ * or a subdirectory whose path would pass 255 characters (said in an
+ * alert). */
+static int row_target(long row, char *path)
+{
+    const char *name = DirEntries[row];
+    strcpy(path, BrowserPath);
+    if (row >= DirNameCount)
+        return switch_drive(name[1], path);
+    if (strcmp(name, "\\") == 0) {
+        to_root(path);
+    } else if (strcmp(name, "..") == 0) {
+        to_parent(path);
+    } else if (strlen(path) + strlen(name) + 1 > (size_t)TEXT_MAX) {
+        ads_alert("The path of this directory is longer than 255 characters; "
+                  "it cannot be opened here.");
+        return 0;
+    } else {
+        strcatv(TEXT_MAX, path, name, "\\", nullptr);
+    }
+    return 1;
+}
+
 /* A double click opens the row's directory or drive; a single click does
  * nothing. */
 static void directory_opened(ads_callback_packet *packet)
 {
     const char *value = packet_value(packet);
+    char path[TEXT_SIZE];
     if (packet->reason != CBR_DOUBLE_CLICK || value[0] == '\0')
         return;
     long row = strtol(value, nullptr, 10);
-    if (row < 0 || row >= DirCount)
+    if (row < 0 || row >= DirCount || !row_target(row, path))
         return;
-    const char *name = DirEntries[row];
-    char path[TEXT_SIZE];
-    strcpy(path, BrowserPath);
-
-    if (row >= DirNameCount) {
-        if (!switch_drive(name[1], path))
-            return;
-    } else if (strcmp(name, "\\") == 0) {
-        char *colon = strchr(path, ':');
-        if (colon) {
-            strcpy(colon + 1, "\\");
-        } else {
-            path[0] = (char)('A' + plat_getdrive() - 1);
-            strcpy(path + 1, ":\\");
-        }
-    } else if (strcmp(name, "..") == 0) {
-        size_t len = strlen(path);
-        if (len > 0 && path[len - 1] == '\\')
-            path[len - 1] = '\0';
-        int cut = last_separator(path);
-        if (cut >= 0)
-            path[cut + 1] = '\0';
-        else
-            strcatv(TEXT_MAX, path, "\\", nullptr);
-    } else {
-        if (strlen(path) + strlen(name) + 1 > (size_t)TEXT_MAX) {
-            ads_alert("The path of this directory is longer than 255 characters; "
-                      "it cannot be opened here.");
-            return;
-        }
-        strcatv(TEXT_MAX, path, name, "\\", nullptr);
-    }
     strcpy(BrowserPath, path);
     scan_directory(packet->dialog, BrowserPath, BrowserPattern);
     show_path(packet->dialog);
@@ -423,56 +454,74 @@ static int holds_row(const int32_t *rows, int32_t count, int32_t row)
     return 0;
 }
 
+/* The rows of FileEntries that a value of the list file names ("3 1 2"),
+ * into rows (room for BROWSER_FILE_ROWS); how many. */
+static int32_t rows_of_value(const char *value, int32_t *rows)
+{
+    int32_t count = 0;
+    while (count < BROWSER_FILE_ROWS) {
+        char *end;
+        long row = strtol(value, &end, 10);
+        if (end == value)
+            break;
+        value = end;
+        if (row >= 0 && row < FileCount)
+            rows[count++] = (int32_t)row;
+    }
+    return count;
+}
+
+/* Appends to Selection the first row of now that it lacks. */
+static void choose_new_row(const int32_t *now, int32_t now_count)
+{
+    for (int32_t i = 0; i < now_count; i++) {
+        if (!holds_row(Selection, SelectionCount, now[i])) {
+            Selection[SelectionCount++] = now[i];
+            return;
+        }
+    }
+}
+
+/* Removes from Selection the first row that now lacks; the others keep
+ * their order. */
+static void drop_gone_row(const int32_t *now, int32_t now_count)
+{
+    for (int32_t i = 0; i < SelectionCount; i++) {
+        if (!holds_row(now, now_count, Selection[i])) {
+            memmove(Selection + i, Selection + i + 1, sizeof(int32_t) * (size_t)(SelectionCount - i - 1));
+            SelectionCount--;
+            return;
+        }
+    }
+}
+
+/* CurrentFile follows the choice: the chosen row while exactly one is
+ * chosen, and only then can its note be edited. */
+static void show_choice(ads_hdlg dialog)
+{
+    if (SelectionCount == 1) {
+        CurrentFile = Selection[0];
+        ads_mode_tile(dialog, "edit", MODE_ENABLE);
+    } else {
+        CurrentFile = -1;
+        ads_mode_tile(dialog, "edit", MODE_DISABLE);
+    }
+}
+
 /* Each click chooses or un-chooses one row; the value lists all chosen
  * rows, so the one that changed is found by comparing with the choice so
  * far, which keeps the order of choosing. */
 static void files_chosen(ads_callback_packet *packet)
 {
-    static int32_t previous[BROWSER_FILE_ROWS], now[BROWSER_FILE_ROWS];
-    int32_t previous_count = SelectionCount, now_count = 0;
-    memcpy(previous, Selection, sizeof(int32_t) * (size_t)previous_count);
-    CurrentFile = -1;
-    SelectionCount = 0;
-
-    const char *p = packet_value(packet);
-    while (now_count < BROWSER_FILE_ROWS) {
-        char *end;
-        long row = strtol(p, &end, 10);
-        if (end == p)
-            break;
-        p = end;
-        if (row >= 0 && row < FileCount)
-            now[now_count++] = (int32_t)row;
-    }
-    if (now_count == 0) {
-        ads_mode_tile(packet->dialog, "edit", MODE_DISABLE);
-        return;
-    }
-    if (now_count > previous_count) {
-        for (int32_t i = 0; i < now_count; i++) {
-            if (!holds_row(previous, previous_count, now[i])) {
-                previous[previous_count++] = now[i];
-                break;
-            }
-        }
-    } else if (previous_count > 0) {
-        for (int32_t i = 0; i < previous_count; i++) {
-            if (!holds_row(now, now_count, previous[i])) {
-                memmove(previous + i, previous + i + 1,
-                        sizeof(int32_t) * (size_t)(previous_count - i - 1));
-                previous_count--;
-                break;
-            }
-        }
-    }
-    memcpy(Selection, previous, sizeof(int32_t) * (size_t)previous_count);
-    SelectionCount = previous_count;
-    if (SelectionCount == 1) {
-        CurrentFile = Selection[0];
-        ads_mode_tile(packet->dialog, "edit", MODE_ENABLE);
-    } else {
-        ads_mode_tile(packet->dialog, "edit", MODE_DISABLE);
-    }
+    static int32_t now[BROWSER_FILE_ROWS];
+    int32_t now_count = rows_of_value(packet_value(packet), now);
+    if (now_count == 0)
+        SelectionCount = 0;
+    else if (now_count > SelectionCount)
+        choose_new_row(now, now_count);
+    else
+        drop_gone_row(now, now_count);
+    show_choice(packet->dialog);
 }
 
 static void all_pressed(ads_callback_packet *packet)
@@ -481,27 +530,20 @@ static void all_pressed(ads_callback_packet *packet)
     static char value[BROWSER_FILE_ROWS * 5];
     size_t len = 0;
     value[0] = '\0';
-    CurrentFile = -1;
     for (int32_t i = 0; i < FileCount; i++) {
         Selection[i] = i;
         len += (size_t)snprintf(value + len, sizeof value - len, i ? " %d" : "%d", (int)i);
     }
     SelectionCount = FileCount;
     ads_set_tile(packet->dialog, "file", value);
-    if (SelectionCount == 1) {
-        CurrentFile = 0;
-        ads_mode_tile(packet->dialog, "edit", MODE_ENABLE);
-    } else {
-        ads_mode_tile(packet->dialog, "edit", MODE_DISABLE);
-    }
+    show_choice(packet->dialog);
 }
 
 static void none_pressed(ads_callback_packet *packet)
 {
-    CurrentFile = -1;
     SelectionCount = 0;
     ads_set_tile(packet->dialog, "file", "");
-    ads_mode_tile(packet->dialog, "edit", MODE_DISABLE);
+    show_choice(packet->dialog);
 }
 
 /* Asks for the chosen file's note on the command line (W1) and shows the
@@ -520,12 +562,7 @@ static void edit_pressed(ads_callback_packet *packet)
     name[len] = '\0';
     TextNode *prev = find_note(BrowserPath, name, old_note, &index);
 
-    struct resbuf *args = ads_buildlist(RTSTR, old_note, RTSTR, NotePrompt, 0);
-    if (!args) {
-        ads_alert("Can not invoke function : W1");
-        return;
-    }
-    if (host_function("W1", args, &result) != RTNORM)
+    if (host_function("W1", ads_buildlist(RTSTR, old_note, RTSTR, NotePrompt, 0), &result) != RTNORM)
         return;
     if (result && result->restype == RTSTR && result->resval.rstring) {
         const char *note = result->resval.rstring;
@@ -542,19 +579,21 @@ static void edit_pressed(ads_callback_packet *packet)
     ads_relrb(result);
 }
 
-static void help_pressed(ads_callback_packet *packet)
+static void help_pressed(ads_callback_packet *)
 {
-    (void)packet;
-    struct resbuf *result = nullptr;
-    struct resbuf *args = ads_buildlist(RTSTR, "VORMIS.HLP", RTSTR, "FILE_CON", 0);
-    if (!args) {
-        ads_alert("Can not invoke function : ADS_HELP");
-        return;
-    }
-    /* host_function alerts when the call fails and releases args. */
-    if (host_function("ADS_HELP", args, &result) == RTNORM)
-        ads_relrb(result);
+    show_help("FILE_CON");
 }
+
+static const TileAction BrowserActions[] = {
+    {"type", pattern_changed},
+    {"path", directory_opened},
+    {"file", files_chosen},
+    {"all", all_pressed},
+    {"none", none_pressed},
+    {"edit", edit_pressed},
+    {"help", help_pressed},
+    {nullptr, nullptr},
+};
 
 /* ---- The dialog ----------------------------------------------------- */
 
@@ -579,16 +618,7 @@ int file_browser(void)
     scan_directory(dialog, BrowserPath, BrowserPattern);
     clear_choice(dialog);
 
-    static const struct {
-        const char *key;
-        CLIENTFUNC action;
-    } actions[] = {
-        {"type", pattern_changed}, {"path", directory_opened}, {"file", files_chosen},
-        {"all", all_pressed},      {"none", none_pressed},     {"edit", edit_pressed},
-        {"help", help_pressed},
-    };
-    for (const auto &a : actions)
-        ads_action_tile(dialog, a.key, a.action);
+    bind_actions(dialog, BrowserActions);
     ads_start_dialog(dialog, &status);
 
     ads_unload_dialog(DialogFile);

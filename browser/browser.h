@@ -29,19 +29,22 @@ extern char BrowserPath[256];
 extern char BrowserPattern[256];
 
 /* Rows of the list path: "\" (the drive's root) and ".." when the directory
- * has them, the subdirectories sorted, then "<X:>" for each usable drive.
- * DirCount rows in all, the first DirNameCount of them directories. */
+ * has them, the subdirectories sorted, then "<X:>" for each usable drive. */
 extern char DirEntries[BROWSER_DIR_ROWS][256];
+/* The rows of DirEntries in use, drives included. */
 extern int32_t DirCount;
+/* The first DirNameCount rows of DirEntries are directories. */
 extern int32_t DirNameCount;
 
 /* Rows of the list file, sorted: name, tab, date (24 characters), tab,
  * note (may be empty). */
 extern char FileEntries[BROWSER_FILE_ROWS][256];
+/* The rows of FileEntries in use. */
 extern int32_t FileCount;
 
 /* The chosen rows of FileEntries in the order of choosing. */
 extern int32_t Selection[BROWSER_FILE_ROWS];
+/* The entries of Selection in use. */
 extern int32_t SelectionCount;
 /* The chosen row while exactly one is chosen, else -1. */
 extern int32_t CurrentFile;
@@ -61,5 +64,9 @@ int file_browser(void);
  * matching pattern into FileEntries, and fills the dialog's lists path and
  * file. */
 void scan_directory(ads_hdlg dialog, const char *dir, const char *pattern);
+
+/* Puts the browser's state back as the module starts: texts, tables and
+ * counts empty, no choice, the notes store freed (notes_reset). */
+void browser_reset(void);
 
 #endif

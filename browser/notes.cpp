@@ -8,6 +8,11 @@
 
 TextList FileNotes;
 
+void notes_reset(void)
+{
+    textlist_free(&FileNotes);
+}
+
 /* The white space that separates a line's key from its note, as the field
  * filter of the text-list loader takes it. */
 static const char Blanks[] = " \t\n\v\f\r";

@@ -21,6 +21,9 @@ extern TextList FileNotes;
  * would lose the rest when written back (it then keeps a backup). */
 void notes_load(void);
 
+/* Frees the store, as the module starts with none. */
+void notes_reset(void);
+
 /* Whether key, as written in a line, names the file name (a bare name) in
  * the directory dir (ending in "\"). Compared in upper case. */
 int note_key_matches(const char *key, const char *dir, const char *name);

@@ -26,6 +26,14 @@ constexpr int LINE_CLUSTERS = 17;  /* ELINE and SLINE: "ra" to "rq" */
 constexpr int PIPE_CLUSTERS = 8;   /* PLINE: "ra" to "rh" */
 constexpr int CHOICE_CLUSTERS = 4; /* VOR_SLINE_CABLE_1: "ra" to "rd" */
 
+void cable_reset(void)
+{
+    memset(SpecWork, 0, sizeof SpecWork);
+    memset(ChosenKey, 0, sizeof ChosenKey);
+    memset(PipeMaterial, 0, sizeof PipeMaterial);
+    memset(CableChoice, 0, sizeof CableChoice);
+}
+
 static int kind_is(const char *kind)
 {
     return strcmp(KindName, kind) == 0;
@@ -59,12 +67,16 @@ static void bind_clusters(ads_hdlg dialog, int count, void (*action)(ads_callbac
     }
 }
 
-/* All clusters of a dialog act as one radio group: the button that was on
- * before, in whatever cluster, is switched off, and key becomes the one. */
-static void switch_to(ads_hdlg dialog, char *chosen, const char *key)
+/* All clusters of a dialog act as one radio group: the key of the button
+ * just chosen (its cluster's value) goes into key (256 bytes), the button
+ * that was on before, in whatever cluster, is switched off, and chosen
+ * becomes key. */
+static void switch_to(ads_callback_packet *packet, char *chosen, char *key)
 {
+    key[0] = '\0';
+    strcatv(TEXT_MAX, key, packet_value(packet), nullptr);
     if (chosen[0] != '\0' && strcmp(chosen, key) != 0)
-        ads_set_tile(dialog, chosen, "0");
+        ads_set_tile(packet->dialog, chosen, "0");
     chosen[0] = '\0';
     strcatv(TEXT_MAX, chosen, key, nullptr);
 }
@@ -90,22 +102,18 @@ static void set_count(ads_hdlg dialog, const char *key, const char *size)
 
 void quantity_eline(ads_callback_packet *packet)
 {
-    char key[TEXT_SIZE] = "";
-    strcatv(TEXT_MAX, key, packet_value(packet), nullptr);
-    switch_to(packet->dialog, ChosenKey, key);
-    if (!ask_count(CAPTION_QUANTITY))
-        return;
-    set_count(packet->dialog, key, nullptr);
+    char key[TEXT_SIZE];
+    switch_to(packet, ChosenKey, key);
+    if (ask_count(CAPTION_QUANTITY))
+        set_count(packet->dialog, key, nullptr);
 }
 
 void quantity_sline(ads_callback_packet *packet)
 {
-    char button[TEXT_SIZE] = "";
-    char key[TEXT_SIZE] = "";
+    char button[TEXT_SIZE], key[TEXT_SIZE] = "";
     const char *caption = CAPTION_PIPES;
 
-    strcatv(TEXT_MAX, button, packet_value(packet), nullptr);
-    switch_to(packet->dialog, ChosenKey, button);
+    switch_to(packet, ChosenKey, button);
     strcatv(TEXT_MAX, key, button, nullptr);
     if (button[0] == 'T') {
         /* A telephone cable is an item only with its pair count; a dialog
@@ -118,26 +126,22 @@ void quantity_sline(ads_callback_packet *packet)
     } else if (button[0] == 'V' || button[0] == 'S') {
         caption = CAPTION_CABLES;
     }
-    if (!ask_count(caption))
-        return;
-    set_count(packet->dialog, key, nullptr);
+    if (ask_count(caption))
+        set_count(packet->dialog, key, nullptr);
 }
 
 void quantity_pline(ads_callback_packet *packet)
 {
-    char button[TEXT_SIZE] = "";
-    char key[TEXT_SIZE] = "";
+    char button[TEXT_SIZE], key[TEXT_SIZE] = "";
 
-    strcatv(TEXT_MAX, button, packet_value(packet), nullptr);
-    switch_to(packet->dialog, ChosenKey, button);
+    switch_to(packet, ChosenKey, button);
     /* An inch size is keyed "A" and the size; the group is found again by
      * its size alone, so it keeps the material it was added with. */
     int inch = button[0] == 'A';
     const char *size = inch ? button + 1 : button;
     strcatv(TEXT_MAX, key, inch ? "in" : "mm", "_", PipeMaterial, "_", size, nullptr);
-    if (!ask_count(CAPTION_QUANTITY))
-        return;
-    set_count(packet->dialog, key, size);
+    if (ask_count(CAPTION_QUANTITY))
+        set_count(packet->dialog, key, size);
 }
 
 void spec_edited(ads_callback_packet *packet)
@@ -160,42 +164,18 @@ void pipe_edited(ads_callback_packet *packet)
     strcatv(TEXT_MAX, PipeMaterial, packet_value(packet), nullptr);
 }
 
-void cable_help(ads_callback_packet *packet)
+void cable_help(ads_callback_packet *)
 {
-    (void)packet;
     char topic[TEXT_SIZE];
-    struct resbuf *result = nullptr;
-
     cable_name(topic);
-    struct resbuf *args = ads_buildlist(RTSTR, "VORMIS.HLP", RTSTR, topic, 0);
-    if (!args) {
-        ads_alert("Can not invoke function : ADS_HELP");
-        return;
-    }
-    /* host_function alerts when the call fails and releases args. */
-    host_function("ADS_HELP", args, &result);
-    ads_relrb(result);
+    show_help(topic);
 }
 
-void cable_dialog(ads_callback_packet *packet)
+/* Binds the item clusters of the current family's dialog; the piping
+ * dialog's material box starts empty. */
+static void bind_items(ads_hdlg dialog)
 {
-    char name[TEXT_SIZE];
-    ads_hdlg dialog;
-    int status = DLGCANCEL;
-    int pline = kind_is("PLINE");
-
-    cable_name(name);
-    if (dialog_new(name, &dialog) != RTNORM)
-        return;
-
-    ChosenKey[0] = '\0';
-    SpecWork[0] = '\0';
-    strcatv(TEXT_MAX, SpecWork, RecordFields[5], nullptr);
-    if (!pline)
-        upper_list(SpecWork);
-    ads_set_tile(dialog, "edit", SpecWork);
-
-    if (pline) {
+    if (kind_is("PLINE")) {
         bind_clusters(dialog, PIPE_CLUSTERS, quantity_pline);
         PipeMaterial[0] = '\0';
         ads_set_tile(dialog, "pipe", PipeMaterial);
@@ -203,24 +183,50 @@ void cable_dialog(ads_callback_packet *packet)
     } else {
         bind_clusters(dialog, LINE_CLUSTERS, kind_is("SLINE") ? quantity_sline : quantity_eline);
     }
-    ads_action_tile(dialog, "help", cable_help);
-    ads_action_tile(dialog, "edit", spec_edited);
+}
 
-    ads_start_dialog(dialog, &status);
-    if (status != DLGOK)
-        return;
+static const TileAction CableActions[] = {
+    {"help", cable_help},
+    {"edit", spec_edited},
+    {nullptr, nullptr},
+};
 
-    /* Field 6 is the list, field 5 the label the family's rule makes of it;
-     * both or neither are taken, each in the form a field holds. */
+/* Takes SpecWork into field 6 and the label the family's rule makes of it
+ * into field 5, and shows both in the editor. Both or neither are taken,
+ * each in the form a field holds. */
+static void take_items(ads_hdlg editor)
+{
     char label[TEXT_SIZE], stored_list[TEXT_SIZE], stored_label[TEXT_SIZE];
     spec_format_label(KindName, SpecWork, label);
     if (!field_stored_form(5, SpecWork, stored_list) || !field_stored_form(4, label, stored_label))
         return;
     strcpy(RecordFields[5], stored_list);
     strcpy(RecordFields[4], stored_label);
-    ads_set_tile(packet->dialog, "t4", RecordFields[5]);
+    ads_set_tile(editor, "t4", RecordFields[5]);
     unescape_spec();
-    ads_set_tile(packet->dialog, "t3", SpecDisplay);
+    ads_set_tile(editor, "t3", SpecDisplay);
+}
+
+void cable_dialog(ads_callback_packet *packet)
+{
+    char name[TEXT_SIZE];
+    ads_hdlg dialog;
+    int status = DLGCANCEL;
+
+    cable_name(name);
+    if (dialog_new(name, &dialog) != RTNORM)
+        return;
+    ChosenKey[0] = '\0';
+    SpecWork[0] = '\0';
+    strcatv(TEXT_MAX, SpecWork, RecordFields[5], nullptr);
+    if (!kind_is("PLINE"))
+        upper_list(SpecWork);
+    ads_set_tile(dialog, "edit", SpecWork);
+    bind_items(dialog);
+    bind_actions(dialog, CableActions);
+    ads_start_dialog(dialog, &status);
+    if (status == DLGOK)
+        take_items(packet->dialog);
 }
 
 int cable_choice_dialog(void)
@@ -243,8 +249,7 @@ int cable_choice_dialog(void)
 
 void cable_choice_pick(ads_callback_packet *packet)
 {
-    char key[TEXT_SIZE] = "";
-    strcatv(TEXT_MAX, key, packet_value(packet), nullptr);
-    switch_to(packet->dialog, CableChoice, key);
+    char key[TEXT_SIZE];
+    switch_to(packet, CableChoice, key);
     ads_mode_tile(packet->dialog, "accept", MODE_ENABLE);
 }

@@ -14,6 +14,9 @@ extern char PipeMaterial[256];
 /* The pair count chosen in VOR_SLINE_CABLE_1; empty when none was chosen. */
 extern char CableChoice[256];
 
+/* Puts the cable dialogs' texts back as the module starts: all empty. */
+void cable_reset(void);
+
 /* The action of the editor's button "b4": opens the cable dialog of the
  * current family on fields 5 and 6 of RecordFields; when it is confirmed,
  * stores the list and the rebuilt label there and shows them in the

@@ -29,9 +29,17 @@ int dialog_new(const char *name, ads_hdlg *dialog)
     return RTNORM;
 }
 
+void bind_actions(ads_hdlg dialog, const TileAction *table)
+{
+    for (const TileAction *row = table; row->key; row++)
+        ads_action_tile(dialog, row->key, row->action);
+}
+
 int host_function(const char *name, struct resbuf *args, struct resbuf **result)
 {
     *result = nullptr;
+    if (!args)
+        return RTERROR;
     struct resbuf *call = ads_buildlist(RTSTR, name, 0);
     if (!call) {
         ads_relrb(args);
@@ -49,6 +57,13 @@ int host_function(const char *name, struct resbuf *args, struct resbuf **result)
         return RTERROR;
     }
     return RTNORM;
+}
+
+void show_help(const char *topic)
+{
+    struct resbuf *result;
+    if (host_function("ADS_HELP", ads_buildlist(RTSTR, "VORMIS.HLP", RTSTR, topic, 0), &result) == RTNORM)
+        ads_relrb(result);
 }
 
 const char *packet_value(const ads_callback_packet *packet)

@@ -1,10 +1,16 @@
 /* entry.cpp - the module's entry point: the host's messages, registration of
  * the five functions for every drawing, and dispatch of calls to them. */
 #include "ads.h"
+#include "dialogs.h"
 #include "entry.h"
+#include "../browser/browser.h"
+#include "../cable/cable.h"
+#include "../layer/layer.h"
 #include "../linetool/linetool.h"
 #include "../linetool/ltgen.h"
+#include "../numtool/numtool.h"
 #include "../panel/acf.h"
+#include "../util/textutil.h"
 
 struct resbuf *CurrentArgs;
 
@@ -50,11 +56,37 @@ static int dispatch(void)
     return result;
 }
 
+/* The host integration's own state: no call under way, no dialog file
+ * loaded, no line filtered. */
+static void dispatch_reset(void)
+{
+    CurrentArgs = nullptr;
+    DialogFile = 0;
+    textutil_reset();
+}
+
+/* Run drawing keeps nothing between calls, so it has no reset. */
+void module_reset(void)
+{
+    dispatch_reset();
+    line_tool_reset();
+    cable_reset();
+    number_tool_reset();
+    layer_reset();
+    browser_reset();
+    panel_reset();
+}
+
 extern "C" int acrxEntryPoint(int msg, void *pkt)
 {
     switch (msg) {
     case kInitAppMsg:
         acrxUnlockApplication(pkt);
+        break;
+    case kUnloadAppMsg:
+        /* Nothing is asked of the host; what a new load finds is the state
+         * of a module loaded afresh. */
+        module_reset();
         break;
     case kLoadDwgMsg:
         register_functions();

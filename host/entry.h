@@ -21,4 +21,10 @@ extern const FunctionRow FunctionTable[FUNCTION_COUNT];
  * none. Owned by the host; valid only while the handler runs. */
 extern struct resbuf *CurrentArgs;
 
+/* Puts the module-level state of every subsystem back as it is when the
+ * module starts: lists freed, texts emptied, KindName "ELINE". Sent on
+ * unload, and used by tests; within a session that state lives on from call
+ * to call (the code pattern, the label settings, the browser's choice). */
+void module_reset(void);
+
 #endif

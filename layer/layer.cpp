@@ -13,6 +13,14 @@ char ChosenLayer[256];
 TextList LayerMemo;
 int32_t LayerRow;
 
+void layer_reset(void)
+{
+    memset(InitialLayer, 0, sizeof InitialLayer);
+    memset(ChosenLayer, 0, sizeof ChosenLayer);
+    textlist_free(&LayerMemo);
+    LayerRow = 0;
+}
+
 /* Columns of a row cut from the memo's first four words, in bytes; they
  * match the tab stops of the list in VORMIS.DCL. */
 static const int ColumnWidths[] = {16, 16, 12, 12};

@@ -22,4 +22,8 @@ extern int32_t LayerRow;
  * or RTERROR after "Unable to initialize dialog box: VOR_LAY_SET". */
 int layer_dialog(void);
 
+/* Puts the dialog's state back as the module starts: texts empty, the memo
+ * freed, no row picked. */
+void layer_reset(void);
+
 #endif

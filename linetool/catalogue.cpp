@@ -23,14 +23,17 @@ static const int RowWidths[] = {6, 10, 8, 3, 50};
 
 void catalogue_reset(void)
 {
-    textlist_free(&Catalogue);
+    memset(KindName, 0, sizeof KindName);
     strcpy(KindName, "ELINE");
+    textlist_free(&Catalogue);
     memset(RecordFields, 0, sizeof RecordFields);
     memset(SpecDisplay, 0, sizeof SpecDisplay);
     memset(RowMap, 0, sizeof RowMap);
+    SelectedRow = LabelOn = 0;
+    memset(LabelGap, 0, sizeof LabelGap);
+    memset(CodePattern, 0, sizeof CodePattern);
+    SearchOn = 0;
     memset(CodeTable, 0, sizeof CodeTable);
-    SelectedRow = LabelOn = SearchOn = 0;
-    LabelGap[0] = CodePattern[0] = '\0';
 }
 
 void catalogue_path(char *out)

@@ -33,13 +33,15 @@ extern int32_t SelectedRow;
 extern int32_t LabelOn;
 /* The gap between a run and its label, as typed; "2.5" when empty. */
 extern char LabelGap[256];
-/* The wildcard pattern on codes, and whether the list is filtered by it. */
+/* The wildcard pattern on codes; it lives on from call to call. */
 extern char CodePattern[256];
+/* 1 when the list shows only the records whose code matches CodePattern. */
 extern int32_t SearchOn;
 /* Distinct codes, cut to 20 bytes, in order of first appearance. */
 extern char CodeTable[CODE_LIMIT][CODE_WIDTH + 1];
 
-/* Puts the catalogue state back as the module starts with it. */
+/* Puts the catalogue state back as the module starts with it: KindName
+ * "ELINE", the catalogue freed, everything else empty or 0. */
 void catalogue_reset(void);
 
 /* The current family's catalogue file: home_path of KindName and ".CAT". */

@@ -17,6 +17,11 @@ static char SavedPattern[256];
 /* The prompt of the label text. */
 static const char LabelPrompt[] = "\xB3\xC6\xB5\xF9\xBB\xA1\xA9\xFA"; /* 備註說明 */
 
+void editor_reset(void)
+{
+    memset(SavedPattern, 0, sizeof SavedPattern);
+}
+
 void record_buttons_mode(ads_hdlg dialog, short mode)
 {
     static const char *const buttons[] = {"add", "editline", "del", "loadline", "changeline"};
@@ -56,8 +61,6 @@ static void choose_colour(ads_callback_packet *packet)
     int start = atoi(RecordFields[3]);
     struct resbuf *result;
     struct resbuf *args = ads_buildlist(RTSHORT, start > 0 ? start : 1, RTNIL, 0);
-    if (!args)
-        return;
     if (host_function("ACAD_COLORDLG", args, &result) != RTNORM)
         return;
     if (result && result->restype == RTSHORT && result->resval.rint >= 1 && result->resval.rint <= 255) {
@@ -73,8 +76,6 @@ static void edit_label(ads_callback_packet *packet)
 {
     struct resbuf *result;
     struct resbuf *args = ads_buildlist(RTSTR, RecordFields[4], RTSTR, LabelPrompt, 0);
-    if (!args)
-        return;
     if (host_function("W1", args, &result) != RTNORM)
         return;
     if (result && result->restype == RTSTR && result->resval.rstring) {
@@ -85,6 +86,17 @@ static void edit_label(ads_callback_packet *packet)
     }
     ads_relrb(result);
 }
+
+static const TileAction EditorActions[] = {
+    {"e1", code_edited},
+    {"e2", linetype_edited},
+    {"e3", pattern_edited},
+    {"b1", choose_layer},
+    {"b2", choose_colour},
+    {"b3", edit_label},
+    {"b4", cable_dialog},
+    {nullptr, nullptr},
+};
 
 void edit_record(ads_callback_packet *packet)
 {
@@ -105,13 +117,7 @@ void edit_record(ads_callback_packet *packet)
     ads_set_tile(editor, "t3", SpecDisplay);
     ads_set_tile(editor, "t4", RecordFields[5]);
     ads_set_tile(editor, "e3", RecordFields[6]);
-    ads_action_tile(editor, "e1", code_edited);
-    ads_action_tile(editor, "e2", linetype_edited);
-    ads_action_tile(editor, "e3", pattern_edited);
-    ads_action_tile(editor, "b1", choose_layer);
-    ads_action_tile(editor, "b2", choose_colour);
-    ads_action_tile(editor, "b3", edit_label);
-    ads_action_tile(editor, "b4", cable_dialog);
+    bind_actions(editor, EditorActions);
     ads_start_dialog(editor, &status);
     if (status == DLGOK && node)
         catalogue_replace(main);

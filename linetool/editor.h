@@ -18,4 +18,7 @@ void edit_code_pattern(ads_callback_packet *packet);
  * refilled, enabled when a row is chosen. */
 void record_buttons_mode(ads_hdlg dialog, short mode);
 
+/* Puts the editor's and the code dialog's state back as the module starts. */
+void editor_reset(void);
+
 #endif

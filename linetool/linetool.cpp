@@ -24,6 +24,13 @@ static int Status = STATUS_FIRST;
 static const char FileCaption[] = "\xBA\xDE\xBD\x75\xA9\x77\xB8\x71\xC0\xC9\xA6\x57\x3A\x20"; /* 管線定義檔名: */
 constexpr int FILE_CAPTION_PATH = 56; /* bytes of the path shown */
 
+void line_tool_reset(void)
+{
+    Status = STATUS_FIRST;
+    editor_reset();
+    catalogue_reset();
+}
+
 static void show_file_name(ads_hdlg dialog)
 {
     char caption[TEXT_SIZE] = "", path[FILE_CAPTION_PATH + 1] = "";
@@ -141,17 +148,32 @@ static void edit_file_pressed(ads_callback_packet *packet)
     ads_relrb(result);
 }
 
+/* One topic serves the three families. */
 static void help_pressed(ads_callback_packet *)
 {
-    struct resbuf *result;
-    struct resbuf *args = ads_buildlist(RTSTR, "VORMIS.HLP", RTSTR, "VOR_ELINE", 0);
-    if (args && host_function("ADS_HELP", args, &result) == RTNORM)
-        ads_relrb(result);
+    show_help("VOR_ELINE");
 }
 
 static void load_pressed(ads_callback_packet *packet) { ads_done_dialog(packet->dialog, STATUS_LOAD); }
 static void apply_pressed(ads_callback_packet *packet) { ads_done_dialog(packet->dialog, STATUS_APPLY); }
 static void label_pressed(ads_callback_packet *packet) { ads_done_dialog(packet->dialog, STATUS_LABEL); }
+
+static const TileAction MainActions[] = {
+    {"eline", row_chosen},
+    {"search", search_switched},
+    {"dimline", label_switched},
+    {"dimlinegap", gap_edited},
+    {"editfile", edit_file_pressed},
+    {"add", add_pressed},
+    {"editline", edit_record},
+    {"del", delete_pressed},
+    {"help", help_pressed},
+    {"edit_code", edit_code_pattern},
+    {"loadline", load_pressed},
+    {"changeline", apply_pressed},
+    {"dimoldline", label_pressed},
+    {nullptr, nullptr},
+};
 
 /* Takes the code pattern from the call's argument, if it has one. */
 static void take_argument(void)
@@ -184,18 +206,7 @@ static int run_main_dialog(void)
     show_file_name(dialog);
     refill(dialog);
 
-    static const struct {
-        const char *key;
-        CLIENTFUNC action;
-    } actions[] = {
-        {"eline", row_chosen},          {"search", search_switched}, {"dimline", label_switched},
-        {"dimlinegap", gap_edited},     {"editfile", edit_file_pressed}, {"add", add_pressed},
-        {"editline", edit_record},      {"del", delete_pressed},     {"help", help_pressed},
-        {"edit_code", edit_code_pattern}, {"loadline", load_pressed}, {"changeline", apply_pressed},
-        {"dimoldline", label_pressed},
-    };
-    for (const auto &a : actions)
-        ads_action_tile(dialog, a.key, a.action);
+    bind_actions(dialog, MainActions);
     ads_start_dialog(dialog, &Status);
     return 1;
 }

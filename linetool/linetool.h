@@ -7,4 +7,8 @@ int line_tool_eline(void);
 int line_tool_sline(void);
 int line_tool_pline(void);
 
+/* Puts the line tool's state back as the module starts: its dialogs', the
+ * editor's and the catalogue's (catalogue_reset). */
+void line_tool_reset(void);
+
 #endif

@@ -9,6 +9,12 @@
 char NumberValue[256];
 char NumberCaption[256];
 
+void number_tool_reset(void)
+{
+    memset(NumberValue, 0, sizeof NumberValue);
+    memset(NumberCaption, 0, sizeof NumberCaption);
+}
+
 static void show_value(ads_hdlg dialog)
 {
     ads_set_tile(dialog, "edit", NumberValue);
@@ -64,9 +70,20 @@ static void edit_changed(ads_callback_packet *packet)
         ads_get_tile(packet->dialog, "edit", NumberValue, TEXT_MAX);
 }
 
+/* The keypad's buttons, all served by keypad_pressed. */
+static const char *const KeypadKeys[] = {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9", "."};
+
+/* The other buttons that change the value, and the box that shows it. */
+static const TileAction ValueActions[] = {
+    {"sign", sign_pressed},
+    {"backspace", backspace_pressed},
+    {"clear", clear_pressed},
+    {"edit", edit_changed},
+    {nullptr, nullptr},
+};
+
 int number_tool(void)
 {
-    static const char *const keypad[] = {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9", "."};
     char before[TEXT_SIZE];
     ads_hdlg dialog;
     int status = DLGCANCEL;
@@ -78,12 +95,9 @@ int number_tool(void)
     ads_set_tile(dialog, "edit", NumberValue);
     ads_mode_tile(dialog, "2p", MODE_DISABLE);
     ads_mode_tile(dialog, "entity", MODE_DISABLE);
-    for (const char *key : keypad)
+    for (const char *key : KeypadKeys)
         ads_action_tile(dialog, key, keypad_pressed);
-    ads_action_tile(dialog, "sign", sign_pressed);
-    ads_action_tile(dialog, "backspace", backspace_pressed);
-    ads_action_tile(dialog, "clear", clear_pressed);
-    ads_action_tile(dialog, "edit", edit_changed);
+    bind_actions(dialog, ValueActions);
     ads_start_dialog(dialog, &status);
     if (status == DLGCANCEL)
         strcpy(NumberValue, before);

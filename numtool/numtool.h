@@ -13,4 +13,7 @@ extern char NumberCaption[256];
  * NUMBER_TOOL" with NumberValue unchanged. */
 int number_tool(void);
 
+/* Empties the value and the caption, as the module starts. */
+void number_tool_reset(void);
+
 #endif

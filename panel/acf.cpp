@@ -27,8 +27,24 @@ static const ads_real BreakerAt = 100, BreakerEnd = 200, DeviceAt = 227.5, Devic
 static const ads_real ShuntAt = 424.35, SecondBreakerAt = 462.5, SecondBreakerEnd = 562.5;
 static const ads_real LabelAt = 680, SymbolText1 = 1030, SymbolText2 = 1090, DescriptionAt = 1180;
 
-constexpr int MAX_FILES = 999;
+/* The browser lists no more files than this, so no more can be chosen. */
+constexpr int MAX_FILES = BROWSER_LISTED_MAX;
+
+/* The chosen files that are drawn, as indexes into Selection, in the order
+ * of choosing. */
+static int Drawn[MAX_FILES];
+/* The entries of Drawn in use. */
+static int DrawnCount;
+/* The start point the user gave for each file drawn: StartPoints[k] is
+ * that of Drawn[k]. */
 static ads_point StartPoints[MAX_FILES];
+
+void panel_reset(void)
+{
+    memset(Drawn, 0, sizeof Drawn);
+    DrawnCount = 0;
+    memset(StartPoints, 0, sizeof StartPoints);
+}
 
 static void at(ads_point p, ads_real x, ads_real y, ads_real z)
 {
@@ -46,21 +62,36 @@ static int line(const ads_point from, const ads_point to)
     return ads_command(RTSTR, "LINE", RT3DPOINT, from, RT3DPOINT, to, RTSTR, "", 0);
 }
 
-/* A vertical run of the branch at x from one depth below the bus to another. */
-static int branch_line(ads_real x, ads_real bus, ads_real z, ads_real top, ads_real bottom)
+/* Where a circuit's branch hangs: its schedule line, its x, the height of
+ * the bus and the z of every point. */
+struct Branch {
+    const TextNode *circuit;
+    ads_real x, bus, z;
+};
+
+/* The point of a branch at depth below the bus. */
+static void branch_point(const Branch *b, ads_real depth, ads_point p)
 {
-    ads_point a, b;
-    at(a, x, bus - top, z);
-    at(b, x, bus - bottom, z);
-    return line(a, b);
+    at(p, b->x, b->bus - depth, b->z);
 }
 
-/* "INSERT" of a breaker with the four attribute values of fields 3 to 6. */
-static int breaker(const TextNode *line_of, const ads_point p)
+/* A vertical run of a branch from one depth below the bus to another. */
+static int branch_line(const Branch *b, ads_real top, ads_real bottom)
 {
-    char f[4][TEXT_SIZE];
-    for (int k = 0; k < 4; k++)
-        acf_field(line_of, 3 + k, f[k]);
+    ads_point from, to;
+    branch_point(b, top, from);
+    branch_point(b, bottom, to);
+    return line(from, to);
+}
+
+/* "INSERT" of a breaker at p with the four attribute values of the line's
+ * fields from first on. */
+static int breaker(const TextNode *line_of, int first, const ads_point p)
+{
+    static_assert(BREAKER_FIELDS == 4, "the command below answers four attribute prompts");
+    char f[BREAKER_FIELDS][TEXT_SIZE];
+    for (int k = 0; k < BREAKER_FIELDS; k++)
+        acf_field(line_of, first + k, f[k]);
     return ads_command(RTSTR, "INSERT", RTSTR, "NFB--", RT3DPOINT, p, RTSTR, "1", RTSTR, "1", RTSTR, "0",
                        RTSTR, f[0], RTSTR, f[1], RTSTR, f[2], RTSTR, f[3], 0);
 }
@@ -120,98 +151,139 @@ static int totals(const TextList *schedule, ads_real left, ads_real right, ads_r
 {
     char field[TEXT_SIZE], text[TEXT_SIZE];
     ads_point p;
-    acf_field(schedule->tail, 1, field);
+    acf_field(schedule->tail, TOTALS_LOAD, field);
     text[0] = '\0';
     strcatv(TEXT_MAX, text, "Total:", field, "VA", nullptr);
     at(p, left - BoxLeft + TextHeight, bus + BoxAbove - 1.5 * TextHeight, z);
     if (write_text(nullptr, p, "0", text) != RTNORM)
         return RTERROR;
-    acf_field(schedule->tail, 6, field);
+    acf_field(schedule->tail, TOTALS_CAPACITY, field);
     text[0] = '\0';
     strcatv(TEXT_MAX, text, "IC:", field, nullptr);
     if (ads_command(RTSTR, "TEXT", RTSTR, "", RTSTR, text, 0) != RTNORM)
         return RTERROR;
-    acf_field(schedule->head, 0, field);
+    acf_field(schedule->head, HEADER_CORNER, field);
     at(p, right + BoxRight - TextHeight, bus + BoxAbove - 1.5 * TextHeight, z);
-    return write_text("R", p, "0", strlen(field) > 6 ? field + 6 : "");
+    return write_text("R", p, "0", corner_text(field));
 }
 
-/* The branch of one circuit at x. */
-static int circuit(const TextNode *c, ads_real x, ads_real bus, ads_real z)
+/* The branch's top: from the bus down to the circuit's breaker. */
+static int branch_top(const Branch *b)
 {
-    char device[TEXT_SIZE], second[TEXT_SIZE], symbol[TEXT_SIZE], field[TEXT_SIZE];
     ads_point p;
-
     if (ads_command(RTSTR, "TEXTSTYLE", RTSTR, "ROMANSAEH", 0) != RTNORM)
         return RTERROR;
-    if (branch_line(x, bus, z, 0, BreakerAt) != RTNORM)
+    if (branch_line(b, 0, BreakerAt) != RTNORM)
         return RTERROR;
-    at(p, x, bus - BreakerAt, z);
-    if (breaker(c, p) != RTNORM)
-        return RTERROR;
+    branch_point(b, BreakerAt, p);
+    return breaker(b->circuit, CIRCUIT_BREAKER, p);
+}
 
-    acf_field(c, 12, device);
-    acf_field(c, 14, second);
-    int has_device = device[0] == 'M' || device[0] == 'Y';
-    int has_second = second[0] == 'Y';
+/* Below the breaker, the run through the device block ("M" or "Y") down
+ * to the depth end. */
+static int device_run(const Branch *b, const char *device, ads_real end)
+{
+    char label[TEXT_SIZE];
+    ads_point p;
+    if (branch_line(b, BreakerEnd, DeviceAt) != RTNORM)
+        return RTERROR;
+    acf_field(b->circuit, CIRCUIT_DEVICE_LABEL, label);
+    branch_point(b, DeviceAt, p);
+    if (block(field_switch(device, 'M') ? "MS--" : "Y3--", p, label) != RTNORM)
+        return RTERROR;
+    return branch_line(b, DeviceEnd, end);
+}
+
+/* The second breaker with its shunt trip SP--, and the run below them. */
+static int second_breaker_group(const Branch *b)
+{
+    char label[TEXT_SIZE];
+    ads_point p;
+    branch_point(b, SecondBreakerAt, p);
+    if (breaker(b->circuit, CIRCUIT_BREAKER, p) != RTNORM)
+        return RTERROR;
+    acf_field(b->circuit, CIRCUIT_SP_LABEL, label);
+    branch_point(b, ShuntAt, p);
+    if (block("SP--", p, label) != RTNORM)
+        return RTERROR;
+    return branch_line(b, SecondBreakerEnd, BranchLength);
+}
+
+/* The middle of the branch, down to its lower end, as the switches of the
+ * device and of the second breaker have it. */
+static int branch_middle(const Branch *b)
+{
+    char device[TEXT_SIZE], second[TEXT_SIZE];
+    acf_field(b->circuit, CIRCUIT_DEVICE, device);
+    acf_field(b->circuit, CIRCUIT_SECOND_BREAKER, second);
+    int has_device = field_switch(device, 'M') || field_switch(device, 'Y');
+    int has_second = field_switch(second, 'Y');
     ads_real run_end = has_second ? SecondBreakerAt : BranchLength;
-    if (has_device) {
-        if (branch_line(x, bus, z, BreakerEnd, DeviceAt) != RTNORM)
-            return RTERROR;
-        acf_field(c, 13, field);
-        at(p, x, bus - DeviceAt, z);
-        if (block(device[0] == 'M' ? "MS--" : "Y3--", p, field) != RTNORM)
-            return RTERROR;
-        if (branch_line(x, bus, z, DeviceEnd, run_end) != RTNORM)
-            return RTERROR;
-    } else if (branch_line(x, bus, z, BreakerEnd, run_end) != RTNORM) {
+    int drawn = has_device ? device_run(b, device, run_end) : branch_line(b, BreakerEnd, run_end);
+    if (drawn != RTNORM || !has_second)
+        return drawn;
+    return second_breaker_group(b);
+}
+
+/* The load symbol ("R" or "C") at the branch's lower end and its two
+ * texts; nothing for any other switch. */
+static int load_symbol(const Branch *b)
+{
+    char symbol[TEXT_SIZE], text[TEXT_SIZE];
+    ads_point p;
+    acf_field(b->circuit, CIRCUIT_LOAD_SYMBOL, symbol);
+    if (!field_switch(symbol, 'R') && !field_switch(symbol, 'C'))
+        return RTNORM;
+    branch_point(b, BranchLength, p);
+    if (block(field_switch(symbol, 'R') ? "$RECT" : "$CIRCLE", p, nullptr) != RTNORM)
         return RTERROR;
-    }
-    if (has_second) {
-        at(p, x, bus - SecondBreakerAt, z);
-        if (breaker(c, p) != RTNORM)
-            return RTERROR;
-        acf_field(c, 15, field);
-        at(p, x, bus - ShuntAt, z);
-        if (block("SP--", p, field) != RTNORM)
-            return RTERROR;
-        if (branch_line(x, bus, z, SecondBreakerEnd, BranchLength) != RTNORM)
-            return RTERROR;
-    }
+    acf_field(b->circuit, CIRCUIT_SYMBOL_TEXT_1, text);
+    branch_point(b, SymbolText1, p);
+    if (write_text("M", p, "0", text) != RTNORM)
+        return RTERROR;
+    acf_field(b->circuit, CIRCUIT_SYMBOL_TEXT_2, text);
+    branch_point(b, SymbolText2, p);
+    return write_text("M", p, "0", text);
+}
 
-    acf_field(c, 16, symbol);
-    if (symbol[0] == 'R' || symbol[0] == 'C') {
-        at(p, x, bus - BranchLength, z);
-        if (block(symbol[0] == 'R' ? "$RECT" : "$CIRCLE", p, nullptr) != RTNORM)
-            return RTERROR;
-        acf_field(c, 18, field);
-        at(p, x, bus - SymbolText1, z);
-        if (write_text("M", p, "0", field) != RTNORM)
-            return RTERROR;
-        acf_field(c, 19, field);
-        at(p, x, bus - SymbolText2, z);
-        if (write_text("M", p, "0", field) != RTNORM)
-            return RTERROR;
-    }
+/* The cable label along the branch, when the circuit has one. */
+static int cable_label(const Branch *b)
+{
+    char size[TEXT_SIZE], count[TEXT_SIZE], earth[TEXT_SIZE], conduit[TEXT_SIZE], suffix[TEXT_SIZE];
+    char label[TEXT_SIZE];
+    ads_point p;
+    acf_field(b->circuit, CIRCUIT_CONDUCTOR_SIZE, size);
+    acf_field(b->circuit, CIRCUIT_CONDUCTOR_COUNT, count);
+    acf_field(b->circuit, CIRCUIT_EARTH_SIZE, earth);
+    acf_field(b->circuit, CIRCUIT_CONDUIT_SIZE, conduit);
+    acf_field(b->circuit, CIRCUIT_CONDUIT_SUFFIX, suffix);
+    compose_cable_label(size, count, earth, conduit, suffix, label);
+    if (!label[0])
+        return RTNORM;
+    at(p, b->x + TextHeight, b->bus - LabelAt, b->z);
+    return write_text(nullptr, p, "-90", label);
+}
 
-    char f7[TEXT_SIZE], f8[TEXT_SIZE], f11[TEXT_SIZE], f10[TEXT_SIZE], f9[TEXT_SIZE], label[TEXT_SIZE];
-    acf_field(c, 7, f7);
-    acf_field(c, 8, f8);
-    acf_field(c, 11, f11);
-    acf_field(c, 10, f10);
-    acf_field(c, 9, f9);
-    compose_cable_label(f7, f8, f11, f10, f9, label);
-    if (label[0]) {
-        at(p, x + TextHeight, bus - LabelAt, z);
-        if (write_text(nullptr, p, "-90", label) != RTNORM)
-            return RTERROR;
-    }
-
+/* The circuit's description as column text below the branch. */
+static int description(const Branch *b)
+{
+    char text[TEXT_SIZE];
+    ads_point p;
     if (ads_command(RTSTR, "TEXTSTYLE", RTSTR, "ROMANSAEV", 0) != RTNORM)
         return RTERROR;
-    acf_field(c, 0, field);
-    at(p, x, bus - DescriptionAt, z);
-    return write_column_text(p, field) == 0 ? RTNORM : RTERROR;
+    acf_field(b->circuit, CIRCUIT_DESCRIPTION, text);
+    branch_point(b, DescriptionAt, p);
+    return write_column_text(p, text) == 0 ? RTNORM : RTERROR;
+}
+
+/* The branch of one circuit, top to bottom; RTERROR at the first command
+ * that fails. */
+static int circuit(const Branch *b)
+{
+    if (branch_top(b) != RTNORM || branch_middle(b) != RTNORM || load_symbol(b) != RTNORM ||
+        cable_label(b) != RTNORM)
+        return RTERROR;
+    return description(b);
 }
 
 void draw_panel(const TextList *schedule, const ads_point start)
@@ -219,17 +291,17 @@ void draw_panel(const TextList *schedule, const ads_point start)
     char field[TEXT_SIZE];
     ads_point p, q;
     const ads_real px = start[0], py = start[1], z = start[2];
-    int circuits = schedule->count - 2;
+    int circuits = schedule_circuit_count(schedule);
     ads_real width = Pitch * (circuits - 1);
     ads_real left = px - width / 2, right = px + width / 2, bus = py - BusDepth;
 
-    acf_field(schedule->head, 1, field);
+    acf_field(schedule->head, HEADER_TITLE, field);
     at(p, px + TextHeight, py, z);
     if (write_text(nullptr, p, "0", field) != RTNORM)
         return;
     at(p, px, py, z);
     at(q, px, py - BreakerGap, z);
-    if (pline(p, q) != RTNORM || breaker(schedule->tail, q) != RTNORM)
+    if (pline(p, q) != RTNORM || breaker(schedule->tail, TOTALS_BREAKER, q) != RTNORM)
         return;
     at(p, px, py - 2 * BreakerGap, z);
     at(q, px, bus, z);
@@ -243,10 +315,12 @@ void draw_panel(const TextList *schedule, const ads_point start)
     }
     if (panel_box(left, right, bus, z) != RTNORM || totals(schedule, left, right, bus, z) != RTNORM)
         return;
-    const TextNode *c = schedule->head->next;
-    for (int k = 0; k < circuits && c; k++, c = c->next)
-        if (circuit(c, left + Pitch * k, bus, z) != RTNORM)
+    Branch branch = {schedule->head->next, left, bus, z};
+    for (int k = 0; k < circuits && branch.circuit; k++, branch.circuit = branch.circuit->next) {
+        branch.x = left + Pitch * k;
+        if (circuit(&branch) != RTNORM)
             return;
+    }
 }
 
 /* Makes a text style of the font ROMANS with the big font AE when the
@@ -261,11 +335,6 @@ static int ensure_style(const char *name, const char *vertical)
     return ads_command(RTSTR, "STYLE", RTSTR, name, RTSTR, "ROMANS,AE", RTSTR, "", RTSTR, "", RTSTR, "",
                        RTSTR, "", RTSTR, "", RTSTR, vertical, 0);
 }
-
-/* The chosen files that are drawn, as indexes into Selection, in the order
- * of choosing; StartPoints[k] belongs to Drawn[k]. */
-static int Drawn[MAX_FILES];
-static int DrawnCount;
 
 /* Takes the chosen files whose path fits in 255 bytes; a longer path cut
  * there would name another file, so each other file is named on the
@@ -309,8 +378,8 @@ static void draw_file(int k)
     if (tab)
         *tab = '\0';
     strcatv(TEXT_MAX, path, BrowserPath, row, nullptr);
-    textlist_load(path, &schedule, 1, 255, 0, 0, 0, 0, 0, 0);
-    if (schedule.count >= 3)
+    textlist_load(path, &schedule, 1, TEXT_MAX, 0, 0, 0, 0, 0, 0);
+    if (schedule_circuit_count(&schedule) > 0)
         draw_panel(&schedule, StartPoints[k]);
     textlist_free(&schedule);
 }

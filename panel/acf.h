@@ -14,4 +14,8 @@ int panel_diagram(void);
  * stops where a host command fails; what was drawn stays. */
 void draw_panel(const TextList *schedule, const ads_point start);
 
+/* Forgets the files and start points of the last call, as the module
+ * starts. */
+void panel_reset(void);
+
 #endif

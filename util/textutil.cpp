@@ -7,6 +7,11 @@
 
 char MatchLine[FIELD_COUNT * TEXT_MAX + FIELD_COUNT];
 
+void textutil_reset(void)
+{
+    memset(MatchLine, 0, sizeof MatchLine);
+}
+
 void strcatv(int size, char *dest, ...)
 {
     size_t used = strlen(dest);

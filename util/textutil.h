@@ -17,6 +17,9 @@ constexpr int FIELD_COUNT = 7;
  * joined by tabs; empty when the line had fewer than n fields. */
 extern char MatchLine[FIELD_COUNT * TEXT_MAX + FIELD_COUNT];
 
+/* Empties MatchLine, as the module starts. */
+void textutil_reset(void);
+
 /* Appends the strings that follow dest, up to a null pointer, to the text
  * already in dest, which never grows beyond size bytes (plus terminator):
  * what does not fit is cut, by bytes. */

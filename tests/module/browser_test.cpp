@@ -17,7 +17,7 @@
 #include "emulator/core/alloc.h"
 #include "emulator/core/encoding.h"
 #include "emulator/platform/filesystem.h"
-#include "support/host_fixture.h"
+#include "support/module_fixture.h"
 
 namespace vorhost::testing {
 namespace {
@@ -25,10 +25,10 @@ namespace {
 // Wed Jan 02 02:03:55 1980 in UTC (the tests run with TZ=UTC).
 constexpr time_t kDate = 315626635;
 
-class BrowserTest : public HostTest {
+class BrowserTest : public ModuleStateTest {
  protected:
   void SetUp() override {
-    HostTest::SetUp();
+    ModuleStateTest::SetUp();
     SetSymbol("VORMIS", "C:/VOR");
     std::filesystem::create_directories(LinuxPath("VOR"));
     std::filesystem::create_directories(LinuxPath("ACF"));
@@ -37,9 +37,8 @@ class BrowserTest : public HostTest {
     ScheduleMode = 1;
   }
   void TearDown() override {
-    ScheduleMode = 0;
     unsetenv("VORMIS_FILES");
-    HostTest::TearDown();
+    ModuleStateTest::TearDown();
     for (const std::string& dir : drives_) std::filesystem::remove_all(dir);
   }
   // Runs the browser through the user's events, all of which must apply.

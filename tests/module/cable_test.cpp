@@ -10,7 +10,7 @@
 #include "cable/cable.h"
 #include "host/dialogs.h"
 #include "linetool/catalogue.h"
-#include "support/host_fixture.h"
+#include "support/module_fixture.h"
 
 namespace vorhost::testing {
 namespace {
@@ -26,18 +26,16 @@ void KeepEditorTiles(ads_callback_packet* packet) {
   ads_done_dialog(packet->dialog, DLGOK);
 }
 
-class CableTest : public HostTest {
+class CableTest : public ModuleStateTest {
  protected:
   void SetUp() override {
-    HostTest::SetUp();
-    catalogue_reset();
+    ModuleStateTest::SetUp();
     ASSERT_EQ(dialog_file_load("VORMIS.DCL"), RTNORM) << Output();
     g_t3 = g_t4 = "";
   }
   void TearDown() override {
     ads_unload_dialog(DialogFile);
-    catalogue_reset();
-    HostTest::TearDown();
+    ModuleStateTest::TearDown();
   }
 
   // Opens the editor on a run type of kind whose list is items, presses b4

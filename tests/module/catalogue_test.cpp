@@ -8,7 +8,7 @@
 
 #include "cable/spec_label.h"
 #include "linetool/catalogue.h"
-#include "support/host_fixture.h"
+#include "support/module_fixture.h"
 
 namespace vorhost::testing {
 namespace {
@@ -16,19 +16,14 @@ namespace {
 const char kListDcl[] =
     "rows : dialog { : list_box { key = \"eline\"; } : list_box { key = \"codelist\"; } ok_only; }\n";
 
-class CatalogueTest : public HostTest {
+class CatalogueTest : public ModuleStateTest {
  protected:
   void SetUp() override {
-    HostTest::SetUp();
-    catalogue_reset();
+    ModuleStateTest::SetUp();
     SetSymbol("VORMIS", "C:/VOR");
     WriteFile("ROWS.DCL", kListDcl);
     ASSERT_EQ(ads_load_dialog("ROWS.DCL", &file_), RTNORM);
     ASSERT_EQ(ads_new_dialog("rows", file_, NULLCB, &dialog_), RTNORM);
-  }
-  void TearDown() override {
-    catalogue_reset();
-    HostTest::TearDown();
   }
 
   void Load(const std::vector<std::string>& records) {

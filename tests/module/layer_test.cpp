@@ -8,24 +8,23 @@
 #include "emulator/core/alloc.h"
 #include "host/dialogs.h"
 #include "layer/layer.h"
-#include "support/host_fixture.h"
+#include "support/module_fixture.h"
 
 namespace vorhost::testing {
 namespace {
 
-class LayerTest : public HostTest {
+class LayerTest : public ModuleStateTest {
  protected:
   void SetUp() override {
-    HostTest::SetUp();
+    ModuleStateTest::SetUp();
     ASSERT_EQ(dialog_file_load("VORMIS.DCL"), RTNORM) << Output();
     SetSymbol("VORMIS", "C:/VOR");
-    std::strcpy(InitialLayer, "");
     std::strcpy(ChosenLayer, "left over");
     blocks_ = LiveModuleBlocks();
   }
   void TearDown() override {
     ads_unload_dialog(DialogFile);
-    HostTest::TearDown();
+    ModuleStateTest::TearDown();
   }
   // The memo, lines given in UTF-8, written as the module's text files are.
   void Memo(const std::vector<std::string>& lines) {

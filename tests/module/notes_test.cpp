@@ -7,21 +7,20 @@
 #include "browser/notes.h"
 #include "emulator/core/alloc.h"
 #include "emulator/core/encoding.h"
-#include "support/host_fixture.h"
+#include "support/module_fixture.h"
 
 namespace vorhost::testing {
 namespace {
 
-class NotesTest : public HostTest {
+class NotesTest : public ModuleStateTest {
  protected:
   void SetUp() override {
-    HostTest::SetUp();
+    ModuleStateTest::SetUp();
     SetSymbol("VORMIS", "C:/VOR");
   }
   void TearDown() override {
-    textlist_free(&FileNotes);
-    EXPECT_EQ(LiveModuleBlocks(), 0);
-    HostTest::TearDown();
+    ModuleStateTest::TearDown();
+    EXPECT_EQ(LiveModuleBlocks(), 0) << "the store's lines outlived it";
   }
   // Writes the store from UTF-8 lines, as the module writes its files, and
   // loads it.

@@ -4,21 +4,21 @@
 
 #include "host/dialogs.h"
 #include "numtool/numtool.h"
-#include "support/host_fixture.h"
+#include "support/module_fixture.h"
 
 namespace vorhost::testing {
 namespace {
 
-class NumberToolTest : public HostTest {
+class NumberToolTest : public ModuleStateTest {
  protected:
   void SetUp() override {
-    HostTest::SetUp();
+    ModuleStateTest::SetUp();
     ASSERT_EQ(dialog_file_load("VORMIS.DCL"), RTNORM) << Output();
     std::strcpy(NumberCaption, Big5("數量:").c_str());
   }
   void TearDown() override {
     ads_unload_dialog(DialogFile);
-    HostTest::TearDown();
+    ModuleStateTest::TearDown();
   }
   // The value after the user's events, starting from start.
   std::string Run(const std::string& start, std::vector<std::string> events) {

@@ -1,26 +1,36 @@
-// module_fixture.h - a fresh host with the module loaded (messages 1 and
-// 3 sent), its home directory C:\VOR, and the catalogue state reset before
-// and after each test.
+// module_fixture.h - the module's state as it starts, around every test:
+// ModuleStateTest for tests that call the module's parts directly,
+// ModuleTest for a host that has loaded the module (messages 1 and 3 sent)
+// with its home directory C:\VOR.
 #ifndef VORMIS_TESTS_SUPPORT_MODULE_FIXTURE_H
 #define VORMIS_TESTS_SUPPORT_MODULE_FIXTURE_H
 
 #include "host/ads.h"
-#include "linetool/catalogue.h"
+#include "host/entry.h"
 #include "support/host_fixture.h"
 
 namespace vorhost::testing {
 
-class ModuleTest : public HostTest {
+// A fresh host, and module_reset() before and after each test, so that no
+// test sees what another left in the module's state.
+class ModuleStateTest : public HostTest {
  protected:
   void SetUp() override {
     HostTest::SetUp();
-    catalogue_reset();
-    host_->LoadModule(acrxEntryPoint);
-    SetSymbol("VORMIS", "C:/VOR");
+    module_reset();
   }
   void TearDown() override {
-    catalogue_reset();
+    module_reset();
     HostTest::TearDown();
+  }
+};
+
+class ModuleTest : public ModuleStateTest {
+ protected:
+  void SetUp() override {
+    ModuleStateTest::SetUp();
+    host_->LoadModule(acrxEntryPoint);
+    SetSymbol("VORMIS", "C:/VOR");
   }
 };
 
