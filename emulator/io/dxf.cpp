@@ -370,8 +370,7 @@ void WriteHeader(const SysVarTable& vars, const Box& extents, uint32_t seed, Gro
 
 }  // namespace
 
-bool SaveDxf(const Drawing& drawing, const SysVarTable& vars, const std::string& linux_path,
-             std::string* err) {
+std::string DxfText(const Drawing& drawing, const SysVarTable& vars) {
   HandleBook handles(drawing.handle_seed());
   for (const Entity& e : drawing.entities()) handles.Reserve(e.handle);
   Box extents = DrawingBox(drawing);
@@ -387,7 +386,12 @@ bool SaveDxf(const Drawing& drawing, const SysVarTable& vars, const std::string&
   GroupSink file;
   WriteHeader(vars, extents, handles.Seed(), &file);
   file.Append(body);
-  return ReplaceFile(linux_path, file.str(), err);
+  return file.str();
+}
+
+bool SaveDxf(const Drawing& drawing, const SysVarTable& vars, const std::string& linux_path,
+             std::string* err) {
+  return ReplaceFile(linux_path, DxfText(drawing, vars), err);
 }
 
 }  // namespace vorhost

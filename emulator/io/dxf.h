@@ -18,6 +18,9 @@ namespace vorhost {
 bool SaveDxf(const Drawing& drawing, const SysVarTable& vars, const std::string& linux_path,
              std::string* err);
 
+// The bytes SaveDxf writes.
+std::string DxfText(const Drawing& drawing, const SysVarTable& vars);
+
 // Reads linux_path into *drawing, which is replaced by a fresh drawing
 // holding the file's tables, blocks and entities (handles kept where they
 // are unique), texts converted to Big5. Header variables that vars knows
@@ -25,6 +28,10 @@ bool SaveDxf(const Drawing& drawing, const SysVarTable& vars, const std::string&
 // left untouched and *err reads "path:line: message" followed by the
 // offending line and a caret.
 bool OpenDxf(const std::string& linux_path, Drawing* drawing, SysVarTable* vars, std::string* err);
+
+// OpenDxf of a file's bytes, data; where names the file in messages.
+bool ReadDxf(std::string where, std::string data, Drawing* drawing, SysVarTable* vars,
+             std::string* err);
 
 }  // namespace vorhost
 

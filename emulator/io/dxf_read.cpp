@@ -617,15 +617,9 @@ bool Parser::Run(Drawing* drawing, std::vector<std::pair<std::string, SysValue>>
 
 }  // namespace
 
-bool OpenDxf(const std::string& linux_path, Drawing* drawing, SysVarTable* vars, std::string* err) {
-  std::ifstream in(linux_path, std::ios::binary);
-  if (!in) {
-    *err = linux_path + ": cannot open";
-    return false;
-  }
-  std::ostringstream data;
-  data << in.rdbuf();
-  Parser parser(linux_path, std::move(data).str());
+bool ReadDxf(std::string where, std::string data, Drawing* drawing, SysVarTable* vars,
+             std::string* err) {
+  Parser parser(std::move(where), std::move(data));
   std::vector<std::pair<std::string, SysValue>> values;
   if (!parser.Run(drawing, &values)) {
     *err = parser.error();
@@ -637,6 +631,17 @@ bool OpenDxf(const std::string& linux_path, Drawing* drawing, SysVarTable* vars,
       if (var && var->value.index() == value.index()) vars->Force(name, std::move(value));
     }
   return true;
+}
+
+bool OpenDxf(const std::string& linux_path, Drawing* drawing, SysVarTable* vars, std::string* err) {
+  std::ifstream in(linux_path, std::ios::binary);
+  if (!in) {
+    *err = linux_path + ": cannot open";
+    return false;
+  }
+  std::ostringstream data;
+  data << in.rdbuf();
+  return ReadDxf(linux_path, std::move(data).str(), drawing, vars, err);
 }
 
 }  // namespace vorhost
