@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cmath>
 #include <fstream>
+#include <limits>
 #include <map>
 #include <optional>
 #include <span>
@@ -55,7 +56,11 @@ bool ParseLong(std::string_view s, long* v) {
   if (r.ec == std::errc() && r.ptr == s.data() + s.size() && !s.empty()) return true;
   double d = 0;  // some writers give integers as "1.0"
   r = std::from_chars(s.data(), s.data() + s.size(), d);
-  if (r.ec != std::errc() || r.ptr != s.data() + s.size() || s.empty() || d != std::trunc(d))
+  // A whole number a long cannot hold is no integer either (2^63 is exact
+  // as a double; the cast of anything at or past it is undefined).
+  const double limit = -static_cast<double>(std::numeric_limits<long>::min());
+  if (r.ec != std::errc() || r.ptr != s.data() + s.size() || s.empty() || d != std::trunc(d) ||
+      !(d >= -limit && d < limit))
     return false;
   *v = static_cast<long>(d);
   return true;

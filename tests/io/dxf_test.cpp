@@ -354,6 +354,23 @@ TEST_F(DxfTest, BrokenFilesFailWithTheirLine) {
   EXPECT_EQ(err, Path("missing.dxf") + ": cannot open");
 }
 
+// A real too large for a long in an integer group was cast to long, which
+// is undefined; now it is not a number, like any other text there.
+TEST_F(DxfTest, IntegerGroupBeyondLongIsNotANumber) {
+  for (const char* value : {"8.88889e+92", "9223372036854775808.0", "-1e19"}) {
+    Drawing d;
+    std::string err = OpenText(std::string("0\nSECTION\n2\nENTITIES\n0\nLINE\n70\n") + value +
+                                   "\n0\nENDSEC\n0\nEOF\n",
+                               &d);
+    EXPECT_NE(err.find(std::string(":8: '") + value + "' is not a number (group 70)"),
+              std::string::npos)
+        << err;
+  }
+  Drawing d;
+  EXPECT_EQ(OpenText("0\nSECTION\n2\nENTITIES\n0\nLINE\n90\n-9223372036854775808.0\n0\nENDSEC\n0\nEOF\n", &d), "")
+      << "the smallest long is still one";
+}
+
 TEST_F(DxfTest, FailedSaveLeavesNothingBehind) {
   Drawing d;
   std::string err;
