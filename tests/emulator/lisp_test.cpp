@@ -61,6 +61,15 @@ TEST(LispReadTest, LoneLeadByteBeforeAnEscapeReadsBack) {
   EXPECT_EQ(Print(Value::String("\xA5\t")), "\"\\245\\t\"");
 }
 
+// A lone dot was read as a symbol, which printed as "." and read back as
+// the dot of a dotted list: '. came back as (QUOTE).
+TEST(LispReadTest, LoneDotIsMisplaced) {
+  for (const char* text : {"'.", "(. a)", ".", "(list 'a '.)"})
+    EXPECT_EQ(ReadPrint(text), "error: misplaced dot on input") << text;
+  EXPECT_EQ(ReadPrint("(a . b)"), "(A . B)");
+  EXPECT_EQ(ReadPrint("'.."), "(QUOTE ..)");
+}
+
 TEST(LispEvalTest, SetqFunctionsAndErrors) {
   Interpreter in;
   auto eval = [&](std::string_view text) {
