@@ -2,7 +2,7 @@
 # Installs what building and testing need on a Debian machine, if missing.
 set -eu
 packages=(cmake ninja-build g++ pkg-config libgtest-dev libgmock-dev libbenchmark-dev
-          python3 python3-ezdxf)
+          python3 python3-ezdxf clang libclang-rt-14-dev)
 # The Chinese texts of the SVG drawings; building the Debian package.
 packages+=(fonts-wqy-microhei dpkg-dev file)
 missing=()

@@ -35,6 +35,10 @@ bool SaveDxf(const Drawing& drawing, const SysVarTable& vars, const std::string&
 bool OpenDxf(const std::string& linux_path, Drawing* drawing, SysVarTable* vars, std::string* err,
              std::string_view shown_name = {});
 
+// OpenDxf of a file's bytes, data; where names the file in messages.
+bool ReadDxf(std::string where, std::string data, Drawing* drawing, SysVarTable* vars,
+             std::string* err);
+
 }  // namespace vorhost
 
 #endif

@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cmath>
 #include <fstream>
+#include <limits>
 #include <map>
 #include <optional>
 #include <span>
@@ -704,17 +705,9 @@ bool Parser::Run(Drawing* drawing, std::vector<std::pair<std::string, SysValue>>
 
 }  // namespace
 
-bool OpenDxf(const std::string& linux_path, Drawing* drawing, SysVarTable* vars, std::string* err,
-             std::string_view shown_name) {
-  std::string shown(shown_name.empty() ? std::string_view(linux_path) : shown_name);
-  std::ifstream in(linux_path, std::ios::binary);
-  if (!in) {
-    *err = shown + ": cannot open";
-    return false;
-  }
-  std::ostringstream data;
-  data << in.rdbuf();
-  Parser parser(std::move(shown), std::move(data).str());
+bool ReadDxf(std::string where, std::string data, Drawing* drawing, SysVarTable* vars,
+             std::string* err) {
+  Parser parser(std::move(where), std::move(data));
   std::vector<std::pair<std::string, SysValue>> values;
   if (!parser.Run(drawing, &values)) {
     *err = parser.error();
@@ -726,6 +719,19 @@ bool OpenDxf(const std::string& linux_path, Drawing* drawing, SysVarTable* vars,
       if (var && var->value.index() == value.index()) vars->Force(name, std::move(value));
     }
   return true;
+}
+
+bool OpenDxf(const std::string& linux_path, Drawing* drawing, SysVarTable* vars, std::string* err,
+             std::string_view shown_name) {
+  std::string shown(shown_name.empty() ? std::string_view(linux_path) : shown_name);
+  std::ifstream in(linux_path, std::ios::binary);
+  if (!in) {
+    *err = shown + ": cannot open";
+    return false;
+  }
+  std::ostringstream data;
+  data << in.rdbuf();
+  return ReadDxf(std::move(shown), std::move(data).str(), drawing, vars, err);
 }
 
 }  // namespace vorhost

@@ -283,7 +283,14 @@ bool ReadAt(std::string_view text, size_t* pos, Value* out, std::string* err, in
   }
   size_t start = *pos;
   while (*pos < text.size() && !IsDelimiter(text[*pos])) ++*pos;
-  return Atom(text.substr(start, *pos - start), out, err);
+  std::string_view token = text.substr(start, *pos - start);
+  // A dot stands only between a list's items and its tail; as a value of
+  // its own it would print as that dot and read back as something else.
+  if (token == ".") {
+    *err = "misplaced dot on input";
+    return false;
+  }
+  return Atom(token, out, err);
 }
 
 }  // namespace

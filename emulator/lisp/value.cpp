@@ -28,6 +28,14 @@ std::string PrintString(const std::string& s) {
       out += s.substr(i++, 2);
       continue;
     }
+    if (static_cast<unsigned char>(c) >= 0x81 && static_cast<unsigned char>(c) <= 0xFE) {
+      // A lead byte without its trail, written as it is, would be read back
+      // with the backslash of the escape after it as one character.
+      char octal[8];
+      std::snprintf(octal, sizeof octal, "\\%03o", static_cast<unsigned char>(c));
+      out += octal;
+      continue;
+    }
     switch (c) {
       case '"': out += "\\\""; break;
       case '\\': out += "\\\\"; break;

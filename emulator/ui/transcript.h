@@ -29,6 +29,13 @@ class Transcript {
 
   // Everything printed so far, in UTF-8.
   const std::string& text() const { return text_; }
+  // Forgets what was printed, for a host that lives on between unrelated
+  // sessions (a fuzz target's); the next text starts a line.
+  void Clear() {
+    text_.clear();
+    at_line_start_ = true;
+    after_typed_line_ = false;
+  }
 
  private:
   std::ostream* out_;

@@ -47,6 +47,29 @@ TEST(LispReadTest, ReadsAndPrintsEachKindOfValue) {
   for (const Case& c : cases) EXPECT_EQ(ReadPrint(c.text), c.printed) << c.text;
 }
 
+// A lead byte without its trail was printed as it is, so that reading the
+// printed text paired it with the backslash of the escape that followed.
+TEST(LispReadTest, LoneLeadByteBeforeAnEscapeReadsBack) {
+  for (std::string text : {"\xA5\t", "\xA5\"", "x\xA5", "\xA5\xA5\xA5\n"}) {
+    std::string printed = Print(Value::String(text));
+    size_t pos = 0;
+    Value back;
+    std::string err;
+    ASSERT_TRUE(Read(printed, &pos, &back, &err)) << printed << ": " << err;
+    EXPECT_EQ(back.text, text) << printed;
+  }
+  EXPECT_EQ(Print(Value::String("\xA5\t")), "\"\\245\\t\"");
+}
+
+// A lone dot was read as a symbol, which printed as "." and read back as
+// the dot of a dotted list: '. came back as (QUOTE).
+TEST(LispReadTest, LoneDotIsMisplaced) {
+  for (const char* text : {"'.", "(. a)", ".", "(list 'a '.)"})
+    EXPECT_EQ(ReadPrint(text), "error: misplaced dot on input") << text;
+  EXPECT_EQ(ReadPrint("(a . b)"), "(A . B)");
+  EXPECT_EQ(ReadPrint("'.."), "(QUOTE ..)");
+}
+
 TEST(LispEvalTest, SetqFunctionsAndErrors) {
   Interpreter in;
   auto eval = [&](std::string_view text) {

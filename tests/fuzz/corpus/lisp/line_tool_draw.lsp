@@ -1,0 +1,4 @@
+(setq VORMIS "C:/VOR")
+(VOR_LT_LO)
+(VOR_ELINE)
+(VOR_ELINE)

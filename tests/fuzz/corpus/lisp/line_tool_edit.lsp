@@ -1,0 +1,6 @@
+(setq VORMIS "C:/VOR")
+(VOR_ELINE)
+(VOR_ELINE)
+(VOR_ELINE)
+("E1" "ELINE1" "E-LIGHT" "2" "2.0x2" "((S2.0 2))" "A,10,-2")
+("X1" "XLINE1" "E-AC" "4" "手改" "" "A,5,-5")

@@ -1,0 +1,5 @@
+(setq VORMIS "C:/VOR")
+(VOR_SLINE)
+(VOR_SLINE)
+(VOR_PLINE)
+(VOR_PLINE)

@@ -1,0 +1,5 @@
+(setq VORMIS "C:/VOR")
+(VOR_ELINE)
+(VOR_SLINE "T#")
+(VOR_SLINE)
+(VOR_PLINE)

@@ -1,0 +1,2 @@
+(setq VORMIS "C:/VOR")
+(VOR_LT_LO)

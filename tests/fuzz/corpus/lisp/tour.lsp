@@ -1,0 +1,7 @@
+(setq VORMIS "C:/VOR")
+(VOR_ELINE)
+(VOR_SLINE)
+(VOR_PLINE)
+(VOR_LT_LO)
+(VOR_ACF)
+(getvar "CMDECHO")

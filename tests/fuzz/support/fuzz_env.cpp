@@ -1,0 +1,127 @@
+// fuzz_env.cpp - the scratch drive and the per-input host.
+#include "support/fuzz_env.h"
+
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "emulator/core/alloc.h"
+#include "emulator/platform/filesystem.h"
+#include "host/ads.h"
+#include "linetool/catalogue.h"
+
+namespace vorfuzz {
+namespace {
+
+std::string MakeRoot() {
+  std::string base = "/dev/shm";
+  std::error_code ec;
+  if (!std::filesystem::is_directory(base, ec) || access(base.c_str(), W_OK) != 0) {
+    const char* tmp = getenv("TMPDIR");
+    base = tmp && *tmp ? tmp : "/tmp";
+  }
+  std::string dir = base + "/vor_fuzz_XXXXXX";
+  if (!mkdtemp(dir.data())) {
+    std::perror("vor fuzz: cannot make a scratch folder");
+    std::abort();
+  }
+  return dir;
+}
+
+void RemoveRoot() {
+  std::error_code ec;
+  std::filesystem::remove_all(ScratchDrive::Get().root(), ec);
+}
+
+}  // namespace
+
+ScratchDrive::ScratchDrive() : root_(MakeRoot()) {
+  // The module's linetype files go to the folders of ACAD; without it they
+  // go to the current directory, on this drive.
+  unsetenv("ACAD");
+  std::atexit(RemoveRoot);
+}
+
+ScratchDrive& ScratchDrive::Get() {
+  static ScratchDrive* drive = [] {
+    auto* d = new ScratchDrive();
+    d->Reset();
+    return d;
+  }();
+  return *drive;
+}
+
+void ScratchDrive::Reset() {
+  std::error_code ec;
+  for (const auto& entry : std::filesystem::directory_iterator(root_, ec))
+    std::filesystem::remove_all(entry.path(), ec);
+  vorhost::Files().Reset();
+  std::string err;
+  if (!vorhost::Files().Mount('C', root_, &err)) Broken("cannot mount C: " + err);
+  vorhost::Files().SetCurrentDrive(3);
+}
+
+void ScratchDrive::Write(const std::string& path, std::string_view bytes) {
+  std::filesystem::path full = std::filesystem::path(root_) / path;
+  std::error_code ec;
+  std::filesystem::create_directories(full.parent_path(), ec);
+  std::ofstream out(full, std::ios::binary | std::ios::trunc);
+  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  if (!out.flush()) Broken("cannot write " + full.string());
+}
+
+std::string ScratchDrive::Read(const std::string& path) const {
+  std::ifstream in(std::filesystem::path(root_) / path, std::ios::binary);
+  std::stringstream s;
+  s << in.rdbuf();
+  return s.str();
+}
+
+Session::Session() {
+  ScratchDrive::Get();
+  host_.LoadModule(acrxEntryPoint);
+}
+
+Session& Session::Get() {
+  static Session* session = new Session();
+  return *session;
+}
+
+void Session::Begin() {
+  ScratchDrive::Get().Reset();
+  vorhost::ClearAllocationFailures();
+  catalogue_reset();
+  host_.set_user(nullptr);
+  user_.reset();
+  host_.NewDrawing();
+  host_.transcript().Clear();
+  host_.lisp().SetSymbol("VORMIS", vorhost::lisp::Value::String("C:/VOR"));
+}
+
+void Session::Answer(std::vector<std::string> lines) {
+  user_ = std::make_unique<vorhost::ScriptUser>(host_, "input", std::move(lines));
+  host_.set_user(user_.get());
+}
+
+bool Skipping(std::string_view fault) {
+  const char* list = getenv("VOR_FUZZ_SKIP");
+  std::string_view rest = list ? list : "";
+  while (!rest.empty()) {
+    size_t comma = rest.find(',');
+    if (rest.substr(0, comma) == fault) return true;
+    rest = comma == std::string_view::npos ? std::string_view() : rest.substr(comma + 1);
+  }
+  return false;
+}
+
+void Broken(const std::string& message) {
+  std::fprintf(stderr, "vor fuzz: %s\n", message.c_str());
+  std::fflush(stderr);
+  std::abort();
+}
+
+}  // namespace vorfuzz
