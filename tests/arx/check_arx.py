@@ -8,8 +8,9 @@ of the host's exports against host/ads.h.
   check_arx.py dll OBJDUMP HOST ADS_H DLL
       DLL is a 32-bit Windows DLL that exports exactly acrxEntryPoint and
       acrxGetApiVersion, imports by name from HOST only operations that
-      ADS_H declares, and imports from nothing but HOST, the C runtime
-      (msvcrt.dll) and kernel32.
+      ADS_H declares, imports from nothing but HOST, the C runtime
+      (msvcrt.dll) and kernel32, and whose acrxGetApiVersion gives the
+      interface version 0xE0000.
 
 Each problem is printed on a line of its own; the exit status is 1 when
 there is one.
@@ -19,6 +20,7 @@ import subprocess
 import sys
 
 MODULE_EXPORTS = {"acrxEntryPoint", "acrxGetApiVersion"}
+API_VERSION = 0xE0000
 SYSTEM_DLLS = {"msvcrt.dll", "kernel32.dll"}
 
 
@@ -72,14 +74,18 @@ class PeFile:
     def __init__(self, dump):
         self.format = ""
         self.is_dll = False
-        self.export_count = 0
+        self.image_base = 0
+        self.export_rvas = []  # by index in the export address table
         self.exports = []
+        self.export_index = {}  # name -> index in the export address table
         self.imports = {}  # DLL name -> names imported (None for an ordinal)
         section, dll = None, None
         for line in dump.splitlines():
             stripped = line.strip()
             if "file format" in line:
                 self.format = line.split("file format", 1)[1].strip()
+            elif line.startswith("ImageBase"):
+                self.image_base = int(line.split()[1], 16)
             elif line.startswith("Characteristics"):
                 section = "characteristics"
             elif stripped.startswith("Export Address Table --"):
@@ -96,15 +102,24 @@ class PeFile:
             elif section == "characteristics":
                 self.is_dll = self.is_dll or stripped == "DLL"
             elif section == "export addresses" and re.match(r"\[\s*\d+\]", stripped):
-                self.export_count += 1
+                self.export_rvas.append(int(stripped.split("]")[-1].split()[0], 16))
             elif section == "export names":
-                match = re.match(r"\[\s*\d+\]\s+(\S+)$", stripped)
+                match = re.match(r"\[\s*(\d+)\]\s+(\S+)$", stripped)
                 if match:
-                    self.exports.append(match.group(1))
+                    self.exports.append(match.group(2))
+                    self.export_index[match.group(2)] = int(match.group(1))
             elif section == "imports" and not stripped.startswith("vma:"):
                 fields = stripped.split()
                 name = fields[-1] if len(fields) >= 3 else None
                 self.imports[dll].append(None if name == "<none>" else name)
+
+    def export_address(self, name):
+        """The address of an exported function once loaded at its image base,
+        or None when the name has no entry in the export address table."""
+        index = self.export_index.get(name)
+        if index is None or index >= len(self.export_rvas):
+            return None
+        return self.image_base + self.export_rvas[index]
 
 
 def dll_problems(pe, host, header):
@@ -113,9 +128,9 @@ def dll_problems(pe, host, header):
         problems.append("not a 32-bit Windows file: %r" % pe.format)
     if not pe.is_dll:
         problems.append("not a DLL")
-    if sorted(pe.exports) != sorted(MODULE_EXPORTS) or pe.export_count != len(MODULE_EXPORTS):
+    if sorted(pe.exports) != sorted(MODULE_EXPORTS) or len(pe.export_rvas) != len(MODULE_EXPORTS):
         problems.append("exports %d entries, named %s; wanted exactly %s" % (
-            pe.export_count, ", ".join(sorted(pe.exports)) or "none",
+            len(pe.export_rvas), ", ".join(sorted(pe.exports)) or "none",
             ", ".join(sorted(MODULE_EXPORTS))))
     host_operations = declared_functions(header) - MODULE_EXPORTS
     if not any(dll.lower() == host.lower() for dll in pe.imports):
@@ -130,6 +145,26 @@ def dll_problems(pe, host, header):
         elif dll.lower() not in SYSTEM_DLLS:
             problems.append("imports from %s: %s" % (dll, ", ".join(n or "<ordinal>" for n in names)))
     return problems
+
+
+def gives_constant(disassembly, value):
+    """Whether the code up to the first return loads value as the result."""
+    for line in disassembly.splitlines():
+        fields = line.split("\t")
+        instruction = " ".join(fields[-1].split()) if len(fields) >= 3 else ""
+        if instruction == "mov $%#x,%%eax" % value:
+            return True
+        if instruction.startswith("ret"):
+            return False
+    return False
+
+
+def version_problems(pe, disassemble):
+    """disassemble(start, stop) gives objdump -d's text of that range."""
+    start = pe.export_address("acrxGetApiVersion")
+    if start is None or gives_constant(disassemble(start, start + 32), API_VERSION):
+        return []
+    return ["acrxGetApiVersion does not give %#x" % API_VERSION]
 
 
 def report(problems):
@@ -148,9 +183,16 @@ def main(argv):
         return report(definition_problems(read(argv[2]), read(argv[3])))
     if len(argv) == 6 and argv[1] == "dll":
         objdump, host, header, dll = argv[2:]
-        dump = subprocess.run([objdump, "-p", dll], check=True, capture_output=True,
-                              text=True).stdout
-        return report(dll_problems(PeFile(dump), host, read(header)))
+
+        def run(*options):
+            return subprocess.run([objdump, *options, dll], check=True, capture_output=True,
+                                  text=True).stdout
+
+        def disassemble(start, stop):
+            return run("-d", "--start-address=%#x" % start, "--stop-address=%#x" % stop)
+
+        pe = PeFile(run("-p"))
+        return report(dll_problems(pe, host, read(header)) + version_problems(pe, disassemble))
     print(__doc__, file=sys.stderr)
     return 2
 

@@ -42,7 +42,7 @@ def objdump(exports=("acrxEntryPoint", "acrxGetApiVersion"), addresses=None, imp
                    "ACAD.EXE": ["ads_printf", "ads_newrb"]}
     lines = ["", "vormis.arx:     file format %s" % fmt, "", "Characteristics 0x230e",
              "\texecutable", "\t32 bit words"] + (["\tDLL"] if dll else []) + [
-             "", "Magic\t\t\t010b\t(PE32)", "", "There is an import table in .idata at 0x626f4000",
+             "", "Magic\t\t\t010b\t(PE32)", "ImageBase\t\t62640000", "", "There is an import table in .idata at 0x626f4000",
              "", "The Import Tables (interpreted .idata section contents)",
              " vma:            Hint    Time      Forward  DLL       First",
              "                 Table   Stamp     Chain    Name      Thunk"]
@@ -63,6 +63,29 @@ def objdump(exports=("acrxEntryPoint", "acrxGetApiVersion"), addresses=None, imp
     lines += ["\t[%4d] %s" % (i, name) for i, name in enumerate(exports)]
     lines += ["", "", "PE File Base Relocations (interpreted .reloc section contents)", ""]
     return "\n".join(lines)
+
+
+# objdump -d of acrxGetApiVersion: optimised, and built without optimising.
+RETURNS_VERSION = """
+Disassembly of section .text:
+
+626418f0 <.text+0x8f0>:
+626418f0:\tb8 00 00 0e 00       \tmov    $0xe0000,%eax
+626418f5:\tc3                   \tret
+626418f6:\t90                   \tnop
+"""
+RETURNS_VERSION_UNOPTIMISED = """
+62641a20:\t55                   \tpush   %ebp
+62641a21:\t89 e5                \tmov    %esp,%ebp
+62641a23:\tb8 00 00 0e 00       \tmov    $0xe0000,%eax
+62641a28:\t5d                   \tpop    %ebp
+62641a29:\tc3                   \tret
+"""
+RETURNS_OTHER = """
+626418f0:\t31 c0                \txor    %eax,%eax
+626418f2:\tc3                   \tret
+626418f3:\tb8 00 00 0e 00       \tmov    $0xe0000,%eax
+"""
 
 
 def problems(**kwargs):
@@ -132,6 +155,21 @@ class DllTest(unittest.TestCase):
         for what, kwargs, expected in cases:
             with self.subTest(what):
                 self.assertIn(expected, problems(**kwargs))
+
+
+class VersionTest(unittest.TestCase):
+    def test_the_code_of_acrx_get_api_version(self):
+        pe = check_arx.PeFile(objdump())
+        self.assertEqual(pe.export_address("acrxGetApiVersion"), 0x62640000 + 0x7240)
+        for code, expected in [(RETURNS_VERSION, []), (RETURNS_VERSION_UNOPTIMISED, []),
+                               (RETURNS_OTHER, ["acrxGetApiVersion does not give 0xe0000"])]:
+            seen = []
+
+            def disassemble(start, stop, code=code, seen=seen):
+                seen.append((start, stop))
+                return code
+            self.assertEqual(check_arx.version_problems(pe, disassemble), expected)
+            self.assertEqual(seen, [(0x62647240, 0x62647260)])
 
 
 if __name__ == "__main__":
