@@ -10,7 +10,9 @@
 #include "../linetool/catalogue.h"
 #include "../util/textutil.h"
 
-static const ads_real HalfPi = M_PI / 2, Pi = M_PI, ThreeHalfPi = 3 * M_PI / 2, TwoPi = 2 * M_PI;
+/* M_PI is not standard C++; the C runtime of the module's DLL hides it. */
+static const ads_real Pi = 3.14159265358979323846;
+static const ads_real HalfPi = Pi / 2, ThreeHalfPi = 3 * Pi / 2, TwoPi = 2 * Pi;
 
 static ads_real degrees(ads_real radians)
 {
