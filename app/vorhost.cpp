@@ -16,6 +16,7 @@
 #include "emulator/io/host_text.h"
 #include "emulator/io/svg.h"
 #include "emulator/platform/filesystem.h"
+#include "emulator/platform/search_path.h"
 #include "emulator/ui/script.h"
 #include "host/ads.h"
 
@@ -160,8 +161,8 @@ bool FindOwnFiles(std::string* err) {
     const char* variable;
   };
   const OwnFile files[] = {
-      {vorhost::Host::ModuleDirectory(), "VORMIS.DCL", "VORMIS_FILES"},
-      {vorhost::Host::ResourceDirectory(), "BASE.DCL", "VORHOST_RESOURCES"},
+      {vorhost::ModuleDirectory(), "VORMIS.DCL", "VORMIS_FILES"},
+      {vorhost::ResourceDirectory(), "BASE.DCL", "VORHOST_RESOURCES"},
   };
   for (const OwnFile& f : files) {
     std::error_code ec;

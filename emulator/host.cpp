@@ -9,10 +9,10 @@
 #include "emulator/core/encoding.h"
 #include "emulator/core/hostfuncs.h"
 #include "emulator/core/numbers.h"
+#include "emulator/core/text.h"
 #include "emulator/core/resbuf.h"
 #include "emulator/io/dxf.h"
 #include "emulator/platform/filesystem.h"
-#include "emulator/platform/install_dirs.h"
 #include "emulator/platform/textfile.h"
 #include "emulator/platform/warnings.h"
 
@@ -27,26 +27,8 @@ void ReportSaveFailure(std::string_view message) {
   if (current_host) current_host->transcript().WriteLine(message);
 }
 
-std::string_view Trim(std::string_view s) {
-  while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
-  while (!s.empty() && (s.back() == ' ' || s.back() == '\t' || s.back() == '\r')) s.remove_suffix(1);
-  return s;
-}
-
-// A file named name (Big5) in the Linux folder dir, letters in any case.
-std::optional<std::string> FindInFolder(const std::string& dir, std::string_view name) {
-  std::string utf8_name = Big5ToUtf8(name);
-  std::error_code ec;
-  std::filesystem::path exact = std::filesystem::path(dir) / utf8_name;
-  if (std::filesystem::is_regular_file(exact, ec)) return exact.string();
-  std::string upper = lisp::UpperName(utf8_name);
-  for (std::filesystem::directory_iterator it(dir, ec), end; !ec && it != end; it.increment(ec)) {
-    std::error_code unreadable;
-    if (lisp::UpperName(it->path().filename().string()) == upper && it->is_regular_file(unreadable))
-      return it->path().string();
-  }
-  return std::nullopt;
-}
+// A line typed at the command prompt without its blanks and line end.
+std::string_view TrimLine(std::string_view s) { return Trim(s, " \t\r"); }
 
 // A list of two or three numbers: a point as the command language gives one.
 bool IsPointValue(const lisp::Value& v) {
@@ -76,7 +58,7 @@ Host::Host(std::ostream* out)
 
 void Host::InstallTextCheck() {
   sysvars_.SetTextCheck([this](std::string_view name, std::string* value) {
-    *value = lisp::UpperName(*value);
+    *value = UpperName(*value);
     if (name == "CECOLOR") {  // kept as NewEntity reads it: BYLAYER, BYBLOCK or 1 to 255
       std::optional<short> color = ColorAnswer(Answer::Text(*value), true);
       if (!color) return false;
@@ -243,7 +225,7 @@ void Host::UnlockApplication(void* app_id) {
 
 int Host::Defun(std::string_view name, short code) {
   if (!drawing_open_ || name.empty()) return RTERROR;
-  std::string upper = lisp::UpperName(name);
+  std::string upper = UpperName(name);
   std::erase_if(registered_, [&](const auto& r) { return r.first == upper; });
   registered_.emplace_back(upper, code);
   RegisterInLisp(upper, code);
@@ -256,7 +238,7 @@ void Host::RegisterInLisp(const std::string& name, short code) {
 }
 
 int Host::Undef(std::string_view name, short code) {
-  std::string upper = lisp::UpperName(name);
+  std::string upper = UpperName(name);
   auto it = std::find_if(registered_.begin(), registered_.end(),
                          [&](const auto& r) { return r.first == upper && r.second == code; });
   if (it == registered_.end()) return RTERROR;
@@ -266,7 +248,7 @@ int Host::Undef(std::string_view name, short code) {
 }
 
 std::optional<short> Host::RegisteredCode(std::string_view name) const {
-  std::string upper = lisp::UpperName(name);
+  std::string upper = UpperName(name);
   for (const auto& [n, code] : registered_)
     if (n == upper) return code;
   return std::nullopt;
@@ -335,7 +317,7 @@ void Host::Run() {
 }
 
 void Host::Execute(std::string_view line) {
-  line = Trim(line);
+  line = TrimLine(line);
   if (line.empty()) return;
   if (line.front() == '(' || line.front() == '\'') return EvaluateLine(line);
   if (line.front() == '!') return EvaluateLine(line.substr(1));
@@ -344,7 +326,7 @@ void Host::Execute(std::string_view line) {
 
 void Host::EvaluateLine(std::string_view line) {
   size_t pos = 0;
-  while (pos < line.size() && !Trim(line.substr(pos)).empty()) {
+  while (pos < line.size() && !TrimLine(line.substr(pos)).empty()) {
     lisp::Value expr, value;
     std::string err;
     if (!lisp::Read(line, &pos, &expr, &err)) {
@@ -368,7 +350,7 @@ void Host::EvaluateLine(std::string_view line) {
 // ---- Commands ----------------------------------------------------------------------
 
 bool Host::StartCommand(std::string_view typed, bool echo) {
-  std::string name = lisp::UpperName(Trim(typed));
+  std::string name = UpperName(TrimLine(typed));
   while (!name.empty() && (name[0] == '-' || name[0] == '_' || name[0] == '.')) name.erase(0, 1);
   if (name == "NEW") {  // replaces the drawing and the command language with it
     NewDrawing();
@@ -518,49 +500,6 @@ bool Host::FreeSelectionSet(const long name[2]) {
 void Host::Alert(std::string_view message) {
   transcript_.WriteLine("[Alert] " + std::string(message));
   if (user_) user_->Acknowledge(message);
-}
-
-// ---- Files ------------------------------------------------------------------------
-
-std::string Host::ResourceDirectory() {
-  if (const char* dir = std::getenv("VORHOST_RESOURCES"); dir && *dir) return dir;
-  return DataDirectory() + "/resources";
-}
-
-std::string Host::ModuleDirectory() {
-  if (const char* dir = std::getenv("VORMIS_FILES"); dir && *dir) return dir;
-  return DataDirectory() + "/dcl";
-}
-
-std::vector<std::string> Host::SearchPath() const {
-  std::vector<std::string> dirs;
-  std::string linux_path;
-  if (Files().Resolve(Files().CurrentDirectory(0), &linux_path)) dirs.push_back(linux_path);
-  if (const char* acad = std::getenv("ACAD")) {
-    std::string_view rest = acad;
-    while (!rest.empty()) {
-      size_t semi = rest.find(';');
-      std::string_view dir = Trim(rest.substr(0, semi));
-      rest = semi == std::string_view::npos ? std::string_view() : rest.substr(semi + 1);
-      if (!dir.empty() && Files().Resolve(dir, &linux_path)) dirs.push_back(linux_path);
-    }
-  }
-  dirs.push_back(ModuleDirectory());
-  dirs.push_back(ResourceDirectory());
-  return dirs;
-}
-
-std::optional<std::string> Host::FindFile(std::string_view name) const {
-  if (name.find_first_of("\\/:") != std::string_view::npos) {
-    std::string linux_path;
-    std::error_code ec;
-    if (Files().Resolve(name, &linux_path) && std::filesystem::is_regular_file(linux_path, ec))
-      return linux_path;
-    return std::nullopt;
-  }
-  for (const std::string& dir : SearchPath())
-    if (auto found = FindInFolder(dir, name)) return found;
-  return std::nullopt;
 }
 
 }  // namespace vorhost

@@ -149,22 +149,6 @@ class Host {
   // An alert box with message (Big5).
   void Alert(std::string_view message);
 
-  // ---- Files -------------------------------------------------------------
-  // The host's search path as Linux folders: the current directory, the
-  // DOS folders of the ACAD environment variable, the folder the module was
-  // installed with (its dialog files), then the host's own resources.
-  std::vector<std::string> SearchPath() const;
-  // The Linux path of name (DOS, Big5) found on the search path, or of
-  // name itself when it has a directory part and exists.
-  std::optional<std::string> FindFile(std::string_view name) const;
-
-  // The host's own resources (BASE.DCL, ACAD.LIN, the symbol blocks) and
-  // the folder the module was installed with (its dialog and help files):
-  // $VORHOST_RESOURCES and $VORMIS_FILES when set, else resources/ and dcl/
-  // in the program's data folder (DataDirectory).
-  static std::string ResourceDirectory();
-  static std::string ModuleDirectory();
-
  private:
   void DefineBuiltins();
   // Closes the drawing (message 4), puts in the new one, starts the command

@@ -76,9 +76,6 @@ std::optional<short> ColorAnswer(const Answer& a, bool allow_logical);
 // letters, digits, "$", "-", "_" or Big5 bytes.
 bool ValidSymbolName(std::string_view name);
 
-// ASCII upper case, byte by byte, stepping over Big5 characters.
-std::string UpperAscii(std::string_view s);
-
 }  // namespace vorhost
 
 #endif

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "emulator/commands/registry.h"
+#include "emulator/core/text.h"
 #include "emulator/host.h"
 #include "emulator/io/dxf.h"
 #include "emulator/platform/filesystem.h"
@@ -33,7 +34,7 @@ class SaveAsCommand : public Command {
     std::error_code ec;
     if (std::filesystem::is_directory(linux_path, ec))
       return Reject("Invalid file name " + dos + ": it is a directory.");
-    std::string upper = UpperAscii(dos);
+    std::string upper = UpperName(dos);
     if (upper.size() < 4 || upper.compare(upper.size() - 4, 4, ".DXF") != 0) dos += ".DXF";
     std::string full = Files().DosPath(dos);
     if (!Files().Resolve(dos, &linux_path)) return Reject("Invalid file name " + dos + ".");

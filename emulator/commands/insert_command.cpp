@@ -3,8 +3,10 @@
 #include <cmath>
 
 #include "emulator/commands/registry.h"
+#include "emulator/core/text.h"
 #include "emulator/drawing/blocks.h"
 #include "emulator/host.h"
+#include "emulator/platform/search_path.h"
 #include "emulator/io/dxf.h"
 #include "emulator/platform/filesystem.h"
 
@@ -116,7 +118,7 @@ class InsertCommand : public Command {
   }
 
   Step Name(const Answer& a) {
-    std::string typed = a.IsEnter() ? LastName() : UpperAscii(a.Echo());
+    std::string typed = a.IsEnter() ? LastName() : UpperName(a.Echo());
     if (typed == "?") {
       for (const BlockRecord& b : host_.tables().blocks().records()) host_.CommandMessage(b.name);
       return Step::kAsk;
@@ -130,8 +132,8 @@ class InsertCommand : public Command {
       name_ = host_.tables().blocks().Find(name)->name;
     } else {
       std::string wanted = file.empty() ? name : file;
-      if (wanted.size() < 4 || UpperAscii(wanted.substr(wanted.size() - 4)) != ".DXF") wanted += ".DXF";
-      std::optional<std::string> path = host_.FindFile(wanted);
+      if (wanted.size() < 4 || UpperName(wanted.substr(wanted.size() - 4)) != ".DXF") wanted += ".DXF";
+      std::optional<std::string> path = FindFile(wanted);
       if (!path) return Reject("Block " + name + " not found, and no drawing file " + wanted + " on the search path.");
       std::string why;
       if (!DefineFromFile(host_, name, *path, &why)) return Reject(why);

@@ -2,14 +2,15 @@
 // variables typed as commands.
 #include <cmath>
 #include <deque>
-#include <fstream>
 #include <sstream>
 
 #include "emulator/commands/registry.h"
 #include "emulator/commands/selection.h"
+#include "emulator/core/text.h"
 #include "emulator/core/wcmatch.h"
 #include "emulator/drawing/linfile.h"
 #include "emulator/host.h"
+#include "emulator/platform/search_path.h"
 
 namespace vorhost {
 namespace {
@@ -25,7 +26,7 @@ std::vector<std::string> NameList(const std::string& text) {
   std::stringstream in(text);
   for (std::string item; std::getline(in, item, ',');) {
     size_t b = item.find_first_not_of(' '), e = item.find_last_not_of(' ');
-    if (b != std::string::npos) names.push_back(UpperAscii(item.substr(b, e - b + 1)));
+    if (b != std::string::npos) names.push_back(UpperName(item.substr(b, e - b + 1)));
   }
   return names;
 }
@@ -38,19 +39,18 @@ std::string ColorName(short c) {
 // on the search path into the drawing. Already loaded ones are reloaded
 // when reload says so. Messages go through the host; false with *why when
 // the file cannot be had.
-bool ReadLinetypeFile(Host& host, const std::string& file, std::vector<LinetypeRecord>* records,
+bool ReadLinetypeFile(const std::string& file, std::vector<LinetypeRecord>* records,
                       std::string* why) {
   std::string name = file.empty() ? "ACAD.LIN" : file;
-  std::optional<std::string> path = host.FindFile(name);
-  if (!path && name.find('.') == std::string::npos) path = host.FindFile(name + ".LIN");
+  std::optional<std::string> path = FindFile(name);
+  if (!path && name.find('.') == std::string::npos) path = FindFile(name + ".LIN");
   if (!path) {
     *why = "Can't find file " + name + ".";
     return false;
   }
-  std::ifstream in(*path, std::ios::binary);
-  std::stringstream contents;
-  contents << in.rdbuf();
-  return ParseLinetypes(contents.str(), name, records, why);
+  std::string contents;
+  ReadWholeFile(*path, &contents);  // one that cannot be read holds no linetype
+  return ParseLinetypes(contents, name, records, why);
 }
 
 // Makes a linetype known to the drawing, looking in ACAD.LIN for one that
@@ -59,9 +59,9 @@ bool EnsureLinetype(Host& host, const std::string& name) {
   if (host.tables().linetypes().Find(name)) return true;
   std::vector<LinetypeRecord> records;
   std::string why;
-  if (!ReadLinetypeFile(host, "ACAD.LIN", &records, &why)) return false;
+  if (!ReadLinetypeFile("ACAD.LIN", &records, &why)) return false;
   for (LinetypeRecord& r : records)
-    if (SymbolTable<LinetypeRecord>::SameName(r.name, name)) {
+    if (SameName(r.name, name)) {
       host.tables().linetypes().Put(std::move(r));
       return true;
     }
@@ -99,7 +99,7 @@ class LayerCommand : public Command {
         return AskNames("for color " + ColorName(*c));
       }
       case State::kLinetype: {
-        std::string name = UpperAscii(a.text);
+        std::string name = UpperName(a.text);
         if (a.IsEnter()) name = "CONTINUOUS";
         if (!EnsureLinetype(host_, name)) return Reject("Linetype " + name + " not found.");
         linetype_ = host_.tables().linetypes().Find(name)->name;
@@ -155,7 +155,7 @@ class LayerCommand : public Command {
 
   Step Current(const Answer& a) {
     if (!a.IsEnter()) {
-      std::string name = UpperAscii(a.text);
+      std::string name = UpperName(a.text);
       if (!ValidSymbolName(name)) return Reject("Invalid layer name.");
       if (!host_.tables().layers().Find(name)) {
         if (action_ == "SET") return Reject("Cannot find layer " + name + ".");
@@ -198,7 +198,7 @@ class LayerCommand : public Command {
   }
 
   Step List(const Answer& a) {
-    std::string pattern = a.IsEnter() ? "*" : UpperAscii(a.text);
+    std::string pattern = a.IsEnter() ? "*" : UpperName(a.text);
     host_.CommandMessage("Layer name          State      Color   Linetype");
     for (const LayerRecord& r : host_.tables().layers().records())
       if (WcMatch(r.name, pattern)) {
@@ -276,12 +276,12 @@ class LinetypeCommand : public Command {
   Step Load(const Answer& a) {
     std::vector<LinetypeRecord> records;
     std::string why;
-    if (!ReadLinetypeFile(host_, a.Echo(), &records, &why)) return Reject(why);
+    if (!ReadLinetypeFile(a.Echo(), &records, &why)) return Reject(why);
     bool all = wanted_.size() == 1 && wanted_[0] == "*";
     for (const std::string& name : wanted_) {
       if (all) break;
       bool found = false;
-      for (const LinetypeRecord& r : records) found = found || SymbolTable<LinetypeRecord>::SameName(r.name, name);
+      for (const LinetypeRecord& r : records) found = found || SameName(r.name, name);
       if (!found) host_.CommandMessage("Linetype " + name + " not found in " + a.Echo() + ".");
     }
     for (LinetypeRecord& r : records) {
@@ -320,7 +320,7 @@ class LinetypeCommand : public Command {
 
   Step Set(const Answer& a) {
     if (!a.IsEnter()) {
-      std::string name = UpperAscii(a.text);
+      std::string name = UpperName(a.text);
       if (name != "BYLAYER" && name != "BYBLOCK" && !EnsureLinetype(host_, name))
         return Reject("Linetype " + name + " not found.  Use the Load option to load it.");
       host_.sysvars().Force("CELTYPE", name == "BYLAYER" || name == "BYBLOCK"
@@ -452,14 +452,14 @@ class ChpropCommand : public Command {
         break;
       }
       case State::kLayer: {
-        std::string name = UpperAscii(a.Echo());
+        std::string name = UpperName(a.Echo());
         const LayerRecord* layer = host_.tables().layers().Find(name);
         if (!layer) return Reject("Cannot find layer " + name + ".");
         ForEach([&](Entity& e) { e.layer = layer->name; });
         break;
       }
       case State::kLinetype: {
-        std::string name = UpperAscii(a.Echo());
+        std::string name = UpperName(a.Echo());
         if (name != "BYLAYER" && name != "BYBLOCK" && !EnsureLinetype(host_, name))
           return Reject("Linetype " + name + " not found.  Use the LINETYPE command to load it.");
         std::string stored = name == "BYLAYER" ? "" : name == "BYBLOCK" ? name : host_.tables().linetypes().Find(name)->name;
@@ -502,7 +502,7 @@ bool ParseSysValue(const Answer& a, const SysValue& like, SysValue* out) {
     if (!p) return false;
     *out = *p;
   } else {
-    *out = UpperAscii(a.Echo());
+    *out = UpperName(a.Echo());
   }
   return true;
 }

@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "emulator/commands/registry.h"
+#include "emulator/core/text.h"
 #include "emulator/drawing/textmetric.h"
 #include "emulator/host.h"
 
@@ -124,7 +125,7 @@ class TextCommand : public Command {
       state_ = State::kMain;
       return Step::kAsk;
     }
-    std::string name = UpperAscii(a.text);
+    std::string name = UpperName(a.text);
     if (!host_.tables().styles().Find(name)) return Reject("Cannot find text style " + a.text + ".");
     host_.sysvars().Force("TEXTSTYLE", name);
     state_ = State::kMain;
@@ -248,7 +249,7 @@ class TextCommand : public Command {
 // Fonts that can be written vertically: the host's own (SHX) fonts, not
 // TrueType ones.
 bool FontCanBeVertical(const std::string& font) {
-  std::string upper = UpperAscii(font);
+  std::string upper = UpperName(font);
   return !(upper.size() > 4 && upper.compare(upper.size() - 4, 4, ".TTF") == 0);
 }
 
@@ -311,7 +312,7 @@ class StyleCommand : public Command {
   enum class State { kName, kFont, kHeight, kWidth, kOblique, kBackwards, kUpsideDown, kVertical };
 
   Step Name(const Answer& a) {
-    std::string name = a.IsEnter() ? CurrentStyleName(host_) : UpperAscii(a.text);
+    std::string name = a.IsEnter() ? CurrentStyleName(host_) : UpperName(a.text);
     if (!ValidSymbolName(name)) return Reject("Invalid text style name.");
     if (const StyleRecord* old = host_.tables().styles().Find(name)) {
       style_ = *old;

@@ -3,11 +3,12 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 
 #include "emulator/commands/answer.h"
+#include "emulator/core/text.h"
 #include "emulator/host.h"
+#include "emulator/platform/search_path.h"
 #include "emulator/platform/filesystem.h"
 #include "emulator/platform/replace_file.h"
 
@@ -16,15 +17,6 @@ namespace {
 
 using lisp::Value;
 using Args = std::vector<Value>;
-
-bool ReadWholeFile(const std::string& linux_path, std::string* contents) {
-  std::ifstream in(linux_path, std::ios::binary);
-  if (!in.is_open()) return false;
-  std::ostringstream bytes;
-  bytes << in.rdbuf();
-  *contents = std::move(bytes).str();
-  return !in.bad();
-}
 
 bool TextArgs(const Args& args, size_t count, std::string* err) {
   if (args.size() != count) {
@@ -94,16 +86,14 @@ bool W2(Host& host, const Args& args, Value* result, std::string* err) {
 // (ADS_HELP file topic): shows the topic in the transcript.
 bool AdsHelp(Host& host, const Args& args, Value* result, std::string* err) {
   if (!TextArgs(args, 2, err)) return false;
-  auto path = host.FindFile(args[0].text);
+  auto path = FindFile(args[0].text);
   if (!path) {
     host.transcript().WriteLine("Help file " + args[0].text + " not found.");
     return true;
   }
-  std::ifstream in(*path, std::ios::binary);
-  std::stringstream contents;
-  contents << in.rdbuf();
-  std::string text;
-  if (!HelpTopic(contents.str(), args[1].text, &text)) {
+  std::string contents, text;
+  ReadWholeFile(*path, &contents);  // one that cannot be read has no topic
+  if (!HelpTopic(contents, args[1].text, &text)) {
     host.transcript().WriteLine("No help topic " + args[1].text + " in " + args[0].text + ".");
     return true;
   }
@@ -142,7 +132,7 @@ bool ColorDialog(Host& host, const Args& args, Value* result, std::string* err) 
 }  // namespace
 
 bool HelpTopic(std::string_view contents, std::string_view topic, std::string* text) {
-  std::string wanted = "[" + lisp::UpperName(topic) + "]";
+  std::string wanted = "[" + UpperName(topic) + "]";
   bool inside = false, found = false;
   text->clear();
   std::istringstream in{std::string(contents)};
@@ -150,7 +140,7 @@ bool HelpTopic(std::string_view contents, std::string_view topic, std::string* t
   while (std::getline(in, line)) {
     if (!line.empty() && line.back() == '\r') line.pop_back();
     if (line.size() > 2 && line.front() == '[' && line.back() == ']') {
-      inside = lisp::UpperName(line) == wanted;
+      inside = UpperName(line) == wanted;
       found = found || inside;
       continue;
     }

@@ -5,16 +5,10 @@
 #include <cstdio>
 
 #include "emulator/core/numbers.h"
+#include "emulator/core/text.h"
 
 namespace vorhost {
 namespace {
-
-std::string Upper(std::string_view s) {
-  std::string out(s);
-  for (char& c : out)
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  return out;
-}
 
 struct Default {
   const char* name;
@@ -92,14 +86,8 @@ bool IsCheckedText(std::string_view name) {
   return name == "TEXTSTYLE" || name == "CLAYER" || name == "CELTYPE" || name == "CECOLOR";
 }
 
-// Four decimals, as the host shows reals; the exponent form for the large
-// ones, which would otherwise run to a hundred digits.
-std::string Real4(double v) {
-  if (!(std::fabs(v) < 1e15)) return DecimalText(v, 4);
-  char buf[32];
-  std::snprintf(buf, sizeof buf, "%.4f", v);
-  return buf;
-}
+// Four decimals, as the host shows reals.
+std::string Real4(double v) { return FixedText(v, 4); }
 
 }  // namespace
 
@@ -115,7 +103,7 @@ SysVarTable::SysVarTable() {
 }
 
 const SysVar* SysVarTable::Find(std::string_view name) const {
-  auto it = vars_.find(Upper(name));
+  auto it = vars_.find(UpperName(name));
   return it == vars_.end() ? nullptr : &it->second;
 }
 
@@ -127,7 +115,7 @@ bool SysVarTable::Get(std::string_view name, SysValue* value) const {
 }
 
 bool SysVarTable::Set(std::string_view name, const SysValue& value, std::string* why) {
-  std::string key = Upper(name);
+  std::string key = UpperName(name);
   auto it = vars_.find(key);
   if (it == vars_.end()) {
     *why = "Unknown variable name.";
@@ -166,7 +154,7 @@ bool SysVarTable::Set(std::string_view name, const SysValue& value, std::string*
 }
 
 void SysVarTable::Force(std::string_view name, SysValue value) {
-  vars_[Upper(name)].value = std::move(value);
+  vars_[UpperName(name)].value = std::move(value);
 }
 
 }  // namespace vorhost

@@ -3,11 +3,12 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
 #include <set>
 #include <sstream>
 
+#include "emulator/core/text.h"
 #include "emulator/host.h"
+#include "emulator/platform/search_path.h"
 #include "emulator/platform/filesystem.h"
 
 namespace vorhost {
@@ -56,21 +57,12 @@ bool Contains(LiveTile& tile, const LiveTile* wanted) {
   return false;
 }
 
-bool ReadWhole(const std::string& path, std::string* contents) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return false;
-  std::stringstream s;
-  s << in.rdbuf();
-  *contents = s.str();
-  return true;
-}
-
 }  // namespace
 
 int DialogManager::Load(const std::string& file, int* id) {
   dcl::Loader loader = [this](const std::string& name, std::string* contents, std::string* where) {
-    std::optional<std::string> path = host_.FindFile(name);
-    if (!path || !ReadWhole(*path, contents)) return false;
+    std::optional<std::string> path = FindFile(name);
+    if (!path || !ReadWholeFile(*path, contents)) return false;
     *where = Files().ShownName(*path);
     return true;
   };

@@ -68,7 +68,7 @@ double LinetypeRecord::PatternLength() const {
 
 resbuf* Tables::Search(std::string_view table, std::string_view name) const {
   GroupWriter w;
-  if (SymbolTable<StyleRecord>::SameName(table, "STYLE")) {
+  if (SameName(table, "STYLE")) {
     const StyleRecord* s = styles_.Find(name);
     if (!s) return nullptr;
     w.Text(0, "STYLE");
@@ -81,7 +81,7 @@ resbuf* Tables::Search(std::string_view table, std::string_view name) const {
     w.Real(42, s->last_height);
     w.Text(3, s->font);
     w.Text(4, s->big_font);
-  } else if (SymbolTable<LayerRecord>::SameName(table, "LAYER")) {
+  } else if (SameName(table, "LAYER")) {
     const LayerRecord* l = layers_.Find(name);
     if (!l) return nullptr;
     w.Text(0, "LAYER");
@@ -89,7 +89,7 @@ resbuf* Tables::Search(std::string_view table, std::string_view name) const {
     w.Short(70, l->flags);
     w.Short(62, l->color);
     w.Text(6, l->linetype);
-  } else if (SymbolTable<LinetypeRecord>::SameName(table, "LTYPE")) {
+  } else if (SameName(table, "LTYPE")) {
     const LinetypeRecord* t = linetypes_.Find(name);
     if (!t) return nullptr;
     w.Text(0, "LTYPE");
@@ -103,7 +103,7 @@ resbuf* Tables::Search(std::string_view table, std::string_view name) const {
     w.Real(40, t->PatternLength());
     for (const LinetypeElement& e : t->elements)
       if (e.kind == LinetypeElement::Kind::kPlain) w.Real(49, e.length);
-  } else if (SymbolTable<BlockRecord>::SameName(table, "BLOCK")) {
+  } else if (SameName(table, "BLOCK")) {
     const BlockRecord* b = blocks_.Find(name);
     if (!b) return nullptr;
     w.Text(0, "BLOCK");

@@ -6,7 +6,7 @@
 #include <cstdio>
 
 #include "emulator/core/encoding.h"
-#include "emulator/core/numbers.h"
+#include "emulator/core/text.h"
 
 namespace vorhost {
 namespace {
@@ -53,18 +53,12 @@ void DumpRecords(const std::vector<Entity>& records, const std::string& indent, 
     if (!e.erased) DumpRecord(e, e.IsSubEntity() ? indent + "  " : indent, out);
 }
 
-std::string Upper(std::string s) {
-  for (char& c : s)
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
-  return s;
-}
-
 template <typename Record>
 std::vector<const Record*> Sorted(const SymbolTable<Record>& table) {
   std::vector<const Record*> out;
   for (const Record& r : table.records()) out.push_back(&r);
   std::sort(out.begin(), out.end(),
-            [](const Record* a, const Record* b) { return Upper(a->name) < Upper(b->name); });
+            [](const Record* a, const Record* b) { return UpperName(a->name) < UpperName(b->name); });
   return out;
 }
 

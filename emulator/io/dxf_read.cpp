@@ -10,15 +10,14 @@
 #include <cstdint>
 #include <cstdio>
 #include <cmath>
-#include <fstream>
 #include <limits>
 #include <map>
 #include <optional>
 #include <span>
-#include <sstream>
 
 #include "emulator/core/numbers.h"
 #include "emulator/core/resbuf.h"
+#include "emulator/core/text.h"
 #include "emulator/drawing/blocks.h"
 #include "emulator/io/dxf.h"
 #include "emulator/io/dxf_format.h"
@@ -34,12 +33,6 @@ struct RawGroup {
   std::string_view value;
   int line;  // of the value
 };
-
-std::string_view Trim(std::string_view s) {
-  while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
-  while (!s.empty() && (s.back() == ' ' || s.back() == '\t')) s.remove_suffix(1);
-  return s;
-}
 
 // A text of the file for a message: bytes outside printable ASCII as \xNN.
 std::string Shown(std::string_view text) {
@@ -119,18 +112,6 @@ RbValue KindOf(int code) {
   if ((code >= 160 && code <= 169) || (code >= 420 && code <= 459) || code == 1071)
     return RbValue::kLong;
   return RbValue::kString;
-}
-
-bool SameName(std::string_view a, std::string_view b) {
-  return SymbolTable<LayerRecord>::SameName(a, b);
-}
-
-// A name as SameName compares it.
-std::string Upper(std::string_view name) {
-  std::string out(name);
-  for (char& c : out)
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
-  return out;
 }
 
 // The blocks that hold model and paper space in files of any version; the
@@ -286,7 +267,7 @@ class Parser {
 };
 
 bool Parser::Fail(int line, const std::string& message) {
-  error_ = path_ + ":" + std::to_string(line) + ": " + message;
+  error_ = FileLineMessage(path_, static_cast<size_t>(line), message);
   if (line >= 1 && static_cast<size_t>(line) <= lines_.size()) {
     error_ += "\n" + Shown(lines_[line - 1].substr(0, 80)) + "\n^";
   }
@@ -600,7 +581,7 @@ bool Parser::ReadBlocks() {
     BlockRecord block{head.Text(2), head.Point(10), head.Short(70), {}};
     InsertLines inserts;
     if (!ReadEntities(&block.entities, "ENDBLK", &inserts)) return false;
-    block_inserts_[Upper(block.name)] = std::move(inserts);
+    block_inserts_[UpperName(block.name)] = std::move(inserts);
     pos_++;
     Record();  // ENDBLK's own groups
     if (!IsLayoutBlock(block.name)) drawing_.tables().blocks().Put(std::move(block));
@@ -623,7 +604,7 @@ bool Parser::CheckBlockCycles() {
   if (cycle.empty()) return true;
   const std::string& last = cycle[cycle.size() - 2];
   int line = 0;
-  for (const auto& [name, at] : block_inserts_[Upper(last)])
+  for (const auto& [name, at] : block_inserts_[UpperName(last)])
     if (SameName(name, cycle.back())) {
       line = at;
       break;
@@ -724,14 +705,12 @@ bool ReadDxf(std::string where, std::string data, Drawing* drawing, SysVarTable*
 bool OpenDxf(const std::string& linux_path, Drawing* drawing, SysVarTable* vars, std::string* err,
              std::string_view shown_name) {
   std::string shown(shown_name.empty() ? std::string_view(linux_path) : shown_name);
-  std::ifstream in(linux_path, std::ios::binary);
-  if (!in) {
+  std::string data;
+  if (!ReadWholeFile(linux_path, &data)) {
     *err = shown + ": cannot open";
     return false;
   }
-  std::ostringstream data;
-  data << in.rdbuf();
-  return ReadDxf(std::move(shown), std::move(data).str(), drawing, vars, err);
+  return ReadDxf(std::move(shown), std::move(data), drawing, vars, err);
 }
 
 }  // namespace vorhost

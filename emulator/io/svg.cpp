@@ -13,6 +13,7 @@
 
 #include "emulator/core/encoding.h"
 #include "emulator/core/numbers.h"
+#include "emulator/core/text.h"
 #include "emulator/drawing/geometry.h"
 #include "emulator/drawing/textmetric.h"
 #include "emulator/io/aci.h"

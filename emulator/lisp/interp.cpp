@@ -2,6 +2,7 @@
 #include "emulator/lisp/interp.h"
 
 #include "emulator/core/encoding.h"
+#include "emulator/core/text.h"
 
 #include <algorithm>
 #include <cctype>
@@ -242,17 +243,6 @@ class Nested {
  private:
   int* depth_;
 };
-
-}  // namespace
-
-std::string UpperName(std::string_view name) {
-  std::string out(name);
-  for (char& c : out)
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  return out;
-}
-
-namespace {
 
 // One expression at nesting level depth: each list and each quote goes one
 // level deeper.

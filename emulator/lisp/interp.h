@@ -62,9 +62,6 @@ class Interpreter {
   int depth_ = 0;  // evaluations and calls under way, nested
 };
 
-// Upper-cases ASCII letters: the language's names are case-blind.
-std::string UpperName(std::string_view name);
-
 }  // namespace vorhost::lisp
 
 #endif

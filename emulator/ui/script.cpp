@@ -7,6 +7,7 @@
 
 #include "emulator/core/alloc.h"
 #include "emulator/core/encoding.h"
+#include "emulator/core/text.h"
 #include "emulator/host.h"
 #include "emulator/io/dump.h"
 #include "emulator/ui/file_editor.h"
@@ -15,12 +16,7 @@
 namespace vorhost {
 namespace {
 
-std::string TrimText(const std::string& s) {
-  size_t b = s.find_first_not_of(" \t\r\n");
-  if (b == std::string::npos) return "";
-  size_t e = s.find_last_not_of(" \t\r\n");
-  return s.substr(b, e - b + 1);
-}
+std::string TrimText(std::string_view s) { return std::string(Trim(s, kBlanksAndLineEnds)); }
 
 // "#" then a blank, "!" or a lower-case word: a directive or a comment.
 // Anything else starting with "#" (a pattern like "#*") is an answer.
@@ -61,7 +57,7 @@ bool ScriptUser::NextLine(std::string* line) {
 }
 
 void ScriptUser::Fail(int line, const std::string& message) {
-  if (failure_.empty()) failure_ = name_ + ":" + std::to_string(line) + ": " + message;
+  if (failure_.empty()) failure_ = FileLineMessage(name_, static_cast<size_t>(line), message);
 }
 
 bool ScriptUser::ToBig5(const std::string& utf8, std::string* big5) {

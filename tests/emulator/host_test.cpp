@@ -4,6 +4,8 @@
 #include <cstring>
 
 #include "emulator/core/alloc.h"
+#include "emulator/io/dump.h"
+#include "emulator/platform/search_path.h"
 #include "host/ads.h"
 #include "support/host_fixture.h"
 
@@ -80,6 +82,20 @@ TEST_F(HostApiTest, SystemVariablesKeepTheirTypesAndRanges) {
   ads_relrb(rb);
 }
 
+// (setvar "CLAYER" "電力") once read back as "鄒力": the trail byte "q" of
+// 電 was upper-cased, and the next LINE went on a layer the drawing lacks.
+TEST_F(HostApiTest, ClayerKeepsTheTrailBytesOfABig5LayerName) {
+  Answer({"N", "電力", "", "0,0", "10,0", ""});
+  host_->Execute("LAYER");
+  host_->Execute(Big5("(setvar \"CLAYER\" \"電力\")"));
+  host_->Execute("(getvar \"CLAYER\")");
+  EXPECT_EQ(lisp::Print(host_->last_value()), "\"" + Big5("電力") + "\"");
+  host_->Execute("LINE");
+  EXPECT_NE(DumpDrawing(host_->drawing()).find("LINE layer=\"電力\""), std::string::npos)
+      << DumpDrawing(host_->drawing());
+  EXPECT_EQ(host_->tables().layers().Find(Big5("鄒力")), nullptr);
+}
+
 TEST_F(HostApiTest, SystemVariablesTypedAsCommands) {
   Answer({"7", "2", "", "x"});
   host_->Execute("expert");  // 7 is refused, 2 taken
@@ -124,16 +140,16 @@ TEST_F(HostApiTest, TheSearchPathIsTheCurrentDirectoryAcadThenResources) {
   WriteFile("OTHER/FOUND.LIN", "*Y\r\n");
   WriteFile("OTHER/ONLY.LIN", "*Z\r\n");
   setenv("ACAD", "Q:\\NOTMOUNTED; c:/support ;C:\\OTHER", 1);
-  EXPECT_EQ(host_->FindFile("FOUND.LIN"), LinuxPath("SUPPORT/Found.Lin"));
-  EXPECT_EQ(host_->FindFile("only.lin"), LinuxPath("OTHER/ONLY.LIN"));
+  EXPECT_EQ(FindFile("FOUND.LIN"), LinuxPath("SUPPORT/Found.Lin"));
+  EXPECT_EQ(FindFile("only.lin"), LinuxPath("OTHER/ONLY.LIN"));
   WriteFile("only.lin", "*here\r\n");
-  EXPECT_EQ(host_->FindFile("ONLY.LIN"), LinuxPath("only.lin"));
-  EXPECT_EQ(host_->FindFile("C:\\OTHER\\only.lin"), LinuxPath("OTHER/ONLY.LIN"));
-  EXPECT_EQ(host_->FindFile("NOWHERE.LIN"), std::nullopt);
-  std::vector<std::string> path = host_->SearchPath();
+  EXPECT_EQ(FindFile("ONLY.LIN"), LinuxPath("only.lin"));
+  EXPECT_EQ(FindFile("C:\\OTHER\\only.lin"), LinuxPath("OTHER/ONLY.LIN"));
+  EXPECT_EQ(FindFile("NOWHERE.LIN"), std::nullopt);
+  std::vector<std::string> path = SearchPath();
   ASSERT_EQ(path.size(), 5u);
-  EXPECT_EQ(path.back(), Host::ResourceDirectory());
-  EXPECT_EQ(path[3], Host::ModuleDirectory());
+  EXPECT_EQ(path.back(), ResourceDirectory());
+  EXPECT_EQ(path[3], ModuleDirectory());
   unsetenv("ACAD");
 }
 

@@ -9,12 +9,13 @@
 #include "emulator/dcl/dcl_tree.h"
 #include "emulator/dialogs/dialog.h"
 #include "emulator/host.h"
+#include "emulator/platform/search_path.h"
 #include "support/fuzz_env.h"
 
 namespace {
 
 std::string BaseDefinitions() {
-  std::ifstream in(vorhost::Host::ResourceDirectory() + "/" + vorhost::dcl::kBaseFileName,
+  std::ifstream in(vorhost::ResourceDirectory() + "/" + vorhost::dcl::kBaseFileName,
                    std::ios::binary);
   std::stringstream s;
   s << in.rdbuf();
