@@ -463,19 +463,9 @@ void Host::SetLastPoint(const Point3& p) { sysvars_.Force("LASTPOINT", p); }
 // ---- Names and selection sets ---------------------------------------------------------
 
 namespace {
-constexpr long kEntityTag = 0x454E54;  // "ENT"
 constexpr long kSetTag = 0x534554;     // "SET"
 constexpr size_t kMaxSelectionSets = 128;
 }  // namespace
-
-void Host::EntityName(uint64_t id, long name[2]) {
-  name[0] = static_cast<long>(id);
-  name[1] = kEntityTag;
-}
-
-uint64_t Host::EntityId(const long name[2]) {
-  return name && name[1] == kEntityTag && name[0] > 0 ? static_cast<uint64_t>(name[0]) : 0;
-}
 
 bool Host::AddSelectionSet(std::vector<uint64_t> members, long name[2]) {
   if (selection_sets_.size() >= kMaxSelectionSets) return false;

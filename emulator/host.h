@@ -127,9 +127,6 @@ class Host {
   // What the last completed selection held ("P" selects it again).
   std::vector<uint64_t>& previous_selection() { return previous_selection_; }
 
-  // Entity names: {id, tag}; 0 for a name that is not an entity's.
-  static void EntityName(uint64_t id, long name[2]);
-  static uint64_t EntityId(const long name[2]);
 
   // ---- The command line --------------------------------------------------
   // Shows prompt (Big5) and reads the user's answer, echoing it. An answer

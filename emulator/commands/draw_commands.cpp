@@ -6,6 +6,7 @@
 #include "emulator/commands/selection.h"
 #include "emulator/core/numbers.h"
 #include "emulator/drawing/geometry.h"
+#include "emulator/drawing/layout.h"
 #include "emulator/host.h"
 
 namespace vorhost {
@@ -59,7 +60,7 @@ class LineCommand : public Command {
  private:
   void Segment(const Point3& to) {
     Entity e = host_.NewEntity("LINE");
-    e.groups = {{10, last_}, {11, to}};
+    e.groups = LayOut("LINE", {{10, last_}, {11, to}});
     segments_.push_back(host_.drawing().Append(std::move(e)));
     last_ = to;
     host_.SetLastPoint(to);
@@ -225,12 +226,11 @@ class PlineCommand : public Command {
   void MakeOldStyle(bool closed) {
     Drawing& d = host_.drawing();
     Entity head = host_.NewEntity("POLYLINE");
-    head.groups = {{66, short{1}}, {10, Point3{0, 0, vertices_[0].at[2]}}, {70, short(closed ? 1 : 0)},
-                   {40, 0.0}, {41, 0.0}};
+    head.groups = LayOut("POLYLINE", {{10, Point3{0, 0, vertices_[0].at[2]}}, {70, short(closed ? 1 : 0)}});
     d.Append(head);
     for (const Vertex& v : vertices_) {
       Entity e = host_.NewEntity("VERTEX");
-      e.groups = {{10, v.at}, {40, v.start_width}, {41, v.end_width}, {42, v.bulge}, {70, short{0}}};
+      e.groups = LayOut("VERTEX", {{10, v.at}, {40, v.start_width}, {41, v.end_width}, {42, v.bulge}});
       d.Append(std::move(e));
     }
     d.Append(host_.NewEntity("SEQEND"));
@@ -340,7 +340,7 @@ class ArcCommand : public Command {
     if (r <= 0) return Reject("The arc has no radius.");
     if (!InRange(c) || !InRange(r)) return Reject(kValueOutOfRange);
     Entity e = host_.NewEntity("ARC");
-    e.groups = {{10, c}, {40, r}, {50, NormalAngle(a1)}, {51, NormalAngle(a2)}};
+    e.groups = LayOut("ARC", {{10, c}, {40, r}, {50, NormalAngle(a1)}, {51, NormalAngle(a2)}});
     host_.drawing().Append(std::move(e));
     host_.SetLastPoint({c[0] + r * std::cos(a2), c[1] + r * std::sin(a2), c[2]});
     return Step::kDone;
@@ -435,7 +435,7 @@ class CircleCommand : public Command {
     if (r <= 0) return Reject("The circle has no radius.");
     if (!InRange(c) || !InRange(r)) return Reject(kValueOutOfRange);
     Entity e = host_.NewEntity("CIRCLE");
-    e.groups = {{10, c}, {40, r}};
+    e.groups = LayOut("CIRCLE", {{10, c}, {40, r}});
     host_.drawing().Append(std::move(e));
     host_.sysvars().Force("CIRCLERAD", r);
     return Step::kDone;

@@ -5,6 +5,7 @@
 #include "emulator/commands/registry.h"
 #include "emulator/core/text.h"
 #include "emulator/drawing/blocks.h"
+#include "emulator/drawing/layout.h"
 #include "emulator/host.h"
 #include "emulator/platform/search_path.h"
 #include "emulator/io/dxf.h"
@@ -183,13 +184,11 @@ class InsertCommand : public Command {
   Entity Attribute(const Entity& def, const std::string& value, const Point3& base) const {
     Entity e = host_.NewEntity("ATTRIB");
     if (def.layer != "0") e.layer = def.layer;
-    e.groups = {{10, Place(def.Point(10), base)}, {40, def.Real(40, 1) * std::fabs(sy_)}, {1, value},
-                {2, def.Text(2)}, {70, short(def.Short(70) & kInvisible)}, {73, short{0}},
-                {50, def.Real(50) + rotation_}, {41, def.Real(41, 1) * std::fabs(sx_ / sy_)},
-                {51, def.Real(51)}, {7, def.Text(7, "STANDARD")}, {71, def.Short(71)},
-                {72, def.Short(72)}};
-    if (def.Short(72) != 0 || def.Short(74) != 0) e.groups.push_back({11, Place(def.Point(11), base)});
-    e.groups.push_back({74, def.Short(74)});
+    e.groups = LayOut("ATTRIB", {{10, Place(def.Point(10), base)}, {40, def.Real(40, 1) * std::fabs(sy_)},
+                                 {1, value}, {2, def.Text(2)}, {70, short(def.Short(70) & kInvisible)},
+                                 {50, def.Real(50) + rotation_}, {41, def.Real(41, 1) * std::fabs(sx_ / sy_)},
+                                 {51, def.Real(51)}, {7, def.Text(7, "STANDARD")}, {71, def.Short(71)},
+                                 {72, def.Short(72)}, {11, Place(def.Point(11), base)}, {74, def.Short(74)}});
     return e;
   }
 
@@ -197,9 +196,9 @@ class InsertCommand : public Command {
     const BlockRecord* block = host_.tables().blocks().Find(name_);
     Drawing& d = host_.drawing();
     Entity insert = host_.NewEntity("INSERT");
-    insert.groups = {{66, short(defs_.empty() ? 0 : 1)}, {2, block->name}, {10, at_}, {41, sx_},
-                     {42, sy_}, {43, sx_}, {50, rotation_}};
-    if (defs_.empty()) insert.Remove(66);
+    std::vector<Group> groups = {{2, block->name}, {10, at_}, {41, sx_}, {42, sy_}, {43, sx_}, {50, rotation_}};
+    if (!defs_.empty()) groups.push_back({66, short{1}});  // ATTRIBs follow
+    insert.groups = LayOut("INSERT", std::move(groups));
     d.Append(std::move(insert));
     size_t asked = 0;
     for (size_t index : defs_) {

@@ -3,6 +3,7 @@
 
 #include "emulator/commands/registry.h"
 #include "emulator/core/text.h"
+#include "emulator/drawing/layout.h"
 #include "emulator/drawing/textmetric.h"
 #include "emulator/host.h"
 
@@ -226,11 +227,10 @@ class TextCommand : public Command {
                            : JustifiedInsertion(box, first_, just_->h, just_->v,
                                                 rotation_ - (vertical ? 3 * M_PI / 2 : 0));
     Entity e = host_.NewEntity("TEXT");
-    e.groups = {{10, insertion}, {40, height}, {1, text}, {50, rotation_}, {41, width_factor},
-                {51, style ? style->oblique : 0.0}, {7, style_name},
-                {71, style ? style->generation : short{0}}, {72, just_->h}};
-    if (just_->h != 0 || just_->v != 0) e.groups.push_back({11, just_->h == 3 || just_->h == 5 ? second_ : first_});
-    e.groups.push_back({73, just_->v});
+    e.groups = LayOut("TEXT", {{10, insertion}, {40, height}, {1, text}, {50, rotation_}, {41, width_factor},
+                               {51, style ? style->oblique : 0.0}, {7, style_name},
+                               {71, style ? style->generation : short{0}}, {72, just_->h},
+                               {11, just_->h == 3 || just_->h == 5 ? second_ : first_}, {73, just_->v}});
     if (!e.NumbersInRange()) return Reject(kValueOutOfRange);
     host_.set_last_text(host_.drawing().Append(std::move(e)));
     return Step::kDone;

@@ -9,7 +9,6 @@
 
 #include "emulator/core/text.h"
 #include "emulator/drawing/entity.h"
-#include "host/ads.h"
 
 namespace vorhost {
 
@@ -100,11 +99,6 @@ class Tables {
   const SymbolTable<LayerRecord>& layers() const { return layers_; }
   const SymbolTable<LinetypeRecord>& linetypes() const { return linetypes_; }
   const SymbolTable<BlockRecord>& blocks() const { return blocks_; }
-
-  // The record's data as the host gives it to ads_tblsearch: (0 . "STYLE")
-  // (2 . name) and the table's groups; nullptr for an unknown table or name,
-  // or when memory is short.
-  resbuf* Search(std::string_view table, std::string_view name) const;
 
  private:
   SymbolTable<StyleRecord> styles_;

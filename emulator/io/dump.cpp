@@ -7,6 +7,7 @@
 
 #include "emulator/core/encoding.h"
 #include "emulator/core/text.h"
+#include "emulator/drawing/layout.h"
 
 namespace vorhost {
 namespace {
@@ -44,7 +45,7 @@ void DumpRecord(const Entity& e, const std::string& indent, std::string* out) {
   *out += indent + e.type + " layer=" + Quoted(e.layer) +
           " linetype=" + (e.linetype.empty() ? "BYLAYER" : Quoted(e.linetype)) +
           " color=" + std::to_string(e.color);
-  for (const Group& g : e.groups) *out += " " + std::to_string(g.code) + "=" + Value(g.value);
+  for (const Group* g : GroupsInOrder(e)) *out += " " + std::to_string(g->code) + "=" + Value(g->value);
   *out += "\n";
 }
 

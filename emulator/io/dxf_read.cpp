@@ -19,6 +19,7 @@
 #include "emulator/core/resbuf.h"
 #include "emulator/core/text.h"
 #include "emulator/drawing/blocks.h"
+#include "emulator/drawing/layout.h"
 #include "emulator/io/dxf.h"
 #include "emulator/io/dxf_format.h"
 #include "emulator/io/dxf_text.h"
@@ -120,82 +121,6 @@ bool IsLayoutBlock(std::string_view name) {
   for (std::string_view prefix : {"$MODEL_SPACE", "$PAPER_SPACE", "*MODEL_SPACE", "*PAPER_SPACE"})
     if (name.size() >= prefix.size() && SameName(name.substr(0, prefix.size()), prefix)) return true;
   return false;
-}
-
-// One place in the host's group order of a type, with the value a file
-// that leaves the group out stands for.
-struct Slot {
-  int code;
-  GroupValue fallback;
-};
-
-const std::vector<Slot>* HostLayout(std::string_view type) {
-  static const Point3 o{0, 0, 0};
-  static const std::map<std::string_view, std::vector<Slot>> layouts = {
-      {"LINE", {{10, o}, {11, o}}},
-      {"CIRCLE", {{10, o}, {40, 0.0}}},
-      {"ARC", {{10, o}, {40, 0.0}, {50, 0.0}, {51, 0.0}}},
-      {"POLYLINE", {{66, short{1}}, {10, o}, {70, short{0}}, {40, 0.0}, {41, 0.0}}},
-      {"VERTEX", {{10, o}, {40, 0.0}, {41, 0.0}, {42, 0.0}, {70, short{0}}}},
-      {"TEXT", {{10, o}, {40, 2.5}, {1, std::string()}, {50, 0.0}, {41, 1.0}, {51, 0.0},
-                {7, std::string("STANDARD")}, {71, short{0}}, {72, short{0}}, {11, o}, {73, short{0}}}},
-      {"INSERT", {{66, short{0}}, {2, std::string()}, {10, o}, {41, 1.0}, {42, 1.0}, {43, 1.0},
-                  {50, 0.0}}},
-      {"ATTRIB", {{10, o}, {40, 2.5}, {1, std::string()}, {2, std::string()}, {70, short{0}},
-                  {73, short{0}}, {50, 0.0}, {41, 1.0}, {51, 0.0}, {7, std::string("STANDARD")},
-                  {71, short{0}}, {72, short{0}}, {11, o}, {74, short{0}}}},
-      {"ATTDEF", {{10, o}, {40, 2.5}, {1, std::string()}, {2, std::string()}, {3, std::string()},
-                  {70, short{0}}, {73, short{0}}, {50, 0.0}, {41, 1.0}, {51, 0.0},
-                  {7, std::string("STANDARD")}, {71, short{0}}, {72, short{0}}, {11, o},
-                  {74, short{0}}}},
-      {"SEQEND", {}},
-  };
-  auto it = layouts.find(type);
-  return it == layouts.end() ? nullptr : &it->second;
-}
-
-// Whether a slot is written for this record: the alignment point only for
-// justified texts, INSERT's 66 only when the file had it.
-bool SlotApplies(const Entity& e, const Slot& slot, bool present) {
-  if (slot.code == 11 && e.type != "LINE") {
-    int vertical = e.type == "TEXT" ? 73 : 74;
-    return e.Short(72) != 0 || e.Short(vertical) != 0;
-  }
-  if (slot.code == 66 && e.type == "INSERT") return present;
-  return true;
-}
-
-// Puts a record of the host's own types into the host's group order, with
-// defaults for what the file left out (a vertex's widths default to its
-// polyline's) and the file's other groups after them in file order.
-void Canonicalize(Entity* e, const Entity* polyline) {
-  const std::vector<Slot>* layout = HostLayout(e->type);
-  if (!layout) return;
-  std::vector<Group> read = std::move(e->groups);
-  std::vector<bool> used(read.size(), false);
-  e->groups = read;  // SlotApplies looks at 72, 73 and 74
-  std::vector<Group> out;
-  for (const Slot& slot : *layout) {
-    auto it = std::find_if(read.begin(), read.end(), [&](const Group& g) { return g.code == slot.code; });
-    bool present = it != read.end() && !used[it - read.begin()];
-    if (!SlotApplies(*e, slot, present)) {
-      if (present) used[it - read.begin()] = true;
-      continue;
-    }
-    if (present) {
-      used[it - read.begin()] = true;
-      out.push_back(*it);
-    } else if (slot.code == 11) {
-      out.push_back({11, e->Point(10)});
-    } else if (polyline && (slot.code == 40 || slot.code == 41)) {
-      out.push_back({slot.code, polyline->Real(slot.code)});
-    } else {
-      out.push_back({slot.code, slot.fallback});
-    }
-  }
-  for (size_t i = 0; i < read.size(); i++)
-    if (!used[i]) out.push_back(read[i]);
-  e->groups = std::move(out);
 }
 
 // Header variables of the file, converted, waiting for the tables they
@@ -537,7 +462,9 @@ bool Parser::ReadEntity(std::string_view type, std::span<const RawGroup> raws,
       e->groups.push_back(std::move(g));
     }
   }
-  Canonicalize(e, e->type == "VERTEX" ? polyline : nullptr);
+  // The host's own types in the host's group order, with its defaults for
+  // what the file left out (a vertex's widths default to its polyline's).
+  e->groups = LayOut(e->type, std::move(e->groups), e->type == "VERTEX" ? polyline : nullptr);
   return true;
 }
 

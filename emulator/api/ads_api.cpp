@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string>
 
+#include "emulator/api/group_lists.h"
 #include "emulator/core/alloc.h"
 #include "emulator/core/resbuf.h"
 #include "emulator/core/wcmatch.h"
@@ -193,7 +194,7 @@ extern "C" resbuf* ads_tblsearch(const char* tblname, const char* sym, int setne
   (void)setnext;  // stepping a table (ads_tblnext) is not offered
   Host* host = Host::Current();
   if (!host || !tblname || !sym) return nullptr;
-  return host->tables().Search(tblname, sym);
+  return vorhost::TableRecordData(host->tables(), tblname, sym);
 }
 
 extern "C" int ads_wcmatch(const char* string, const char* pattern) {

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "emulator/api/group_lists.h"
 #include "emulator/commands/selection.h"
 #include "emulator/core/alloc.h"
 #include "emulator/core/resbuf.h"
@@ -32,7 +33,7 @@ bool ItemAnswer(int type, const ads_u_val& v, Answer* out) {
     case RTENAME: {
       Answer a;
       a.kind = Answer::Kind::kName;
-      a.entities = {Host::EntityId(v.rlname)};
+      a.entities = {vorhost::EntityId(v.rlname)};
       *out = a;
       return true;
     }
@@ -53,66 +54,6 @@ int RunItems(const std::vector<Answer>& items, bool ok) {
   Host* host = Host::Current();
   if (!host || !ok) return RTERROR;
   return host->FeedCommand(items);
-}
-
-// One item of entity data for group code with value, typed by the code.
-resbuf* GroupItem(int code, const vorhost::GroupValue& value) {
-  resbuf* rb = vorhost::NewRb(code);
-  if (!rb) return nullptr;
-  switch (vorhost::ValueOf(code)) {
-    case vorhost::RbValue::kString: {
-      const std::string* s = std::get_if<std::string>(&value);
-      rb->resval.rstring = vorhost::HostStrdup(s ? s->c_str() : "");
-      if (!rb->resval.rstring) {
-        std::free(rb);
-        return nullptr;
-      }
-      break;
-    }
-    case vorhost::RbValue::kPoint:
-      if (auto* p = std::get_if<vorhost::Point3>(&value))
-        for (int i = 0; i < 3; i++) rb->resval.rpoint[i] = (*p)[i];
-      break;
-    case vorhost::RbValue::kShort:
-      if (auto* s = std::get_if<short>(&value)) rb->resval.rint = *s;
-      else if (auto* l = std::get_if<long>(&value)) rb->resval.rint = static_cast<short>(*l);
-      break;
-    case vorhost::RbValue::kLong:
-      if (auto* l = std::get_if<long>(&value)) rb->resval.rlong = *l;
-      else if (auto* s = std::get_if<short>(&value)) rb->resval.rlong = *s;
-      break;
-    default:
-      if (auto* d = std::get_if<double>(&value)) rb->resval.rreal = *d;
-      else if (auto* s = std::get_if<short>(&value)) rb->resval.rreal = *s;
-      break;
-  }
-  return rb;
-}
-
-// The entity data list of e, as the host gives it to ads_entget.
-resbuf* EntityData(const Entity& e) {
-  std::vector<resbuf*> items;
-  auto name_item = [](int code, uint64_t id) {
-    resbuf* rb = vorhost::NewRb(code);
-    if (rb) Host::EntityName(id, rb->resval.rlname);
-    return rb;
-  };
-  char handle[16];
-  std::snprintf(handle, sizeof handle, "%X", e.handle);
-  items.push_back(name_item(-1, e.id));
-  items.push_back(GroupItem(0, e.type));
-  items.push_back(GroupItem(5, std::string(handle)));
-  items.push_back(GroupItem(8, e.layer));
-  if (!e.linetype.empty()) items.push_back(GroupItem(6, e.linetype));
-  if (e.color != vorhost::kColorByLayer) items.push_back(GroupItem(62, e.color));
-  for (const vorhost::Group& g : e.groups) items.push_back(GroupItem(g.code, g.value));
-  if (e.type == "SEQEND") items.push_back(name_item(-2, e.owner));
-  bool ok = true;
-  for (resbuf* rb : items) ok = ok && rb;
-  for (size_t i = 0; ok && i + 1 < items.size(); i++) items[i]->rbnext = items[i + 1];
-  if (ok) return items.front();
-  for (resbuf* rb : items) vorhost::ReleaseList(rb);
-  return nullptr;
 }
 
 // Lets the user select objects; false when the user cancelled.
@@ -182,18 +123,18 @@ extern "C" int ads_cmd(const resbuf* rbp) {
 extern "C" resbuf* ads_entget(const ads_name ent) {
   Host* host = Host::Current();
   if (!host || !ent) return nullptr;
-  const Entity* e = host->drawing().Find(Host::EntityId(ent));
-  return e && !e->erased ? EntityData(*e) : nullptr;
+  const Entity* e = host->drawing().Find(vorhost::EntityId(ent));
+  return e && !e->erased ? vorhost::EntityData(*e) : nullptr;
 }
 
 extern "C" int ads_entnext(const ads_name ent, ads_name result) {
   Host* host = Host::Current();
   if (!host || !result) return RTERROR;
-  uint64_t from = ent && (ent[0] || ent[1]) ? Host::EntityId(ent) : 0;
+  uint64_t from = ent && (ent[0] || ent[1]) ? vorhost::EntityId(ent) : 0;
   if (ent && (ent[0] || ent[1]) && !from) return RTERROR;
   uint64_t next = host->drawing().Next(from);
   if (!next) return RTERROR;
-  Host::EntityName(next, result);
+  vorhost::EntityName(next, result);
   return RTNORM;
 }
 
@@ -202,7 +143,7 @@ extern "C" int ads_entlast(ads_name result) {
   if (!host || !result) return RTERROR;
   uint64_t last = host->drawing().Last();
   if (!last) return RTERROR;
-  Host::EntityName(last, result);
+  vorhost::EntityName(last, result);
   return RTNORM;
 }
 
@@ -218,7 +159,7 @@ extern "C" int ads_textbox(const resbuf* args, ads_point pt1, ads_point pt2) {
   double height = std::get<double>(v), width = -1;
   bool have_text = false;
   for (const resbuf* rb = args; rb; rb = rb->rbnext) {
-    if (rb->restype == -1) e = host->drawing().Find(Host::EntityId(rb->resval.rlname));
+    if (rb->restype == -1) e = host->drawing().Find(vorhost::EntityId(rb->resval.rlname));
     else if (rb->restype == 1 && rb->resval.rstring) text = rb->resval.rstring, have_text = true;
     else if (rb->restype == 7 && rb->resval.rstring) style_name = rb->resval.rstring;
     else if (rb->restype == 40) height = rb->resval.rreal;
@@ -283,7 +224,7 @@ extern "C" int ads_ssname(const ads_name ss, long i, ads_name entres) {
   Host* host = Host::Current();
   const std::vector<uint64_t>* set = host ? host->SelectionSet(ss) : nullptr;
   if (!set || !entres || i < 0 || static_cast<size_t>(i) >= set->size()) return RTERROR;
-  Host::EntityName((*set)[static_cast<size_t>(i)], entres);
+  vorhost::EntityName((*set)[static_cast<size_t>(i)], entres);
   return RTNORM;
 }
 
