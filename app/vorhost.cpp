@@ -196,15 +196,15 @@ bool MountDrives(const Options& opts, std::string* err) {
 bool WriteResults(vorhost::Host& host, const Options& opts) {
   std::string err;
   bool ok = true;
-  if (!opts.save.empty() && !vorhost::SaveDxf(host.drawing(), host.sysvars(), opts.save, &err)) {
+  if (!opts.save.empty() && !vorhost::SaveDxf(host.document().drawing(), host.document().sysvars(), opts.save, &err)) {
     std::cerr << "vorhost: " << err << "\n";
     ok = false;
   }
-  if (!opts.svg.empty() && !vorhost::SaveSvg(host.drawing(), host.sysvars(), opts.svg, &err)) {
+  if (!opts.svg.empty() && !vorhost::SaveSvg(host.document().drawing(), host.document().sysvars(), opts.svg, &err)) {
     std::cerr << "vorhost: " << err << "\n";
     ok = false;
   }
-  if (opts.dump) std::cout << vorhost::DumpDrawing(host.drawing());
+  if (opts.dump) std::cout << vorhost::DumpDrawing(host.document().drawing());
   return ok;
 }
 

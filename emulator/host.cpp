@@ -52,23 +52,7 @@ Host::Host(std::ostream* out)
   SetWarningSink([](std::string_view text) {
     if (Host* host = Current()) host->transcript().Write(text);
   });
-  InstallTextCheck();
   DefineBuiltins();
-}
-
-void Host::InstallTextCheck() {
-  sysvars_.SetTextCheck([this](std::string_view name, std::string* value) {
-    *value = UpperName(*value);
-    if (name == "CECOLOR") {  // kept as NewEntity reads it: BYLAYER, BYBLOCK or 1 to 255
-      std::optional<short> color = ColorAnswer(Answer::Text(*value), true);
-      if (!color) return false;
-      *value = *color == kColorByLayer ? "BYLAYER" : *color == kColorByBlock ? "BYBLOCK" : std::to_string(*color);
-      return true;
-    }
-    if (name == "TEXTSTYLE") return tables().styles().Find(*value) != nullptr;
-    if (name == "CLAYER") return tables().layers().Find(*value) != nullptr;
-    return tables().linetypes().Find(*value) != nullptr;
-  });
 }
 
 Host::~Host() {
@@ -124,7 +108,7 @@ void Host::DefineBuiltins() {
       return false;
     }
     SysValue v;
-    if (!sysvars_.Get(args[0].text, &v)) return true;  // nil
+    if (!document_.sysvars().Get(args[0].text, &v)) return true;  // nil
     if (auto* s = std::get_if<short>(&v)) *r = lisp::Value::Int(*s);
     else if (auto* d = std::get_if<double>(&v)) *r = lisp::Value::Real(*d);
     else if (auto* p = std::get_if<Point3>(&v))
@@ -156,7 +140,7 @@ void Host::DefineBuiltins() {
       fits = false;
     }
     std::string why;
-    if (!fits || !sysvars_.Set(args[0].text, value, &why)) {
+    if (!fits || !document_.SetVariable(args[0].text, value, &why)) {
       *err = "the host rejected the value";
       return false;
     }
@@ -186,7 +170,7 @@ void Host::UnloadModule() {
   entry_ = nullptr;
 }
 
-void Host::NewDrawing() { ReplaceDrawing(Drawing(), SysVarTable()); }
+void Host::NewDrawing() { ReplaceDocument(Document()); }
 
 bool Host::OpenDrawing(const std::string& linux_path, std::string* err) {
   Drawing drawing;
@@ -195,22 +179,17 @@ bool Host::OpenDrawing(const std::string& linux_path, std::string* err) {
   std::filesystem::path path(linux_path);
   std::string name = path.filename().string();
   vars.Force("DWGNAME", name);
-  ReplaceDrawing(std::move(drawing), std::move(vars));
+  ReplaceDocument(Document(std::move(drawing), std::move(vars)));
   return true;
 }
 
-void Host::ReplaceDrawing(Drawing drawing, SysVarTable vars) {
+void Host::ReplaceDocument(Document document) {
   CancelCommand();
   if (entry_) entry_(kUnloadDwgMsg, nullptr);
   drawing_open_ = false;
   for (const auto& [name, code] : registered_) lisp_->Undefine(name);
   registered_.clear();
-  drawing_ = std::move(drawing);
-  sysvars_ = std::move(vars);
-  InstallTextCheck();
-  selection_sets_.clear();
-  previous_selection_.clear();
-  last_text_ = 0;
+  document_ = std::move(document);
   lisp_ = std::make_unique<lisp::Interpreter>();
   DefineBuiltins();
   drawing_open_ = true;
@@ -399,7 +378,7 @@ int Host::FeedCommand(const std::vector<Answer>& items) {
     return RTERROR;
   }
   SysValue echo;
-  bool echo_on = !sysvars_.Get("CMDECHO", &echo) || std::get<short>(echo) != 0;
+  bool echo_on = !document_.sysvars().Get("CMDECHO", &echo) || std::get<short>(echo) != 0;
   for (const Answer& item : items) {
     if (!command_) {
       if (item.kind != Answer::Kind::kText || item.IsEnter()) return RTREJ;
@@ -437,54 +416,6 @@ int Host::FeedCommand(const std::vector<Answer>& items) {
 
 void Host::CommandMessage(std::string_view text) {
   if (command_echo_) transcript_.WriteLine(text);
-}
-
-Entity Host::NewEntity(std::string type) const {
-  Entity e(std::move(type));
-  SysValue v;
-  if (sysvars_.Get("CLAYER", &v)) e.layer = std::get<std::string>(v);
-  if (sysvars_.Get("CELTYPE", &v) && std::get<std::string>(v) != "BYLAYER")
-    e.linetype = std::get<std::string>(v);
-  if (sysvars_.Get("CECOLOR", &v)) {
-    const std::string& c = std::get<std::string>(v);
-    e.color = c == "BYLAYER" ? kColorByLayer : c == "BYBLOCK" ? kColorByBlock
-                                                                : static_cast<short>(std::atoi(c.c_str()));
-  }
-  return e;
-}
-
-Point3 Host::LastPoint() const {
-  SysValue v;
-  return sysvars_.Get("LASTPOINT", &v) ? std::get<Point3>(v) : Point3{0, 0, 0};
-}
-
-void Host::SetLastPoint(const Point3& p) { sysvars_.Force("LASTPOINT", p); }
-
-// ---- Names and selection sets ---------------------------------------------------------
-
-namespace {
-constexpr long kSetTag = 0x534554;     // "SET"
-constexpr size_t kMaxSelectionSets = 128;
-}  // namespace
-
-bool Host::AddSelectionSet(std::vector<uint64_t> members, long name[2]) {
-  if (selection_sets_.size() >= kMaxSelectionSets) return false;
-  name[0] = next_selection_set_++;
-  name[1] = kSetTag;
-  selection_sets_[name[0]] = std::move(members);
-  return true;
-}
-
-const std::vector<uint64_t>* Host::SelectionSet(const long name[2]) const {
-  if (!name || name[1] != kSetTag) return nullptr;
-  auto it = selection_sets_.find(name[0]);
-  return it == selection_sets_.end() ? nullptr : &it->second;
-}
-
-bool Host::FreeSelectionSet(const long name[2]) {
-  if (!SelectionSet(name)) return false;
-  selection_sets_.erase(name[0]);
-  return true;
 }
 
 void Host::Alert(std::string_view message) {

@@ -17,7 +17,7 @@
 #include "emulator/commands/command.h"
 #include "emulator/core/sysvars.h"
 #include "emulator/dialogs/dialogs.h"
-#include "emulator/drawing/drawing.h"
+#include "emulator/drawing/document.h"
 #include "emulator/lisp/interp.h"
 #include "emulator/ui/transcript.h"
 #include "emulator/ui/user.h"
@@ -50,11 +50,9 @@ class Host {
   static Host* Current();
 
   Transcript& transcript() { return transcript_; }
-  SysVarTable& sysvars() { return sysvars_; }
+  Document& document() { return document_; }
   lisp::Interpreter& lisp() { return *lisp_; }
-  Drawing& drawing() { return drawing_; }
   DialogManager& dialogs() { return *dialogs_; }
-  Tables& tables() { return drawing_.tables(); }
 
   // The user is not owned. With none, every question is cancelled.
   void set_user(User* user) { user_ = user; }
@@ -108,25 +106,6 @@ class Host {
   // Text a command prints, such as "Linetype DASHED loaded.": shown when
   // the command's prompts are.
   void CommandMessage(std::string_view text);
-  // A new record of the given type on the current layer, with the current
-  // linetype and colour.
-  Entity NewEntity(std::string type) const;
-  // The last point given to a command (LASTPOINT), for relative input.
-  Point3 LastPoint() const;
-  void SetLastPoint(const Point3& p);
-  // The text TEXT wrote last, under which Enter at its first prompt writes.
-  uint64_t last_text() const { return last_text_; }
-  void set_last_text(uint64_t id) { last_text_ = id; }
-
-  // ---- Selection sets ------------------------------------------------------
-  // Keeps a set of entity ids and names it; false when too many are open.
-  bool AddSelectionSet(std::vector<uint64_t> members, long name[2]);
-  // The members of a named set, or nullptr.
-  const std::vector<uint64_t>* SelectionSet(const long name[2]) const;
-  bool FreeSelectionSet(const long name[2]);
-  // What the last completed selection held ("P" selects it again).
-  std::vector<uint64_t>& previous_selection() { return previous_selection_; }
-
 
   // ---- The command line --------------------------------------------------
   // Shows prompt (Big5) and reads the user's answer, echoing it. An answer
@@ -150,17 +129,15 @@ class Host {
   void DefineBuiltins();
   // Closes the drawing (message 4), puts in the new one, starts the command
   // language afresh and opens it (message 3).
-  void ReplaceDrawing(Drawing drawing, SysVarTable vars);
-  void InstallTextCheck();
+  void ReplaceDocument(Document document);
   void EvaluateLine(std::string_view line);
   void RunCommand(std::string_view name);
   bool StartCommand(std::string_view typed, bool echo);
   void RegisterInLisp(const std::string& name, short code);
 
   Transcript transcript_;
-  SysVarTable sysvars_;
+  Document document_;
   std::unique_ptr<lisp::Interpreter> lisp_;
-  Drawing drawing_;
   std::unique_ptr<DialogManager> dialogs_;
   User* user_ = nullptr;
   Host* previous_ = nullptr;
@@ -176,10 +153,6 @@ class Host {
 
   std::unique_ptr<Command> command_;
   bool command_echo_ = true;  // prompts and answers of the pending command shown
-  std::map<long, std::vector<uint64_t>> selection_sets_;
-  long next_selection_set_ = 1;
-  std::vector<uint64_t> previous_selection_;
-  uint64_t last_text_ = 0;
 };
 
 }  // namespace vorhost

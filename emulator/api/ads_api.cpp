@@ -116,7 +116,7 @@ extern "C" int ads_alert(const char* str) {
 extern "C" int ads_getvar(const char* sym, resbuf* result) {
   Host* host = Host::Current();
   vorhost::SysValue value;
-  if (!host || !sym || !result || !host->sysvars().Get(sym, &value)) return RTERROR;
+  if (!host || !sym || !result || !host->document().sysvars().Get(sym, &value)) return RTERROR;
   if (auto* s = std::get_if<short>(&value)) {
     result->restype = RTSHORT;
     result->resval.rint = *s;
@@ -157,7 +157,7 @@ extern "C" int ads_setvar(const char* sym, const resbuf* val) {
     default: return RTERROR;
   }
   std::string why;
-  return host->sysvars().Set(sym, value, &why) ? RTNORM : RTERROR;
+  return host->document().SetVariable(sym, value, &why) ? RTNORM : RTERROR;
 }
 
 extern "C" int ads_getsym(const char* sname, resbuf** value) {
@@ -194,7 +194,7 @@ extern "C" resbuf* ads_tblsearch(const char* tblname, const char* sym, int setne
   (void)setnext;  // stepping a table (ads_tblnext) is not offered
   Host* host = Host::Current();
   if (!host || !tblname || !sym) return nullptr;
-  return vorhost::TableRecordData(host->tables(), tblname, sym);
+  return vorhost::TableRecordData(host->document().tables(), tblname, sym);
 }
 
 extern "C" int ads_wcmatch(const char* string, const char* pattern) {

@@ -19,6 +19,11 @@ using vorhost::Host;
 
 namespace {
 
+// The members of the selection set a name stands for, or null.
+const std::vector<uint64_t>* SetOf(Host& host, const long name[2]) {
+  return host.document().selection_sets().Find(vorhost::SetNumber(name));
+}
+
 // The answer an item of a command list stands for; false for a type that
 // cannot answer a prompt.
 bool ItemAnswer(int type, const ads_u_val& v, Answer* out) {
@@ -38,7 +43,7 @@ bool ItemAnswer(int type, const ads_u_val& v, Answer* out) {
       return true;
     }
     case RTPICKS: {
-      const std::vector<uint64_t>* set = Host::Current()->SelectionSet(v.rlname);
+      const std::vector<uint64_t>* set = SetOf(*Host::Current(), v.rlname);
       if (!set) return false;
       Answer a;
       a.kind = Answer::Kind::kSet;
@@ -123,7 +128,7 @@ extern "C" int ads_cmd(const resbuf* rbp) {
 extern "C" resbuf* ads_entget(const ads_name ent) {
   Host* host = Host::Current();
   if (!host || !ent) return nullptr;
-  const Entity* e = host->drawing().Find(vorhost::EntityId(ent));
+  const Entity* e = host->document().drawing().Find(vorhost::EntityId(ent));
   return e && !e->erased ? vorhost::EntityData(*e) : nullptr;
 }
 
@@ -132,7 +137,7 @@ extern "C" int ads_entnext(const ads_name ent, ads_name result) {
   if (!host || !result) return RTERROR;
   uint64_t from = ent && (ent[0] || ent[1]) ? vorhost::EntityId(ent) : 0;
   if (ent && (ent[0] || ent[1]) && !from) return RTERROR;
-  uint64_t next = host->drawing().Next(from);
+  uint64_t next = host->document().drawing().Next(from);
   if (!next) return RTERROR;
   vorhost::EntityName(next, result);
   return RTNORM;
@@ -141,7 +146,7 @@ extern "C" int ads_entnext(const ads_name ent, ads_name result) {
 extern "C" int ads_entlast(ads_name result) {
   Host* host = Host::Current();
   if (!host || !result) return RTERROR;
-  uint64_t last = host->drawing().Last();
+  uint64_t last = host->document().drawing().Last();
   if (!last) return RTERROR;
   vorhost::EntityName(last, result);
   return RTNORM;
@@ -153,13 +158,13 @@ extern "C" int ads_textbox(const resbuf* args, ads_point pt1, ads_point pt2) {
   const Entity* e = nullptr;
   std::string text, style_name;
   vorhost::SysValue v;
-  host->sysvars().Get("TEXTSTYLE", &v);
+  host->document().sysvars().Get("TEXTSTYLE", &v);
   style_name = std::get<std::string>(v);
-  host->sysvars().Get("TEXTSIZE", &v);
+  host->document().sysvars().Get("TEXTSIZE", &v);
   double height = std::get<double>(v), width = -1;
   bool have_text = false;
   for (const resbuf* rb = args; rb; rb = rb->rbnext) {
-    if (rb->restype == -1) e = host->drawing().Find(vorhost::EntityId(rb->resval.rlname));
+    if (rb->restype == -1) e = host->document().drawing().Find(vorhost::EntityId(rb->resval.rlname));
     else if (rb->restype == 1 && rb->resval.rstring) text = rb->resval.rstring, have_text = true;
     else if (rb->restype == 7 && rb->resval.rstring) style_name = rb->resval.rstring;
     else if (rb->restype == 40) height = rb->resval.rreal;
@@ -171,7 +176,7 @@ extern "C" int ads_textbox(const resbuf* args, ads_point pt1, ads_point pt2) {
     width = e->Real(41, 1), have_text = true;
   }
   if (!have_text) return RTERROR;
-  const vorhost::StyleRecord* style = host->tables().styles().Find(style_name);
+  const vorhost::StyleRecord* style = host->document().tables().styles().Find(style_name);
   if (width < 0) width = style ? style->width : 1;
   vorhost::TextBox box = vorhost::MeasureText(text, height, width, style && (style->flags & 4));
   pt1[0] = box.x1, pt1[1] = box.y1, pt1[2] = 0;
@@ -188,7 +193,7 @@ extern "C" int ads_ssget(const char* str, const void* pt1, const void* pt2, cons
   if (!host || !ss || host->command_pending() || host->dialogs().any_open()) return RTERROR;
   std::string mode = str ? str : "";
   std::vector<uint64_t> found;
-  const vorhost::Drawing& d = host->drawing();
+  const vorhost::Drawing& d = host->document().drawing();
   if (mode.empty()) {
     if (!UserSelection(*host, &found)) return RTCAN;
   } else if (mode == "X") {
@@ -196,7 +201,7 @@ extern "C" int ads_ssget(const char* str, const void* pt1, const void* pt2, cons
   } else if (mode == "L") {
     if (d.Last()) found = {d.Last()};
   } else if (mode == "P") {
-    found = host->previous_selection();
+    found = host->document().selection_sets().previous();
   } else if ((mode == "W" || mode == "C") && pt1 && pt2) {
     vorhost::ObjectSelector selector(*host);
     const ads_real* a = static_cast<const ads_real*>(pt1);
@@ -209,12 +214,15 @@ extern "C" int ads_ssget(const char* str, const void* pt1, const void* pt2, cons
     return RTERROR;
   }
   if (found.empty()) return RTERROR;
-  return host->AddSelectionSet(found, ss) ? RTNORM : RTERROR;
+  long number = host->document().selection_sets().Add(std::move(found));
+  if (!number) return RTERROR;
+  vorhost::SetName(number, ss);
+  return RTNORM;
 }
 
 extern "C" int ads_sslength(const ads_name ss, long* len) {
   Host* host = Host::Current();
-  const std::vector<uint64_t>* set = host ? host->SelectionSet(ss) : nullptr;
+  const std::vector<uint64_t>* set = host ? SetOf(*host, ss) : nullptr;
   if (!set || !len) return RTERROR;
   *len = static_cast<long>(set->size());
   return RTNORM;
@@ -222,7 +230,7 @@ extern "C" int ads_sslength(const ads_name ss, long* len) {
 
 extern "C" int ads_ssname(const ads_name ss, long i, ads_name entres) {
   Host* host = Host::Current();
-  const std::vector<uint64_t>* set = host ? host->SelectionSet(ss) : nullptr;
+  const std::vector<uint64_t>* set = host ? SetOf(*host, ss) : nullptr;
   if (!set || !entres || i < 0 || static_cast<size_t>(i) >= set->size()) return RTERROR;
   vorhost::EntityName((*set)[static_cast<size_t>(i)], entres);
   return RTNORM;
@@ -230,7 +238,7 @@ extern "C" int ads_ssname(const ads_name ss, long i, ads_name entres) {
 
 extern "C" int ads_ssfree(const ads_name sname) {
   Host* host = Host::Current();
-  return host && host->FreeSelectionSet(sname) ? RTNORM : RTERROR;
+  return host && host->document().selection_sets().Free(vorhost::SetNumber(sname)) ? RTNORM : RTERROR;
 }
 
 // ---- Points -------------------------------------------------------------------------
@@ -238,7 +246,7 @@ extern "C" int ads_ssfree(const ads_name sname) {
 extern "C" int ads_getpoint(const ads_point pt, const char* prompt, ads_point result) {
   Host* host = Host::Current();
   if (!host || !result || host->command_pending() || host->dialogs().any_open()) return RTERROR;
-  vorhost::Point3 base = pt ? vorhost::Point3{pt[0], pt[1], pt[2]} : host->LastPoint();
+  vorhost::Point3 base = pt ? vorhost::Point3{pt[0], pt[1], pt[2]} : host->document().LastPoint();
   for (;;) {
     vorhost::Input in = host->Ask(prompt ? prompt : "");
     if (in.kind != vorhost::Input::Kind::kLine) return RTCAN;

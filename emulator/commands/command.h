@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "emulator/commands/answer.h"
+#include "emulator/core/answer.h"
 
 namespace vorhost {
 

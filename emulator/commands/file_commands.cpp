@@ -39,12 +39,12 @@ class SaveAsCommand : public Command {
     std::string full = Files().DosPath(dos);
     if (!Files().Resolve(dos, &linux_path)) return Reject("Invalid file name " + dos + ".");
     std::string text;
-    if (!DrawingDxf(host_.drawing(), host_.sysvars(), &text))
+    if (!DrawingDxf(host_.document().drawing(), host_.document().sysvars(), &text))
       return Reject("Cannot save " + full + ": " + kNotFiniteReason + ".");
     if (!ReplaceFile(linux_path, text, full, &why)) return Reject(why);
     size_t slash = FindLastSeparator(full);  // never the second byte of a Big5 character
-    host_.sysvars().Force("DWGNAME", full.substr(slash + 1));
-    host_.sysvars().Force("DWGPREFIX", full.substr(0, slash + 1));
+    host_.document().sysvars().Force("DWGNAME", full.substr(slash + 1));
+    host_.document().sysvars().Force("DWGPREFIX", full.substr(0, slash + 1));
     host_.CommandMessage("Saved " + full + ".");
     return Step::kDone;
   }
@@ -52,8 +52,8 @@ class SaveAsCommand : public Command {
  private:
   std::string DefaultName() const {
     SysValue prefix, name;
-    host_.sysvars().Get("DWGPREFIX", &prefix);
-    host_.sysvars().Get("DWGNAME", &name);
+    host_.document().sysvars().Get("DWGPREFIX", &prefix);
+    host_.document().sysvars().Get("DWGNAME", &name);
     std::string n = std::get<std::string>(name);
     size_t dot = n.rfind('.');
     return std::get<std::string>(prefix) + n.substr(0, dot) + ".DXF";

@@ -17,7 +17,7 @@ namespace {
 
 std::string CurrentText(Host& host, const char* var) {
   SysValue v;
-  return host.sysvars().Get(var, &v) ? FormatSysValue(v) : "";
+  return host.document().sysvars().Get(var, &v) ? FormatSysValue(v) : "";
 }
 
 // The names of a comma-separated answer, upper-cased; empty entries dropped.
@@ -56,13 +56,13 @@ bool ReadLinetypeFile(const std::string& file, std::vector<LinetypeRecord>* reco
 // Makes a linetype known to the drawing, looking in ACAD.LIN for one that
 // is not loaded yet; false when it is nowhere.
 bool EnsureLinetype(Host& host, const std::string& name) {
-  if (host.tables().linetypes().Find(name)) return true;
+  if (host.document().tables().linetypes().Find(name)) return true;
   std::vector<LinetypeRecord> records;
   std::string why;
   if (!ReadLinetypeFile("ACAD.LIN", &records, &why)) return false;
   for (LinetypeRecord& r : records)
     if (SameName(r.name, name)) {
-      host.tables().linetypes().Put(std::move(r));
+      host.document().tables().linetypes().Put(std::move(r));
       return true;
     }
   return false;
@@ -102,7 +102,7 @@ class LayerCommand : public Command {
         std::string name = UpperName(a.text);
         if (a.IsEnter()) name = "CONTINUOUS";
         if (!EnsureLinetype(host_, name)) return Reject("Linetype " + name + " not found.");
-        linetype_ = host_.tables().linetypes().Find(name)->name;
+        linetype_ = host_.document().tables().linetypes().Find(name)->name;
         return AskNames("for linetype " + linetype_);
       }
       case State::kNames: return Names(a);
@@ -148,7 +148,7 @@ class LayerCommand : public Command {
     for (const std::string& n : names)
       if (!ValidSymbolName(n)) return Reject("Invalid layer name: " + n);
     for (const std::string& n : names)
-      if (!host_.tables().layers().Find(n)) host_.tables().layers().Put(LayerRecord{n});
+      if (!host_.document().tables().layers().Find(n)) host_.document().tables().layers().Put(LayerRecord{n});
     state_ = State::kMain;
     return Step::kAsk;
   }
@@ -157,11 +157,11 @@ class LayerCommand : public Command {
     if (!a.IsEnter()) {
       std::string name = UpperName(a.text);
       if (!ValidSymbolName(name)) return Reject("Invalid layer name.");
-      if (!host_.tables().layers().Find(name)) {
+      if (!host_.document().tables().layers().Find(name)) {
         if (action_ == "SET") return Reject("Cannot find layer " + name + ".");
-        host_.tables().layers().Put(LayerRecord{name});
+        host_.document().tables().layers().Put(LayerRecord{name});
       }
-      host_.sysvars().Force("CLAYER", host_.tables().layers().Find(name)->name);
+      host_.document().sysvars().Force("CLAYER", host_.document().tables().layers().Find(name)->name);
     }
     state_ = State::kMain;
     return Step::kAsk;
@@ -172,10 +172,10 @@ class LayerCommand : public Command {
     std::vector<std::string> patterns = a.IsEnter() ? std::vector<std::string>{CurrentText(host_, "CLAYER")}
                                                     : NameList(a.text);
     int changed = 0;
-    for (const LayerRecord& r : host_.tables().layers().records())
+    for (const LayerRecord& r : host_.document().tables().layers().records())
       for (const std::string& p : patterns)
         if (WcMatch(r.name, p)) {
-          Change(*host_.tables().layers().Find(r.name));
+          Change(*host_.document().tables().layers().Find(r.name));
           changed++;
           break;
         }
@@ -200,7 +200,7 @@ class LayerCommand : public Command {
   Step List(const Answer& a) {
     std::string pattern = a.IsEnter() ? "*" : UpperName(a.text);
     host_.CommandMessage("Layer name          State      Color   Linetype");
-    for (const LayerRecord& r : host_.tables().layers().records())
+    for (const LayerRecord& r : host_.document().tables().layers().records())
       if (WcMatch(r.name, pattern)) {
         std::string state = r.color < 0 ? "Off" : "On";
         if (r.flags & 1) state += " Frozen";
@@ -296,9 +296,9 @@ class LinetypeCommand : public Command {
   // unless EXPERT is 3 or more.
   Step Continue() {
     SysValue expert;
-    bool ask = !host_.sysvars().Get("EXPERT", &expert) || std::get<short>(expert) < 3;
+    bool ask = !host_.document().sysvars().Get("EXPERT", &expert) || std::get<short>(expert) < 3;
     while (!queue_.empty()) {
-      if (host_.tables().linetypes().Find(queue_.front().name)) {
+      if (host_.document().tables().linetypes().Find(queue_.front().name)) {
         if (ask) {
           state_ = State::kReload;
           return Step::kAsk;
@@ -314,7 +314,7 @@ class LinetypeCommand : public Command {
   }
 
   void Put(const LinetypeRecord& r, const char* how) {
-    host_.tables().linetypes().Put(r);
+    host_.document().tables().linetypes().Put(r);
     host_.CommandMessage("Linetype " + r.name + " " + how + ".");
   }
 
@@ -323,16 +323,16 @@ class LinetypeCommand : public Command {
       std::string name = UpperName(a.text);
       if (name != "BYLAYER" && name != "BYBLOCK" && !EnsureLinetype(host_, name))
         return Reject("Linetype " + name + " not found.  Use the Load option to load it.");
-      host_.sysvars().Force("CELTYPE", name == "BYLAYER" || name == "BYBLOCK"
+      host_.document().sysvars().Force("CELTYPE", name == "BYLAYER" || name == "BYBLOCK"
                                            ? name
-                                           : host_.tables().linetypes().Find(name)->name);
+                                           : host_.document().tables().linetypes().Find(name)->name);
     }
     state_ = State::kMain;
     return Step::kAsk;
   }
 
   void List() {
-    for (const LinetypeRecord& r : host_.tables().linetypes().records())
+    for (const LinetypeRecord& r : host_.document().tables().linetypes().records())
       host_.CommandMessage(r.name + "  " + r.description);
   }
 
@@ -353,7 +353,7 @@ class LtscaleCommand : public Command {
     if (a.IsEnter()) return Step::kDone;
     std::optional<double> v = AnswerReal(a);
     if (!v || *v <= 0) return Reject("Requires a positive number.");
-    host_.sysvars().Force("LTSCALE", *v);
+    host_.document().sysvars().Force("LTSCALE", *v);
     host_.CommandMessage("Regenerating drawing.");
     return Step::kDone;
   }
@@ -415,7 +415,7 @@ class ChpropCommand : public Command {
     std::string common;
     bool first = true;
     for (uint64_t id : selector_.selected()) {
-      const Entity* e = host_.drawing().Find(id);
+      const Entity* e = host_.document().drawing().Find(id);
       if (!e) continue;
       std::string v = value(*e);
       if (!first && v != common) return "varies";
@@ -428,7 +428,7 @@ class ChpropCommand : public Command {
   // Applies f to each selected entity and to its vertices and end marker.
   template <typename F>
   void ForEach(F f) {
-    Drawing& d = host_.drawing();
+    Drawing& d = host_.document().drawing();
     for (uint64_t id : selector_.selected()) {
       Entity* e = d.Find(id);
       if (!e) continue;
@@ -453,7 +453,7 @@ class ChpropCommand : public Command {
       }
       case State::kLayer: {
         std::string name = UpperName(a.Echo());
-        const LayerRecord* layer = host_.tables().layers().Find(name);
+        const LayerRecord* layer = host_.document().tables().layers().Find(name);
         if (!layer) return Reject("Cannot find layer " + name + ".");
         ForEach([&](Entity& e) { e.layer = layer->name; });
         break;
@@ -462,7 +462,7 @@ class ChpropCommand : public Command {
         std::string name = UpperName(a.Echo());
         if (name != "BYLAYER" && name != "BYBLOCK" && !EnsureLinetype(host_, name))
           return Reject("Linetype " + name + " not found.  Use the LINETYPE command to load it.");
-        std::string stored = name == "BYLAYER" ? "" : name == "BYBLOCK" ? name : host_.tables().linetypes().Find(name)->name;
+        std::string stored = name == "BYLAYER" ? "" : name == "BYBLOCK" ? name : host_.document().tables().linetypes().Find(name)->name;
         ForEach([&](Entity& e) { e.linetype = stored; });
         break;
       }
@@ -512,7 +512,7 @@ class SysvarCommand : public Command {
   SysvarCommand(Host& host, std::string name) : Command(host), name_(std::move(name)) {}
 
   Step Begin() override {
-    const SysVar* var = host_.sysvars().Find(name_);
+    const SysVar* var = host_.document().sysvars().Find(name_);
     if (var->read_only) {
       host_.CommandMessage(name_ + " = " + FormatSysValue(var->value) + " (read only)");
       return Step::kDone;
@@ -526,8 +526,8 @@ class SysvarCommand : public Command {
     if (a.IsEnter()) return Step::kDone;
     SysValue value;
     std::string why = "Invalid value.";
-    if (ParseSysValue(a, host_.sysvars().Find(name_)->value, &value) &&
-        host_.sysvars().Set(name_, value, &why))
+    if (ParseSysValue(a, host_.document().sysvars().Find(name_)->value, &value) &&
+        host_.document().SetVariable(name_, value, &why))
       return Step::kDone;
     return Reject(why);
   }
@@ -544,7 +544,7 @@ std::unique_ptr<Command> MakeLtscale(Host& host) { return std::make_unique<Ltsca
 std::unique_ptr<Command> MakeChprop(Host& host) { return std::make_unique<ChpropCommand>(host); }
 
 std::unique_ptr<Command> MakeSysvarCommand(Host& host, std::string_view name) {
-  if (!host.sysvars().Find(name)) return nullptr;
+  if (!host.document().sysvars().Find(name)) return nullptr;
   return std::make_unique<SysvarCommand>(host, std::string(name));
 }
 

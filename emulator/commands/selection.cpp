@@ -40,7 +40,7 @@ std::string ObjectSelector::Prompt() const {
 void ObjectSelector::Take(const std::vector<uint64_t>& candidates) {
   std::vector<uint64_t> found;
   for (uint64_t id : candidates) {
-    const Entity* e = host_.drawing().Find(id);
+    const Entity* e = host_.document().drawing().Find(id);
     if (e && !e->erased && !e->IsSubEntity()) found.push_back(id);
   }
   size_t before = selected_.size(), duplicates = 0;
@@ -61,7 +61,7 @@ void ObjectSelector::Take(const std::vector<uint64_t>& candidates) {
 }
 
 Step ObjectSelector::Corner(const Answer& answer) {
-  std::optional<Point3> p = AnswerPoint(answer, host_.LastPoint());
+  std::optional<Point3> p = AnswerPoint(answer, host_.document().LastPoint());
   if (!p) {
     refusal_ = "Invalid point.";
     return Step::kReject;
@@ -72,7 +72,7 @@ Step ObjectSelector::Corner(const Answer& answer) {
     return Step::kAsk;
   }
   std::vector<uint64_t> found;
-  const Drawing& drawing = host_.drawing();
+  const Drawing& drawing = host_.document().drawing();
   for (uint64_t id : drawing.MainEntities()) {
     std::vector<Chain> outline = EntityOutline(drawing, id);
     if (crossing_ ? CrossesWindow(outline, first_corner_, *p) : InsideWindow(outline, first_corner_, *p))
@@ -84,7 +84,7 @@ Step ObjectSelector::Corner(const Answer& answer) {
 }
 
 Step ObjectSelector::Pick(const Point3& p) {
-  const Drawing& drawing = host_.drawing();
+  const Drawing& drawing = host_.document().drawing();
   double best = PickBox(drawing);
   uint64_t chosen = 0;
   for (uint64_t id : drawing.MainEntities())
@@ -108,7 +108,7 @@ Step ObjectSelector::Pick(const Point3& p) {
 
 Step ObjectSelector::Feed(const Answer& answer) {
   if (state_ == State::kFirstCorner || state_ == State::kOtherCorner) return Corner(answer);
-  const Drawing& drawing = host_.drawing();
+  const Drawing& drawing = host_.document().drawing();
   if (state_ == State::kHandle) {
     state_ = State::kObjects;
     char* end = nullptr;
@@ -139,15 +139,15 @@ Step ObjectSelector::Feed(const Answer& answer) {
     default: break;
   }
   if (answer.IsEnter()) {
-    host_.previous_selection() = selected_;
+    host_.document().selection_sets().previous() = selected_;
     return Step::kDone;
   }
-  if (std::optional<Point3> p = AnswerPoint(answer, host_.LastPoint())) return Pick(*p);
+  if (std::optional<Point3> p = AnswerPoint(answer, host_.document().LastPoint())) return Pick(*p);
   std::string key = MatchKeyword(answer.text, {"ALL", "Last", "Window", "Crossing", "Handle",
                                                "Previous", "Remove", "Add"});
   if (key == "ALL") Take(drawing.MainEntities());
   else if (key == "LAST") Take(drawing.Last() ? std::vector<uint64_t>{drawing.Last()} : std::vector<uint64_t>{});
-  else if (key == "PREVIOUS") Take(host_.previous_selection());
+  else if (key == "PREVIOUS") Take(host_.document().selection_sets().previous());
   else if (key == "REMOVE") removing_ = true;
   else if (key == "ADD") removing_ = false;
   else if (key == "HANDLE") state_ = State::kHandle;

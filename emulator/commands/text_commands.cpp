@@ -45,7 +45,7 @@ const Justification* FindJustification(std::string_view typed) {
 
 std::string CurrentStyleName(Host& host) {
   SysValue v;
-  host.sysvars().Get("TEXTSTYLE", &v);
+  host.document().sysvars().Get("TEXTSTYLE", &v);
   return std::get<std::string>(v);
 }
 
@@ -92,11 +92,11 @@ class TextCommand : public Command {
  private:
   enum class State { kMain, kStyle, kJustify, kPoint, kSecondPoint, kHeight, kRotation, kText };
 
-  const StyleRecord* CurrentStyle() const { return host_.tables().styles().Find(CurrentStyleName(host_)); }
+  const StyleRecord* CurrentStyle() const { return host_.document().tables().styles().Find(CurrentStyleName(host_)); }
   bool Vertical() const { const StyleRecord* s = CurrentStyle(); return s && (s->flags & 4); }
   double TextSize() const {
     SysValue v;
-    return host_.sysvars().Get("TEXTSIZE", &v) ? std::get<double>(v) : 2.5;
+    return host_.document().sysvars().Get("TEXTSIZE", &v) ? std::get<double>(v) : 2.5;
   }
   double DefaultRotation() const { return Vertical() ? 270 : 0; }
 
@@ -127,17 +127,17 @@ class TextCommand : public Command {
       return Step::kAsk;
     }
     std::string name = UpperName(a.text);
-    if (!host_.tables().styles().Find(name)) return Reject("Cannot find text style " + a.text + ".");
-    host_.sysvars().Force("TEXTSTYLE", name);
+    if (!host_.document().tables().styles().Find(name)) return Reject("Cannot find text style " + a.text + ".");
+    host_.document().sysvars().Force("TEXTSTYLE", name);
     state_ = State::kMain;
     return Step::kAsk;
   }
 
   Step FirstPoint(const Answer& a) {
-    std::optional<Point3> p = AnswerPoint(a, host_.LastPoint());
+    std::optional<Point3> p = AnswerPoint(a, host_.document().LastPoint());
     if (!p) return Reject("Invalid point or option keyword.");
     first_ = *p;
-    host_.SetLastPoint(*p);
+    host_.document().SetLastPoint(*p);
     if (just_->h == 3 || just_->h == 5) {
       state_ = State::kSecondPoint;
       return Step::kAsk;
@@ -166,7 +166,7 @@ class TextCommand : public Command {
     std::optional<double> h = a.IsEnter() ? TextSize() : AnswerReal(a);
     if (!h || *h <= 0) return Reject("Requires a positive height.");
     height_ = *h;
-    host_.sysvars().Force("TEXTSIZE", *h);
+    host_.document().sysvars().Force("TEXTSIZE", *h);
     state_ = just_->h == 5 ? State::kText : State::kRotation;
     return Step::kAsk;
   }
@@ -185,7 +185,7 @@ class TextCommand : public Command {
 
   // Enter at the first prompt: the same settings, one line further down.
   Step UnderPrevious() {
-    const Entity* prev = host_.drawing().Find(host_.last_text());
+    const Entity* prev = host_.document().drawing().Find(host_.document().last_text());
     if (!prev || prev->erased) return Reject("No previous text to continue.");
     under_ = true;
     height_ = prev->Real(40, TextSize());
@@ -209,7 +209,7 @@ class TextCommand : public Command {
   Step Write(const Answer& a) {
     std::string text = a.Echo();
     if (text.empty()) return Step::kDone;  // Enter: no text at all
-    const StyleRecord* style = host_.tables().styles().Find(under_ ? style_ : CurrentStyleName(host_));
+    const StyleRecord* style = host_.document().tables().styles().Find(under_ ? style_ : CurrentStyleName(host_));
     std::string style_name = style ? style->name : "STANDARD";
     bool vertical = style && (style->flags & 4);
     double width_factor = under_ ? width_factor_ : style ? style->width : 1;
@@ -226,13 +226,13 @@ class TextCommand : public Command {
                            ? first_
                            : JustifiedInsertion(box, first_, just_->h, just_->v,
                                                 rotation_ - (vertical ? 3 * M_PI / 2 : 0));
-    Entity e = host_.NewEntity("TEXT");
+    Entity e = host_.document().NewEntity("TEXT");
     e.groups = LayOut("TEXT", {{10, insertion}, {40, height}, {1, text}, {50, rotation_}, {41, width_factor},
                                {51, style ? style->oblique : 0.0}, {7, style_name},
                                {71, style ? style->generation : short{0}}, {72, just_->h},
                                {11, just_->h == 3 || just_->h == 5 ? second_ : first_}, {73, just_->v}});
     if (!e.NumbersInRange()) return Reject(kValueOutOfRange);
-    host_.set_last_text(host_.drawing().Append(std::move(e)));
+    host_.document().set_last_text(host_.document().drawing().Append(std::move(e)));
     return Step::kDone;
   }
 
@@ -314,7 +314,7 @@ class StyleCommand : public Command {
   Step Name(const Answer& a) {
     std::string name = a.IsEnter() ? CurrentStyleName(host_) : UpperName(a.text);
     if (!ValidSymbolName(name)) return Reject("Invalid text style name.");
-    if (const StyleRecord* old = host_.tables().styles().Find(name)) {
+    if (const StyleRecord* old = host_.document().tables().styles().Find(name)) {
       style_ = *old;
       host_.CommandMessage("Existing style.");
     } else {
@@ -356,8 +356,8 @@ class StyleCommand : public Command {
   }
 
   Step Finish() {
-    host_.tables().styles().Put(style_);
-    host_.sysvars().Force("TEXTSTYLE", style_.name);
+    host_.document().tables().styles().Put(style_);
+    host_.document().sysvars().Force("TEXTSTYLE", style_.name);
     host_.CommandMessage(style_.name + " is now the current text style.");
     return Step::kDone;
   }

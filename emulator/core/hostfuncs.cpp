@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <sstream>
 
-#include "emulator/commands/answer.h"
+#include "emulator/core/answer.h"
 #include "emulator/core/text.h"
 #include "emulator/host.h"
 #include "emulator/platform/search_path.h"

@@ -1,4 +1,5 @@
-// numbers.h - the range of the numbers a drawing keeps.
+// numbers.h - points, colour numbers, and the range of the numbers a
+// drawing keeps.
 //
 // Every real that enters a drawing or a system variable (typed, sent by a
 // program, read from a file) must be finite and at most kMaxMagnitude in
@@ -14,13 +15,20 @@
 
 namespace vorhost {
 
+using Point3 = std::array<double, 3>;
+
+// The colour numbers that stand for the colour of the layer and of the
+// block; the others are 1 to 255.
+constexpr short kColorByBlock = 0;
+constexpr short kColorByLayer = 256;
+
 constexpr double kMaxMagnitude = 1e99;
 
 // The 16-bit integers of the host's short values and DXF groups.
 constexpr long kShortMin = -32768, kShortMax = 32767;
 
 inline bool InRange(double v) { return std::isfinite(v) && std::fabs(v) <= kMaxMagnitude; }
-inline bool InRange(const std::array<double, 3>& p) {
+inline bool InRange(const Point3& p) {
   return InRange(p[0]) && InRange(p[1]) && InRange(p[2]);
 }
 inline bool IsShort(long v) { return v >= kShortMin && v <= kShortMax; }

@@ -114,7 +114,8 @@ bool SysVarTable::Get(std::string_view name, SysValue* value) const {
   return true;
 }
 
-bool SysVarTable::Set(std::string_view name, const SysValue& value, std::string* why) {
+bool SysVarTable::Set(std::string_view name, const SysValue& value, std::string* why,
+                      const TextCheck& check) {
   std::string key = UpperName(name);
   auto it = vars_.find(key);
   if (it == vars_.end()) {
@@ -144,8 +145,8 @@ bool SysVarTable::Set(std::string_view name, const SysValue& value, std::string*
     *why = "Value must be between " + std::to_string(var.min) + " and " + std::to_string(var.max) + ".";
     return false;
   }
-  if (auto* text = std::get_if<std::string>(&v); text && IsCheckedText(key) && text_check_ &&
-                                                  !text_check_(key, text)) {
+  if (auto* text = std::get_if<std::string>(&v); text && IsCheckedText(key) && check &&
+                                                  !check(key, text)) {
     *why = "Cannot set " + key + " to \"" + *text + "\".";
     return false;
   }

@@ -17,9 +17,9 @@
 #include <variant>
 #include <vector>
 
-namespace vorhost {
+#include "emulator/core/numbers.h"
 
-using Point3 = std::array<double, 3>;
+namespace vorhost {
 
 // The value of one group: its kind follows from the group code (see
 // ValueOf in core/resbuf.h): texts, reals, points, 16-bit and 32-bit ints.
@@ -29,9 +29,6 @@ struct Group {
   int code;
   GroupValue value;
 };
-
-constexpr short kColorByBlock = 0;
-constexpr short kColorByLayer = 256;
 
 class Entity {
  public:

@@ -169,7 +169,7 @@ bool ScriptUser::Expect(const std::string& word, const std::string& arg) {
     std::string name = arg.substr(0, space);
     std::string want = space == std::string::npos ? "" : TrimText(arg.substr(space));
     SysValue value;
-    if (!host_.sysvars().Get(name, &value)) {
+    if (!host_.document().sysvars().Get(name, &value)) {
       Fail(num, "no system variable " + name);
       return false;
     }
@@ -179,7 +179,7 @@ bool ScriptUser::Expect(const std::string& word, const std::string& arg) {
     return false;
   }
   if (word == "expect-drawing" || word == "expect-no-drawing") {
-    std::string dump = DumpDrawing(host_.drawing());
+    std::string dump = DumpDrawing(host_.document().drawing());
     bool found = dump.find(arg) != std::string::npos;
     if (found == (word == "expect-drawing")) return true;
     Fail(num, std::string(found ? "the drawing holds: " : "the drawing does not hold: ") + arg +

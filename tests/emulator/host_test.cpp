@@ -91,9 +91,9 @@ TEST_F(HostApiTest, ClayerKeepsTheTrailBytesOfABig5LayerName) {
   host_->Execute("(getvar \"CLAYER\")");
   EXPECT_EQ(lisp::Print(host_->last_value()), "\"" + Big5("電力") + "\"");
   host_->Execute("LINE");
-  EXPECT_NE(DumpDrawing(host_->drawing()).find("LINE layer=\"電力\""), std::string::npos)
-      << DumpDrawing(host_->drawing());
-  EXPECT_EQ(host_->tables().layers().Find(Big5("鄒力")), nullptr);
+  EXPECT_NE(DumpDrawing(host_->document().drawing()).find("LINE layer=\"電力\""), std::string::npos)
+      << DumpDrawing(host_->document().drawing());
+  EXPECT_EQ(host_->document().tables().layers().Find(Big5("鄒力")), nullptr);
 }
 
 TEST_F(HostApiTest, SystemVariablesTypedAsCommands) {
@@ -101,7 +101,7 @@ TEST_F(HostApiTest, SystemVariablesTypedAsCommands) {
   host_->Execute("expert");  // 7 is refused, 2 taken
   host_->Execute("CMDECHO");  // Enter keeps it
   SysValue v;
-  host_->sysvars().Get("EXPERT", &v);
+  host_->document().sysvars().Get("EXPERT", &v);
   EXPECT_EQ(std::get<short>(v), 2);
   EXPECT_NE(Output().find("New value for EXPERT <0>: 7\nValue must be between 0 and 5."),
             std::string::npos)
@@ -195,6 +195,33 @@ TEST_F(HostApiTest, NewDrawingForgetsTheCommandLanguage) {
   host_->NewDrawing();
   EXPECT_FALSE(host_->lisp().IsBound("VORMIS"));
   EXPECT_TRUE(host_->lisp().IsDefined("W1"));
+}
+
+// NEW replaces the whole document: the drawing, its variables, the sets a
+// program holds, and the point and text that commands continue from.
+TEST_F(HostApiTest, NewDrawingReplacesTheWholeDocument) {
+  Answer({"0,0", "10,5", "", "1,1", "2.5", "0", "A"});
+  host_->Execute("LINE");
+  host_->Execute("TEXT");
+  ads_name set;
+  ASSERT_EQ(ads_ssget("X", nullptr, nullptr, nullptr, set), RTNORM);
+  host_->NewDrawing();
+  Document& doc = host_->document();
+  EXPECT_TRUE(doc.drawing().MainEntities().empty());
+  EXPECT_EQ(doc.LastPoint(), (Point3{0, 0, 0}));
+  EXPECT_EQ(doc.last_text(), 0u);
+  long length = 0;
+  EXPECT_NE(ads_sslength(set, &length), RTNORM);
+}
+
+TEST(SelectionSetsTest, AtMost128AreHeldAndFreedNumbersAreNotReused) {
+  SelectionSets sets;
+  for (size_t i = 0; i < SelectionSets::kMaxSets; i++) ASSERT_NE(sets.Add({1}), 0);
+  EXPECT_EQ(sets.Add({1}), 0);
+  EXPECT_TRUE(sets.Free(5));
+  EXPECT_FALSE(sets.Free(5));
+  EXPECT_EQ(sets.Add({2}), 129);
+  EXPECT_EQ(sets.Find(5), nullptr);
 }
 
 TEST(GeometryTest, AnglesOfTheMainDirectionsAreExact) {

@@ -86,8 +86,8 @@ TEST_F(SavesTest, ALinetypeFileOnAFullDiskStaysLoadable) {
       << Output();
   EXPECT_EQ(ReadFile("LT/ELINE.LIN"), old_file);
   EXPECT_EQ(disk.Names(), (std::vector<std::string>{"ELINE.LIN", ScratchDisk::kFiller}));
-  EXPECT_NE(host_->tables().linetypes().Find("OLD"), nullptr) << "the old file is loaded as it was";
-  EXPECT_EQ(host_->tables().linetypes().Find("ELINE1"), nullptr);
+  EXPECT_NE(host_->document().tables().linetypes().Find("OLD"), nullptr) << "the old file is loaded as it was";
+  EXPECT_EQ(host_->document().tables().linetypes().Find("ELINE1"), nullptr);
 }
 
 TEST_F(SavesTest, AReadOnlyLinetypeFileIsNotWrittenWhoeverRunsTheHost) {

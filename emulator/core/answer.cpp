@@ -1,5 +1,5 @@
 // answer.cpp - reading typed answers.
-#include "emulator/commands/answer.h"
+#include "emulator/core/answer.h"
 
 #include <cctype>
 #include <charconv>

@@ -1,6 +1,7 @@
 // answer.h - what a command is given at a prompt: a text the user typed, or
-// a value a program sent through ads_command; and the readers that turn
-// typed texts into points, numbers and keywords as the command line does.
+// a value a program sent through ads_command or a front end handed over;
+// and the readers that turn typed texts into points, numbers and keywords
+// as the command line does.
 #ifndef VORHOST_COMMANDS_ANSWER_H
 #define VORHOST_COMMANDS_ANSWER_H
 
@@ -11,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-#include "emulator/drawing/entity.h"
+#include "emulator/core/numbers.h"
 
 namespace vorhost {
 
