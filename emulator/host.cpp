@@ -42,7 +42,7 @@ bool IsPointValue(const lisp::Value& v) {
 }  // namespace
 
 Host::Host(std::ostream* out)
-    : transcript_(out), lisp_(std::make_unique<lisp::Interpreter>()),
+    : transcript_(out), link_(lisp_),
       dialogs_(std::make_unique<DialogManager>(*this)) {
   previous_ = current_host;
   current_host = this;
@@ -66,7 +66,7 @@ void Host::DefineBuiltins() {
   DefineHostFunctions(*this);
   // (dcl_preview "FILE.DCL" "DIALOG"): shows a dialog with no actions of its
   // own, for a look at it; gives the status it ended with, or nil.
-  lisp_->Define("DCL_PREVIEW", [this](const std::vector<lisp::Value>& args, lisp::Value* r, std::string* err) {
+  lisp_.Define("DCL_PREVIEW", [this](const std::vector<lisp::Value>& args, lisp::Value* r, std::string* err) {
     if (args.size() != 2 || args[0].kind != lisp::Value::Kind::kString || args[1].kind != lisp::Value::Kind::kString) {
       *err = "bad argument type";
       return false;
@@ -80,7 +80,7 @@ void Host::DefineBuiltins() {
     return true;
   });
   // (command "LINE" '(0 0) '(10 0) ""): answers fed as a program feeds them.
-  lisp_->Define("COMMAND", [this](const std::vector<lisp::Value>& args, lisp::Value*, std::string*) {
+  lisp_.Define("COMMAND", [this](const std::vector<lisp::Value>& args, lisp::Value*, std::string*) {
     std::vector<Answer> items;
     for (const lisp::Value& v : args) {
       using K = lisp::Value::Kind;
@@ -101,7 +101,7 @@ void Host::DefineBuiltins() {
     else FeedCommand(items);
     return true;
   });
-  lisp_->Define("GETVAR", [this](const std::vector<lisp::Value>& args, lisp::Value* r,
+  lisp_.Define("GETVAR", [this](const std::vector<lisp::Value>& args, lisp::Value* r,
                                  std::string* err) {
     if (args.size() != 1 || args[0].kind != lisp::Value::Kind::kString) {
       *err = args.size() != 1 ? "too few arguments" : "bad argument type";
@@ -117,7 +117,7 @@ void Host::DefineBuiltins() {
     else *r = lisp::Value::String(std::get<std::string>(v));
     return true;
   });
-  lisp_->Define("SETVAR", [this](const std::vector<lisp::Value>& args, lisp::Value* r,
+  lisp_.Define("SETVAR", [this](const std::vector<lisp::Value>& args, lisp::Value* r,
                                  std::string* err) {
     if (args.size() != 2 || args[0].kind != lisp::Value::Kind::kString) {
       *err = args.size() != 2 ? "too few arguments" : "bad argument type";
@@ -151,25 +151,6 @@ void Host::DefineBuiltins() {
 
 // ---- The module -------------------------------------------------------------
 
-void Host::LoadModule(EntryPoint entry) {
-  if (entry_) UnloadModule();
-  entry_ = entry;
-  unlocked_ = false;
-  entry_(kInitAppMsg, app_id());
-  drawing_open_ = true;
-  entry_(kLoadDwgMsg, nullptr);
-}
-
-void Host::UnloadModule() {
-  if (!entry_) return;
-  EntryPoint entry = entry_;
-  entry(kUnloadDwgMsg, nullptr);
-  entry(kUnloadAppMsg, nullptr);
-  for (const auto& [name, code] : registered_) lisp_->Undefine(name);
-  registered_.clear();
-  entry_ = nullptr;
-}
-
 void Host::NewDrawing() { ReplaceDocument(Document()); }
 
 bool Host::OpenDrawing(const std::string& linux_path, std::string* err) {
@@ -185,78 +166,11 @@ bool Host::OpenDrawing(const std::string& linux_path, std::string* err) {
 
 void Host::ReplaceDocument(Document document) {
   CancelCommand();
-  if (entry_) entry_(kUnloadDwgMsg, nullptr);
-  drawing_open_ = false;
-  for (const auto& [name, code] : registered_) lisp_->Undefine(name);
-  registered_.clear();
+  link_.CloseDrawing();
   document_ = std::move(document);
-  lisp_ = std::make_unique<lisp::Interpreter>();
+  lisp_.Reset();
   DefineBuiltins();
-  drawing_open_ = true;
-  if (entry_) entry_(kLoadDwgMsg, nullptr);
-}
-
-void Host::UnlockApplication(void* app_id) {
-  if (app_id == &app_id_) unlocked_ = true;
-}
-
-// ---- Registered functions -----------------------------------------------------
-
-int Host::Defun(std::string_view name, short code) {
-  if (!drawing_open_ || name.empty()) return RTERROR;
-  std::string upper = UpperName(name);
-  std::erase_if(registered_, [&](const auto& r) { return r.first == upper; });
-  registered_.emplace_back(upper, code);
-  RegisterInLisp(upper, code);
-  return RTNORM;
-}
-
-void Host::RegisterInLisp(const std::string& name, short code) {
-  lisp_->Define(name, [this, code](const std::vector<lisp::Value>& args, lisp::Value* r,
-                                   std::string* err) { return CallModule(code, args, r, err); });
-}
-
-int Host::Undef(std::string_view name, short code) {
-  std::string upper = UpperName(name);
-  auto it = std::find_if(registered_.begin(), registered_.end(),
-                         [&](const auto& r) { return r.first == upper && r.second == code; });
-  if (it == registered_.end()) return RTERROR;
-  registered_.erase(it);
-  lisp_->Undefine(upper);
-  return RTNORM;
-}
-
-std::optional<short> Host::RegisteredCode(std::string_view name) const {
-  std::string upper = UpperName(name);
-  for (const auto& [n, code] : registered_)
-    if (n == upper) return code;
-  return std::nullopt;
-}
-
-bool Host::CallModule(int code, const std::vector<lisp::Value>& args, lisp::Value* result,
-                      std::string* err) {
-  if (!entry_) {
-    *err = "null function";
-    return false;
-  }
-  auto call = std::make_unique<ModuleCall>();
-  call->code = code;
-  resbuf** link = &call->args;
-  for (const lisp::Value& arg : args) {
-    *link = lisp::ToResbuf(arg);
-    while (*link) link = &(*link)->rbnext;
-  }
-  calls_.push_back(std::move(call));
-  entry_(kInvkSubrMsg, nullptr);
-  std::unique_ptr<ModuleCall> done = std::move(calls_.back());
-  calls_.pop_back();
-  ReleaseList(done->args);
-  if (done->failure) {
-    *err = *done->failure;
-    return false;
-  }
-  *result = done->result;
-  return true;
+  link_.OpenDrawing();
 }
 
 // ---- The command line -----------------------------------------------------------
@@ -312,7 +226,7 @@ void Host::EvaluateLine(std::string_view line) {
       transcript_.WriteLine("error: " + err);
       return;
     }
-    if (!lisp_->Eval(expr, &value, &err)) {
+    if (!lisp_.Eval(expr, &value, &err)) {
       transcript_.WriteLine("error: " + err);
       transcript_.WriteLine(lisp::Print(expr));
       transcript_.WriteLine("*Cancel*");

@@ -19,22 +19,12 @@
 #include "emulator/dialogs/dialogs.h"
 #include "emulator/drawing/document.h"
 #include "emulator/lisp/interp.h"
+#include "emulator/session/module_link.h"
 #include "emulator/ui/transcript.h"
 #include "emulator/ui/user.h"
 #include "host/ads.h"
 
 namespace vorhost {
-
-// The module's exported entry point, as the host calls it.
-using EntryPoint = int (*)(int msg, void* pkt);
-
-// A call of a registered function while the module runs it.
-struct ModuleCall {
-  int code = 0;
-  resbuf* args = nullptr;          // owned by the host, freed after the call
-  lisp::Value result;              // set by ads_ret*; void until then
-  std::optional<std::string> failure;  // set by ads_fail
-};
 
 class Host {
  public:
@@ -51,7 +41,8 @@ class Host {
 
   Transcript& transcript() { return transcript_; }
   Document& document() { return document_; }
-  lisp::Interpreter& lisp() { return *lisp_; }
+  lisp::Interpreter& lisp() { return lisp_; }
+  ModuleLink& module() { return link_; }
   DialogManager& dialogs() { return *dialogs_; }
 
   // The user is not owned. With none, every question is cancelled.
@@ -59,11 +50,9 @@ class Host {
   User* user() const { return user_; }
 
   // ---- The module --------------------------------------------------------
-  // Loads the module: messages 1 (load) and 3 (drawing opened).
-  void LoadModule(EntryPoint entry);
-  // Messages 4 (drawing closing) and 2 (unload).
-  void UnloadModule();
-  bool module_loaded() const { return entry_ != nullptr; }
+  // Loads the module (module().Load) for the drawing that is open.
+  void LoadModule(EntryPoint entry) { link_.Load(entry); }
+  void UnloadModule() { link_.Unload(); }
   // Closes the drawing (message 4) and opens a new one (message 3): the
   // command language starts afresh, as the host does for each drawing.
   void NewDrawing();
@@ -71,25 +60,6 @@ class Host {
   // variables it holds, as NewDrawing does; false with *err (and the drawing
   // unchanged) when the file cannot be read.
   bool OpenDrawing(const std::string& linux_path, std::string* err);
-  // The application pointer handed over with message 1; acrxUnlockApplication
-  // with it allows the host to unload the module.
-  void* app_id() { return &app_id_; }
-  void UnlockApplication(void* app_id);
-  bool unlocked() const { return unlocked_; }
-
-  // ---- Registered functions (ads_defun, ads_undef) -----------------------
-  int Defun(std::string_view name, short code);
-  int Undef(std::string_view name, short code);
-  // Registered name -> code, for the drawing now open.
-  std::optional<short> RegisteredCode(std::string_view name) const;
-
-  // Runs a registered function's code in the module (message 5) with the
-  // given arguments. False with *err when the module failed the call
-  // (ads_fail) or no module is loaded.
-  bool CallModule(int code, const std::vector<lisp::Value>& args, lisp::Value* result,
-                  std::string* err);
-  // The call in progress, or null.
-  ModuleCall* call() { return calls_.empty() ? nullptr : calls_.back().get(); }
 
   // ---- Commands ------------------------------------------------------------
   bool command_pending() const { return command_ != nullptr; }
@@ -133,21 +103,15 @@ class Host {
   void EvaluateLine(std::string_view line);
   void RunCommand(std::string_view name);
   bool StartCommand(std::string_view typed, bool echo);
-  void RegisterInLisp(const std::string& name, short code);
 
   Transcript transcript_;
   Document document_;
-  std::unique_ptr<lisp::Interpreter> lisp_;
+  lisp::Interpreter lisp_;
+  ModuleLink link_;
   std::unique_ptr<DialogManager> dialogs_;
   User* user_ = nullptr;
   Host* previous_ = nullptr;
 
-  EntryPoint entry_ = nullptr;
-  int app_id_ = 0;
-  bool unlocked_ = false;
-  bool drawing_open_ = true;
-  std::vector<std::pair<std::string, short>> registered_;
-  std::vector<std::unique_ptr<ModuleCall>> calls_;
   lisp::Value last_value_;
   bool echo_answers_ = true;
 

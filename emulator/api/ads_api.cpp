@@ -21,7 +21,7 @@ namespace {
 
 ModuleCall* CurrentCall() {
   Host* host = Host::Current();
-  return host ? host->call() : nullptr;
+  return host ? host->module().call() : nullptr;
 }
 
 int SetResult(Value v) {
@@ -36,17 +36,17 @@ int SetResult(Value v) {
 // ---- Registration and results -------------------------------------------------
 
 extern "C" void acrxUnlockApplication(void* appId) {
-  if (Host* host = Host::Current()) host->UnlockApplication(appId);
+  if (Host* host = Host::Current()) host->module().Unlock(appId);
 }
 
 extern "C" int ads_defun(const char* sname, short funcno) {
   Host* host = Host::Current();
-  return host && sname ? host->Defun(sname, funcno) : RTERROR;
+  return host && sname ? host->module().Defun(sname, funcno) : RTERROR;
 }
 
 extern "C" int ads_undef(const char* sname, short funcno) {
   Host* host = Host::Current();
-  return host && sname ? host->Undef(sname, funcno) : RTERROR;
+  return host && sname ? host->module().Undef(sname, funcno) : RTERROR;
 }
 
 extern "C" int ads_getfuncode(void) {
@@ -56,7 +56,7 @@ extern "C" int ads_getfuncode(void) {
 
 extern "C" resbuf* ads_getargs(void) {
   ModuleCall* call = CurrentCall();
-  return call ? call->args : nullptr;
+  return call ? call->args.get() : nullptr;
 }
 
 extern "C" int ads_retvoid(void) { return SetResult(Value::Void()); }

@@ -289,7 +289,15 @@ bool Read(std::string_view text, size_t* pos, Value* out, std::string* err) {
   return ReadAt(text, pos, out, err, 0);
 }
 
-Interpreter::Interpreter() {
+Interpreter::Interpreter() { DefineBuiltins(); }
+
+void Interpreter::Reset() {
+  functions_.clear();
+  symbols_.clear();
+  DefineBuiltins();
+}
+
+void Interpreter::DefineBuiltins() {
   Define("LIST", [](const std::vector<Value>& args, Value* r, std::string* err) {
     Value list = Value::List(args);
     if (list.depth > kMaxNesting) {

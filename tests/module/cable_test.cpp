@@ -71,7 +71,7 @@ class CableTest : public ModuleStateTest {
     });
     lisp::Value result;
     std::string err;
-    host_->CallModule(0, {}, &result, &err);
+    host_->module().Call(0, {}, &result, &err);
     current = nullptr;
     return err;
   }

@@ -23,7 +23,7 @@ class EntryTest : public HostTest {
  protected:
   void ExpectRegistered(bool registered) {
     for (short code = 0; code < FUNCTION_COUNT; code++) {
-      std::optional<short> found = host_->RegisteredCode(FunctionTable[code].name);
+      std::optional<short> found = host_->module().RegisteredCode(FunctionTable[code].name);
       if (registered) {
         ASSERT_TRUE(found) << FunctionTable[code].name;
         EXPECT_EQ(*found, code);
@@ -46,7 +46,7 @@ TEST_F(EntryTest, TheTableNamesTheFiveFunctionsInCodeOrder) {
 TEST_F(EntryTest, RegistersForEveryDrawingAndUnregistersWhenItCloses) {
   ExpectRegistered(false);
   host_->LoadModule(acrxEntryPoint);
-  EXPECT_TRUE(host_->unlocked());
+  EXPECT_TRUE(host_->module().unlocked());
   ExpectRegistered(true);
 
   host_->NewDrawing();
@@ -71,7 +71,7 @@ TEST_F(EntryTest, DispatchRunsEachCodeWithAVoidResult) {
   for (int code = 0; code < FUNCTION_COUNT; code++) {
     lisp::Value result = lisp::Value::String("stale");
     std::string err;
-    EXPECT_TRUE(host_->CallModule(code, {lisp::Value::String("E*")}, &result, &err)) << err;
+    EXPECT_TRUE(host_->module().Call(code, {lisp::Value::String("E*")}, &result, &err)) << err;
     EXPECT_EQ(result.kind, lisp::Value::Kind::kVoid) << code;
     EXPECT_EQ(CurrentArgs, nullptr) << "the argument list outlived its call";
   }
@@ -82,7 +82,7 @@ TEST_F(EntryTest, AnUnknownCodeFailsWithoutRunningAHandler) {
   for (int code : {5, -1, 1000}) {
     lisp::Value result;
     std::string err;
-    EXPECT_FALSE(host_->CallModule(code, {}, &result, &err)) << code;
+    EXPECT_FALSE(host_->module().Call(code, {}, &result, &err)) << code;
     EXPECT_EQ(err, "Received nonexistent function code.");
   }
 }

@@ -160,7 +160,7 @@ TEST_F(LayerTest, ADialogThatCannotBeMadeFailsWithTheHostMessage) {
   });
   lisp::Value result;
   std::string err;
-  EXPECT_FALSE(host_->CallModule(0, {}, &result, &err));
+  EXPECT_FALSE(host_->module().Call(0, {}, &result, &err));
   EXPECT_EQ(status, RTERROR);
   EXPECT_EQ(err, "Unable to initialize dialog box: VOR_LAY_SET");
   EXPECT_EQ(ChosenLayer, std::string());

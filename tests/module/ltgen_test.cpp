@@ -36,7 +36,7 @@ class LinetypeGeneratorTest : public ModuleTest {
   void Generate() {
     lisp::Value result;
     std::string err;
-    ASSERT_TRUE(host_->CallModule(3, {}, &result, &err)) << err;
+    ASSERT_TRUE(host_->module().Call(3, {}, &result, &err)) << err;
   }
   short Var(const char* name) {
     SysValue v;
