@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "emulator/host.h"
+#include "emulator/session/host.h"
 #include "emulator/io/dump.h"
 #include "emulator/io/dxf.h"
 #include "emulator/io/host_text.h"
@@ -249,18 +249,18 @@ int main(int argc, char** argv) {
   }
   vorhost::Host host(&std::cout);
   vorhost::ScriptUser script(host, opts.script == "-" ? "<stdin>" : opts.script, in);
-  host.set_user(&script);
+  host.console().set_user(&script);
   bool person = opts.script == "-" && isatty(STDIN_FILENO);
   if (person) std::cout << kVersion;
-  host.set_echo_answers(!person);
+  host.console().set_echo_answers(!person);
   script.set_interactive(person);
   if (!opts.open.empty() && !host.OpenDrawing(opts.open, &err)) {
     std::cerr << "vorhost: " << err << "\n";
     return 2;
   }
-  host.LoadModule(acrxEntryPoint);
+  host.module().Load(acrxEntryPoint);
   host.Run();
-  host.UnloadModule();
+  host.module().Unload();
   std::cout.flush();
   int status = script.failed() ? 1 : 0;
   if (script.failed()) std::cerr << script.failure() << "\n";

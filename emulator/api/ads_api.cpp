@@ -10,7 +10,7 @@
 #include "emulator/core/alloc.h"
 #include "emulator/core/resbuf.h"
 #include "emulator/core/wcmatch.h"
-#include "emulator/host.h"
+#include "emulator/session/host.h"
 #include "host/ads.h"
 
 using vorhost::Host;
@@ -107,7 +107,7 @@ extern "C" int ads_printf(const char* format, ...) {
 extern "C" int ads_alert(const char* str) {
   Host* host = Host::Current();
   if (!host || !str) return RTERROR;
-  host->Alert(str);
+  host->console().Alert(str);
   return RTNORM;
 }
 

@@ -10,7 +10,7 @@
 #include "emulator/core/alloc.h"
 #include "emulator/core/resbuf.h"
 #include "emulator/drawing/textmetric.h"
-#include "emulator/host.h"
+#include "emulator/session/host.h"
 #include "host/ads.h"
 
 using vorhost::Answer;
@@ -35,20 +35,11 @@ bool ItemAnswer(int type, const ads_u_val& v, Answer* out) {
     case RTLONG: *out = Answer::OfInt(v.rlong); return true;
     case RT3DPOINT: *out = Answer::OfPoint({v.rpoint[0], v.rpoint[1], v.rpoint[2]}); return true;
     case RTPOINT: *out = Answer::OfPoint({v.rpoint[0], v.rpoint[1], 0}); return true;
-    case RTENAME: {
-      Answer a;
-      a.kind = Answer::Kind::kName;
-      a.entities = {vorhost::EntityId(v.rlname)};
-      *out = a;
-      return true;
-    }
+    case RTENAME: *out = Answer::OfEntities(Answer::Kind::kName, {vorhost::EntityId(v.rlname)}); return true;
     case RTPICKS: {
       const std::vector<uint64_t>* set = SetOf(*Host::Current(), v.rlname);
       if (!set) return false;
-      Answer a;
-      a.kind = Answer::Kind::kSet;
-      a.entities = *set;
-      *out = a;
+      *out = Answer::OfEntities(Answer::Kind::kSet, *set);
       return true;
     }
     default: return false;
@@ -58,16 +49,16 @@ bool ItemAnswer(int type, const ads_u_val& v, Answer* out) {
 int RunItems(const std::vector<Answer>& items, bool ok) {
   Host* host = Host::Current();
   if (!host || !ok) return RTERROR;
-  return host->FeedCommand(items);
+  return host->commands().Feed(items);
 }
 
 // Lets the user select objects; false when the user cancelled.
 bool UserSelection(Host& host, std::vector<uint64_t>* out) {
-  vorhost::ObjectSelector selector(host);
+  vorhost::ObjectSelector selector(host.commands());
   for (;;) {
-    vorhost::Input in = host.Ask(selector.Prompt());
-    if (in.kind != vorhost::Input::Kind::kLine) return false;
-    vorhost::Step s = selector.Feed(Answer::Text(in.text));
+    vorhost::Input in = host.console().Ask(selector.Prompt(), selector.asking());
+    if (!in.IsAnswer()) return false;
+    vorhost::Step s = selector.Feed(in.answer);
     if (s == vorhost::Step::kReject) host.transcript().WriteLine(selector.refusal());
     if (s == vorhost::Step::kDone) break;
   }
@@ -190,7 +181,7 @@ extern "C" int ads_ssget(const char* str, const void* pt1, const void* pt2, cons
                          ads_name ss) {
   (void)filter;  // selection filters are not offered
   Host* host = Host::Current();
-  if (!host || !ss || host->command_pending() || host->dialogs().any_open()) return RTERROR;
+  if (!host || !ss || host->commands().pending() || host->dialogs().any_open()) return RTERROR;
   std::string mode = str ? str : "";
   std::vector<uint64_t> found;
   const vorhost::Drawing& d = host->document().drawing();
@@ -203,7 +194,7 @@ extern "C" int ads_ssget(const char* str, const void* pt1, const void* pt2, cons
   } else if (mode == "P") {
     found = host->document().selection_sets().previous();
   } else if ((mode == "W" || mode == "C") && pt1 && pt2) {
-    vorhost::ObjectSelector selector(*host);
+    vorhost::ObjectSelector selector(host->commands());
     const ads_real* a = static_cast<const ads_real*>(pt1);
     const ads_real* b = static_cast<const ads_real*>(pt2);
     selector.Feed(Answer::Text(mode));
@@ -245,13 +236,13 @@ extern "C" int ads_ssfree(const ads_name sname) {
 
 extern "C" int ads_getpoint(const ads_point pt, const char* prompt, ads_point result) {
   Host* host = Host::Current();
-  if (!host || !result || host->command_pending() || host->dialogs().any_open()) return RTERROR;
+  if (!host || !result || host->commands().pending() || host->dialogs().any_open()) return RTERROR;
   vorhost::Point3 base = pt ? vorhost::Point3{pt[0], pt[1], pt[2]} : host->document().LastPoint();
   for (;;) {
-    vorhost::Input in = host->Ask(prompt ? prompt : "");
-    if (in.kind != vorhost::Input::Kind::kLine) return RTCAN;
-    if (in.text.empty()) return RTNONE;
-    if (std::optional<vorhost::Point3> p = vorhost::AnswerPoint(Answer::Text(in.text), base)) {
+    vorhost::Input in = host->console().Ask(prompt ? prompt : "", vorhost::Asking::kPoint);
+    if (!in.IsAnswer()) return RTCAN;
+    if (in.answer.IsEnter()) return RTNONE;
+    if (std::optional<vorhost::Point3> p = vorhost::AnswerPoint(in.answer, base)) {
       std::memcpy(result, p->data(), sizeof(ads_point));
       return RTNORM;
     }

@@ -4,7 +4,6 @@
 
 #include "emulator/commands/registry.h"
 #include "emulator/core/text.h"
-#include "emulator/host.h"
 #include "emulator/io/dxf.h"
 #include "emulator/platform/filesystem.h"
 #include "emulator/platform/replace_file.h"
@@ -39,29 +38,33 @@ class SaveAsCommand : public Command {
     std::string full = Files().DosPath(dos);
     if (!Files().Resolve(dos, &linux_path)) return Reject("Invalid file name " + dos + ".");
     std::string text;
-    if (!DrawingDxf(host_.document().drawing(), host_.document().sysvars(), &text))
+    if (!DrawingDxf(doc().drawing(), doc().sysvars(), &text))
       return Reject("Cannot save " + full + ": " + kNotFiniteReason + ".");
     if (!ReplaceFile(linux_path, text, full, &why)) return Reject(why);
     size_t slash = FindLastSeparator(full);  // never the second byte of a Big5 character
-    host_.document().sysvars().Force("DWGNAME", full.substr(slash + 1));
-    host_.document().sysvars().Force("DWGPREFIX", full.substr(0, slash + 1));
-    host_.CommandMessage("Saved " + full + ".");
+    doc().sysvars().Force("DWGNAME", full.substr(slash + 1));
+    doc().sysvars().Force("DWGPREFIX", full.substr(0, slash + 1));
+    Message("Saved " + full + ".");
     return Step::kDone;
   }
 
  private:
   std::string DefaultName() const {
     SysValue prefix, name;
-    host_.document().sysvars().Get("DWGPREFIX", &prefix);
-    host_.document().sysvars().Get("DWGNAME", &name);
+    doc().sysvars().Get("DWGPREFIX", &prefix);
+    doc().sysvars().Get("DWGNAME", &name);
     std::string n = std::get<std::string>(name);
     size_t dot = n.rfind('.');
     return std::get<std::string>(prefix) + n.substr(0, dot) + ".DXF";
   }
 };
 
+const CommandEntry kFileCommands[] = {
+    {"SAVEAS", "save the drawing as a DXF file", Make<SaveAsCommand>},
+};
+
 }  // namespace
 
-std::unique_ptr<Command> MakeSaveAs(Host& host) { return std::make_unique<SaveAsCommand>(host); }
+std::span<const CommandEntry> FileCommands() { return kFileCommands; }
 
 }  // namespace vorhost

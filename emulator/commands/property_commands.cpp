@@ -9,15 +9,14 @@
 #include "emulator/core/text.h"
 #include "emulator/core/wcmatch.h"
 #include "emulator/drawing/linfile.h"
-#include "emulator/host.h"
 #include "emulator/platform/search_path.h"
 
 namespace vorhost {
 namespace {
 
-std::string CurrentText(Host& host, const char* var) {
+std::string CurrentText(const Document& doc, const char* var) {
   SysValue v;
-  return host.document().sysvars().Get(var, &v) ? FormatSysValue(v) : "";
+  return doc.sysvars().Get(var, &v) ? FormatSysValue(v) : "";
 }
 
 // The names of a comma-separated answer, upper-cased; empty entries dropped.
@@ -55,14 +54,14 @@ bool ReadLinetypeFile(const std::string& file, std::vector<LinetypeRecord>* reco
 
 // Makes a linetype known to the drawing, looking in ACAD.LIN for one that
 // is not loaded yet; false when it is nowhere.
-bool EnsureLinetype(Host& host, const std::string& name) {
-  if (host.document().tables().linetypes().Find(name)) return true;
+bool EnsureLinetype(Document& doc, const std::string& name) {
+  if (doc.tables().linetypes().Find(name)) return true;
   std::vector<LinetypeRecord> records;
   std::string why;
   if (!ReadLinetypeFile("ACAD.LIN", &records, &why)) return false;
   for (LinetypeRecord& r : records)
     if (SameName(r.name, name)) {
-      host.document().tables().linetypes().Put(std::move(r));
+      doc.tables().linetypes().Put(std::move(r));
       return true;
     }
   return false;
@@ -78,10 +77,10 @@ class LayerCommand : public Command {
     switch (state_) {
       case State::kMain: return "\n?/Make/Set/New/ON/OFF/Color/Ltype/Freeze/Thaw/LOck/Unlock: ";
       case State::kNew: return "\nNew layer name(s): ";
-      case State::kCurrent: return "\nNew current layer <" + CurrentText(host_, "CLAYER") + ">: ";
+      case State::kCurrent: return "\nNew current layer <" + CurrentText(doc(), "CLAYER") + ">: ";
       case State::kColor: return "\nColor: ";
       case State::kLinetype: return "\nLinetype (or ?) <CONTINUOUS>: ";
-      case State::kNames: return "\nLayer name(s) " + names_prompt_ + " <" + CurrentText(host_, "CLAYER") + ">: ";
+      case State::kNames: return "\nLayer name(s) " + names_prompt_ + " <" + CurrentText(doc(), "CLAYER") + ">: ";
       case State::kList: return "\nLayer name(s) to list <*>: ";
     }
     return "";
@@ -101,8 +100,8 @@ class LayerCommand : public Command {
       case State::kLinetype: {
         std::string name = UpperName(a.text);
         if (a.IsEnter()) name = "CONTINUOUS";
-        if (!EnsureLinetype(host_, name)) return Reject("Linetype " + name + " not found.");
-        linetype_ = host_.document().tables().linetypes().Find(name)->name;
+        if (!EnsureLinetype(doc(), name)) return Reject("Linetype " + name + " not found.");
+        linetype_ = doc().tables().linetypes().Find(name)->name;
         return AskNames("for linetype " + linetype_);
       }
       case State::kNames: return Names(a);
@@ -148,7 +147,7 @@ class LayerCommand : public Command {
     for (const std::string& n : names)
       if (!ValidSymbolName(n)) return Reject("Invalid layer name: " + n);
     for (const std::string& n : names)
-      if (!host_.document().tables().layers().Find(n)) host_.document().tables().layers().Put(LayerRecord{n});
+      if (!doc().tables().layers().Find(n)) doc().tables().layers().Put(LayerRecord{n});
     state_ = State::kMain;
     return Step::kAsk;
   }
@@ -157,11 +156,11 @@ class LayerCommand : public Command {
     if (!a.IsEnter()) {
       std::string name = UpperName(a.text);
       if (!ValidSymbolName(name)) return Reject("Invalid layer name.");
-      if (!host_.document().tables().layers().Find(name)) {
+      if (!doc().tables().layers().Find(name)) {
         if (action_ == "SET") return Reject("Cannot find layer " + name + ".");
-        host_.document().tables().layers().Put(LayerRecord{name});
+        doc().tables().layers().Put(LayerRecord{name});
       }
-      host_.document().sysvars().Force("CLAYER", host_.document().tables().layers().Find(name)->name);
+      doc().sysvars().Force("CLAYER", doc().tables().layers().Find(name)->name);
     }
     state_ = State::kMain;
     return Step::kAsk;
@@ -169,17 +168,17 @@ class LayerCommand : public Command {
 
   // Applies the chosen change to the layers the answer names (patterns allowed).
   Step Names(const Answer& a) {
-    std::vector<std::string> patterns = a.IsEnter() ? std::vector<std::string>{CurrentText(host_, "CLAYER")}
+    std::vector<std::string> patterns = a.IsEnter() ? std::vector<std::string>{CurrentText(doc(), "CLAYER")}
                                                     : NameList(a.text);
     int changed = 0;
-    for (const LayerRecord& r : host_.document().tables().layers().records())
+    for (const LayerRecord& r : doc().tables().layers().records())
       for (const std::string& p : patterns)
         if (WcMatch(r.name, p)) {
-          Change(*host_.document().tables().layers().Find(r.name));
+          Change(*doc().tables().layers().Find(r.name));
           changed++;
           break;
         }
-    if (changed == 0) host_.CommandMessage("No matching layer names found.");
+    if (changed == 0) Message("No matching layer names found.");
     state_ = State::kMain;
     return Step::kAsk;
   }
@@ -199,8 +198,8 @@ class LayerCommand : public Command {
 
   Step List(const Answer& a) {
     std::string pattern = a.IsEnter() ? "*" : UpperName(a.text);
-    host_.CommandMessage("Layer name          State      Color   Linetype");
-    for (const LayerRecord& r : host_.document().tables().layers().records())
+    Message("Layer name          State      Color   Linetype");
+    for (const LayerRecord& r : doc().tables().layers().records())
       if (WcMatch(r.name, pattern)) {
         std::string state = r.color < 0 ? "Off" : "On";
         if (r.flags & 1) state += " Frozen";
@@ -208,7 +207,7 @@ class LayerCommand : public Command {
         std::string line = r.name;
         line.resize(std::max<size_t>(line.size() + 1, 20), ' ');
         state.resize(11, ' ');
-        host_.CommandMessage(line + state + std::to_string(std::abs(r.color)) + "       " + r.linetype);
+        Message(line + state + std::to_string(std::abs(r.color)) + "       " + r.linetype);
       }
     state_ = State::kMain;
     return Step::kAsk;
@@ -232,7 +231,7 @@ class LinetypeCommand : public Command {
       case State::kFile: return "\nFile to search <ACAD.LIN>: ";
       case State::kReload:
         return "\nLinetype " + queue_.front().name + " is already loaded.  Reload it? <Y> ";
-      case State::kSet: return "\nNew object linetype (or ?) <" + CurrentText(host_, "CELTYPE") + ">: ";
+      case State::kSet: return "\nNew object linetype (or ?) <" + CurrentText(doc(), "CELTYPE") + ">: ";
     }
     return "";
   }
@@ -282,7 +281,7 @@ class LinetypeCommand : public Command {
       if (all) break;
       bool found = false;
       for (const LinetypeRecord& r : records) found = found || SameName(r.name, name);
-      if (!found) host_.CommandMessage("Linetype " + name + " not found in " + a.Echo() + ".");
+      if (!found) Message("Linetype " + name + " not found in " + a.Echo() + ".");
     }
     for (LinetypeRecord& r : records) {
       bool asked = all;
@@ -296,9 +295,9 @@ class LinetypeCommand : public Command {
   // unless EXPERT is 3 or more.
   Step Continue() {
     SysValue expert;
-    bool ask = !host_.document().sysvars().Get("EXPERT", &expert) || std::get<short>(expert) < 3;
+    bool ask = !doc().sysvars().Get("EXPERT", &expert) || std::get<short>(expert) < 3;
     while (!queue_.empty()) {
-      if (host_.document().tables().linetypes().Find(queue_.front().name)) {
+      if (doc().tables().linetypes().Find(queue_.front().name)) {
         if (ask) {
           state_ = State::kReload;
           return Step::kAsk;
@@ -314,26 +313,26 @@ class LinetypeCommand : public Command {
   }
 
   void Put(const LinetypeRecord& r, const char* how) {
-    host_.document().tables().linetypes().Put(r);
-    host_.CommandMessage("Linetype " + r.name + " " + how + ".");
+    doc().tables().linetypes().Put(r);
+    Message("Linetype " + r.name + " " + how + ".");
   }
 
   Step Set(const Answer& a) {
     if (!a.IsEnter()) {
       std::string name = UpperName(a.text);
-      if (name != "BYLAYER" && name != "BYBLOCK" && !EnsureLinetype(host_, name))
+      if (name != "BYLAYER" && name != "BYBLOCK" && !EnsureLinetype(doc(), name))
         return Reject("Linetype " + name + " not found.  Use the Load option to load it.");
-      host_.document().sysvars().Force("CELTYPE", name == "BYLAYER" || name == "BYBLOCK"
+      doc().sysvars().Force("CELTYPE", name == "BYLAYER" || name == "BYBLOCK"
                                            ? name
-                                           : host_.document().tables().linetypes().Find(name)->name);
+                                           : doc().tables().linetypes().Find(name)->name);
     }
     state_ = State::kMain;
     return Step::kAsk;
   }
 
   void List() {
-    for (const LinetypeRecord& r : host_.document().tables().linetypes().records())
-      host_.CommandMessage(r.name + "  " + r.description);
+    for (const LinetypeRecord& r : doc().tables().linetypes().records())
+      Message(r.name + "  " + r.description);
   }
 
   State state_ = State::kMain;
@@ -347,14 +346,14 @@ class LtscaleCommand : public Command {
  public:
   using Command::Command;
   std::string Prompt() const override {
-    return "\nNew scale factor <" + CurrentText(host_, "LTSCALE") + ">: ";
+    return "\nNew scale factor <" + CurrentText(doc(), "LTSCALE") + ">: ";
   }
   Step Feed(const Answer& a) override {
     if (a.IsEnter()) return Step::kDone;
     std::optional<double> v = AnswerReal(a);
     if (!v || *v <= 0) return Reject("Requires a positive number.");
-    host_.document().sysvars().Force("LTSCALE", *v);
-    host_.CommandMessage("Regenerating drawing.");
+    doc().sysvars().Force("LTSCALE", *v);
+    Message("Regenerating drawing.");
     return Step::kDone;
   }
 };
@@ -363,7 +362,7 @@ class LtscaleCommand : public Command {
 
 class ChpropCommand : public Command {
  public:
-  explicit ChpropCommand(Host& host) : Command(host), selector_(host) {}
+  explicit ChpropCommand(CommandContext& context) : Command(context), selector_(context) {}
 
   std::string Prompt() const override {
     switch (state_) {
@@ -378,6 +377,7 @@ class ChpropCommand : public Command {
     }
     return "";
   }
+  Asking asking() const override { return state_ == State::kSelect ? selector_.asking() : Asking::kPrompt; }
 
   Step Feed(const Answer& a) override {
     if (state_ == State::kSelect) {
@@ -415,7 +415,7 @@ class ChpropCommand : public Command {
     std::string common;
     bool first = true;
     for (uint64_t id : selector_.selected()) {
-      const Entity* e = host_.document().drawing().Find(id);
+      const Entity* e = doc().drawing().Find(id);
       if (!e) continue;
       std::string v = value(*e);
       if (!first && v != common) return "varies";
@@ -428,7 +428,7 @@ class ChpropCommand : public Command {
   // Applies f to each selected entity and to its vertices and end marker.
   template <typename F>
   void ForEach(F f) {
-    Drawing& d = host_.document().drawing();
+    Drawing& d = doc().drawing();
     for (uint64_t id : selector_.selected()) {
       Entity* e = d.Find(id);
       if (!e) continue;
@@ -453,16 +453,16 @@ class ChpropCommand : public Command {
       }
       case State::kLayer: {
         std::string name = UpperName(a.Echo());
-        const LayerRecord* layer = host_.document().tables().layers().Find(name);
+        const LayerRecord* layer = doc().tables().layers().Find(name);
         if (!layer) return Reject("Cannot find layer " + name + ".");
         ForEach([&](Entity& e) { e.layer = layer->name; });
         break;
       }
       case State::kLinetype: {
         std::string name = UpperName(a.Echo());
-        if (name != "BYLAYER" && name != "BYBLOCK" && !EnsureLinetype(host_, name))
+        if (name != "BYLAYER" && name != "BYBLOCK" && !EnsureLinetype(doc(), name))
           return Reject("Linetype " + name + " not found.  Use the LINETYPE command to load it.");
-        std::string stored = name == "BYLAYER" ? "" : name == "BYBLOCK" ? name : host_.document().tables().linetypes().Find(name)->name;
+        std::string stored = name == "BYLAYER" ? "" : name == "BYBLOCK" ? name : doc().tables().linetypes().Find(name)->name;
         ForEach([&](Entity& e) { e.linetype = stored; });
         break;
       }
@@ -509,25 +509,25 @@ bool ParseSysValue(const Answer& a, const SysValue& like, SysValue* out) {
 
 class SysvarCommand : public Command {
  public:
-  SysvarCommand(Host& host, std::string name) : Command(host), name_(std::move(name)) {}
+  SysvarCommand(CommandContext& context, std::string name) : Command(context), name_(std::move(name)) {}
 
   Step Begin() override {
-    const SysVar* var = host_.document().sysvars().Find(name_);
+    const SysVar* var = doc().sysvars().Find(name_);
     if (var->read_only) {
-      host_.CommandMessage(name_ + " = " + FormatSysValue(var->value) + " (read only)");
+      Message(name_ + " = " + FormatSysValue(var->value) + " (read only)");
       return Step::kDone;
     }
     return Step::kAsk;
   }
   std::string Prompt() const override {
-    return "\nNew value for " + name_ + " <" + CurrentText(host_, name_.c_str()) + ">: ";
+    return "\nNew value for " + name_ + " <" + CurrentText(doc(), name_.c_str()) + ">: ";
   }
   Step Feed(const Answer& a) override {
     if (a.IsEnter()) return Step::kDone;
     SysValue value;
     std::string why = "Invalid value.";
-    if (ParseSysValue(a, host_.document().sysvars().Find(name_)->value, &value) &&
-        host_.document().SetVariable(name_, value, &why))
+    if (ParseSysValue(a, doc().sysvars().Find(name_)->value, &value) &&
+        doc().SetVariable(name_, value, &why))
       return Step::kDone;
     return Reject(why);
   }
@@ -536,16 +536,21 @@ class SysvarCommand : public Command {
   std::string name_;
 };
 
+const CommandEntry kPropertyCommands[] = {
+    {"CHPROP", "change colour, layer, linetype, linetype scale or thickness of objects", Make<ChpropCommand>},
+    {"LAYER", "make, set and change layers", Make<LayerCommand>},
+    {"LINETYPE", "load linetypes from a file, set the current one", Make<LinetypeCommand>},
+    {"LTSCALE", "the scale of all linetypes", Make<LtscaleCommand>},
+};
+
 }  // namespace
 
-std::unique_ptr<Command> MakeLayer(Host& host) { return std::make_unique<LayerCommand>(host); }
-std::unique_ptr<Command> MakeLinetype(Host& host) { return std::make_unique<LinetypeCommand>(host); }
-std::unique_ptr<Command> MakeLtscale(Host& host) { return std::make_unique<LtscaleCommand>(host); }
-std::unique_ptr<Command> MakeChprop(Host& host) { return std::make_unique<ChpropCommand>(host); }
 
-std::unique_ptr<Command> MakeSysvarCommand(Host& host, std::string_view name) {
-  if (!host.document().sysvars().Find(name)) return nullptr;
-  return std::make_unique<SysvarCommand>(host, std::string(name));
+std::unique_ptr<Command> MakeSysvarCommand(CommandContext& context, std::string_view name) {
+  if (!context.document().sysvars().Find(name)) return nullptr;
+  return std::make_unique<SysvarCommand>(context, std::string(name));
 }
+
+std::span<const CommandEntry> PropertyCommands() { return kPropertyCommands; }
 
 }  // namespace vorhost

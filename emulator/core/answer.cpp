@@ -84,6 +84,7 @@ std::string Answer::Echo() const {
     case Kind::kInt: return std::to_string(integer);
     case Kind::kName: return "<Entity>";
     case Kind::kSet: return "<Selection set: " + std::to_string(entities.size()) + ">";
+    case Kind::kWindow: return (crossing ? "C " : "W ") + FormatPoint(point) + " " + FormatPoint(corner);
   }
   return "";
 }

@@ -8,7 +8,7 @@
 #include "emulator/core/alloc.h"
 #include "emulator/core/encoding.h"
 #include "emulator/core/text.h"
-#include "emulator/host.h"
+#include "emulator/session/host.h"
 #include "emulator/io/dump.h"
 #include "emulator/ui/file_editor.h"
 #include "emulator/platform/filesystem.h"
@@ -76,18 +76,28 @@ Input ScriptUser::Read(Asking asking, std::string_view prompt) {
       if (step == Step::kAnswer) return answer;
       continue;
     }
-    if (asking != Asking::kPrompt && TrimText(line).empty()) continue;
+    if (!AsksForAnswer(asking) && TrimText(line).empty()) continue;
     std::string big5;
     if (!ToBig5(line, &big5)) break;
     return Input::Line(std::move(big5));
   }
-  if (!failed() && asking == Asking::kPrompt)
+  if (!failed() && AsksForAnswer(asking))
     Fail(line_number_, "the script ended while the host was asking: " + TrimText(Big5ToUtf8(prompt)));
   if (!failed() && asking == Asking::kDialog) {
     Dialog* open = host_.dialogs().top();
     Fail(line_number_, "the script has no event left for the dialog " + (open ? open->name() : std::string("that is open")));
   }
   return Input::End();
+}
+
+DialogInput ScriptUser::ReadEvent(Dialog&, std::string_view prompt) {
+  Input in = Read(Asking::kDialog, prompt);
+  if (in.kind == Input::Kind::kCancel) return DialogInput::Escape();
+  if (in.kind == Input::Kind::kEnd) return DialogInput::End();
+  DialogEvent event;
+  std::string why;
+  if (!ParseDialogEvent(in.text(), &event, &why)) return DialogInput::Mistake(in.text(), why);
+  return DialogInput::Event(std::move(event), in.text());
 }
 
 void ScriptUser::Misstep(const std::string& why) { Fail(line_number_, Big5ToUtf8(why)); }
@@ -158,7 +168,7 @@ bool ScriptUser::Expect(const std::string& word, const std::string& arg) {
   if (word == "expect-output") return ExpectOutput(arg, true);
   if (word == "expect-no-output") return ExpectOutput(arg, false);
   if (word == "expect-result") {
-    std::string got = Big5ToUtf8(lisp::Print(host_.last_value()));
+    std::string got = Big5ToUtf8(lisp::Print(host_.prompt().last_value()));
     if (got.empty()) got = "no value";
     if (got == arg) return true;
     Fail(num, "expected result " + arg + ", got " + got);

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "emulator/ui/user.h"
+#include "emulator/session/user.h"
 
 namespace vorhost {
 
@@ -29,6 +29,8 @@ class ScriptUser : public User {
   void set_interactive(bool interactive) { interactive_ = interactive; }
 
   Input Read(Asking asking, std::string_view prompt) override;
+  // A line of the script read as an event of docs/scripting.md.
+  DialogInput ReadEvent(Dialog& dialog, std::string_view prompt) override;
   EditOutcome EditText(std::string* text, std::string* why) override;
   void Misstep(const std::string& why) override;
 

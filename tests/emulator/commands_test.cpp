@@ -58,7 +58,7 @@ class CommandTest : public HostTest {
 TEST_F(CommandTest, LineAndItsEntityData) {
   ads_point a = {1, 2, 0}, b = {11, 2, 0}, c = {11, 12, 0};
   ASSERT_EQ(ads_command(RTSTR, "LINE", RT3DPOINT, a, RT3DPOINT, b, RT3DPOINT, c, RTSTR, "", 0), RTNORM);
-  EXPECT_FALSE(host_->command_pending());
+  EXPECT_FALSE(host_->commands().pending());
   resbuf* line = Last();
   EXPECT_EQ(Text(line, 0), "LINE");
   EXPECT_EQ(Text(line, 8), "0");
@@ -199,12 +199,12 @@ TEST_F(CommandTest, LayerThenChpropFedOverSeveralCalls) {
 
   ASSERT_EQ(ads_command(RTSTR, "LAYER", RTSTR, "N", RTSTR, "E-POWER", RTSTR, "", 0), RTNORM);
   ASSERT_EQ(ads_command(RTSTR, "CHPROP", RTENAME, first, 0), RTNORM);
-  EXPECT_TRUE(host_->command_pending());
+  EXPECT_TRUE(host_->commands().pending());
   ASSERT_EQ(ads_command(RTENAME, second, 0), RTNORM);
   ASSERT_EQ(ads_command(RTSTR, "", RTSTR, "LT", RTSTR, "eline1", RTSTR, "LA", RTSTR, "E-POWER", RTSTR, "C",
                         RTSTR, "3", RTSTR, "", 0),
             RTNORM);
-  EXPECT_FALSE(host_->command_pending());
+  EXPECT_FALSE(host_->commands().pending());
   for (const long* name : {first, second}) {
     resbuf* data = Keep(ads_entget(name));
     EXPECT_EQ(Text(data, 6), "ELINE1");
@@ -230,13 +230,13 @@ TEST_F(CommandTest, LinetypeReloadsAskUnlessExpert) {
   // EXPERT 3: no question; the same answer list would now be wrong.
   Var("EXPERT", 3);
   ASSERT_EQ(ads_command(RTSTR, "LINETYPE", RTSTR, "L", RTSTR, "*", RTSTR, "RUNS.LIN", RTSTR, "", 0), RTNORM);
-  EXPECT_FALSE(host_->command_pending());
+  EXPECT_FALSE(host_->commands().pending());
   ASSERT_EQ(ads_command(RTSTR, "LINETYPE", RTSTR, "S", RTSTR, "ELINE2", RTSTR, "", 0), RTNORM);
   SysValue celtype;
   host_->document().sysvars().Get("CELTYPE", &celtype);
   EXPECT_EQ(std::get<std::string>(celtype), "ELINE2");
   EXPECT_NE(ads_command(RTSTR, "LINETYPE", RTSTR, "L", RTSTR, "*", RTSTR, "NOFILE.LIN", 0), RTNORM);
-  EXPECT_FALSE(host_->command_pending());
+  EXPECT_FALSE(host_->commands().pending());
   unsetenv("ACAD");
 }
 
@@ -247,7 +247,7 @@ TEST_F(CommandTest, ThePanelBoxIsDrawnDashedFromTheHostsOwnLinetypes) {
   ASSERT_EQ(ads_command(RTSTR, "LINE", RT3DPOINT, c[0], RT3DPOINT, c[1], RT3DPOINT, c[2], RT3DPOINT, c[3],
                         RTSTR, "C", 0),
             RTNORM);
-  EXPECT_FALSE(host_->command_pending());
+  EXPECT_FALSE(host_->commands().pending());
   ASSERT_EQ(ads_command(RTSTR, "LINETYPE", RTSTR, "S", RTSTR, "BYLAYER", RTSTR, "", 0), RTNORM);
   std::vector<uint64_t> lines = host_->document().drawing().MainEntities();
   ASSERT_EQ(lines.size(), 4u);
@@ -262,7 +262,7 @@ TEST_F(CommandTest, ThePanelBoxIsDrawnDashedFromTheHostsOwnLinetypes) {
 
 TEST_F(CommandTest, ARejectedAnswerCancelsTheCommandAndFailsTheCall) {
   EXPECT_NE(ads_command(RTSTR, "LINE", RTSTR, "not a point", 0), RTNORM);
-  EXPECT_FALSE(host_->command_pending());
+  EXPECT_FALSE(host_->commands().pending());
   EXPECT_NE(Output().find("Invalid point."), std::string::npos);
   EXPECT_NE(ads_command(RTSTR, "NOSUCHCOMMAND", 0), RTNORM);
   EXPECT_NE(ads_command(RTSTR, "TEXTSTYLE", RTSTR, "NOSUCHSTYLE", 0), RTNORM);
@@ -310,7 +310,7 @@ TEST_F(CommandTest, NumbersOutOfRangeAreRefused) {
   EXPECT_EQ(ads_command(RTSTR, "CIRCLE", RT3DPOINT, o, RTREAL, 1e300, 0), RTREJ);
   EXPECT_EQ(ads_command(RTSTR, "ARC", RTSTR, "C", RT3DPOINT, far, RT3DPOINT, other_side, RT3DPOINT, o, 0), RTREJ);
   EXPECT_EQ(ads_command(RTSTR, "TEXT", RT3DPOINT, o, RTREAL, 2.5, RTANG, INFINITY, 0), RTREJ);
-  EXPECT_FALSE(host_->command_pending());
+  EXPECT_FALSE(host_->commands().pending());
   EXPECT_TRUE(host_->document().drawing().MainEntities().empty()) << Output();
 }
 
@@ -478,7 +478,7 @@ TEST_F(InsertTest, AsksAttributesInBlockOrderAndWalksIntoThem) {
                         RTSTR, "225AF", RTSTR, "25KA", 0),
             RTNORM)
       << Output();
-  EXPECT_FALSE(host_->command_pending());
+  EXPECT_FALSE(host_->commands().pending());
   EXPECT_NE(Output().find("Frame size (AF) <100AF>: 225AF"), std::string::npos) << Output();
   ads_name insert, first, second, end;
   ASSERT_EQ(ads_entlast(insert), RTNORM);

@@ -89,7 +89,7 @@ TEST_F(HostApiTest, ClayerKeepsTheTrailBytesOfABig5LayerName) {
   host_->Execute("LAYER");
   host_->Execute(Big5("(setvar \"CLAYER\" \"電力\")"));
   host_->Execute("(getvar \"CLAYER\")");
-  EXPECT_EQ(lisp::Print(host_->last_value()), "\"" + Big5("電力") + "\"");
+  EXPECT_EQ(lisp::Print(host_->prompt().last_value()), "\"" + Big5("電力") + "\"");
   host_->Execute("LINE");
   EXPECT_NE(DumpDrawing(host_->document().drawing()).find("LINE layer=\"電力\""), std::string::npos)
       << DumpDrawing(host_->document().drawing());
@@ -161,7 +161,7 @@ TEST_F(HostApiTest, CallStateExistsOnlyDuringAModuleCall) {
 
   static resbuf* seen_args;
   static int seen_code;
-  host_->LoadModule([](int msg, void*) {
+  host_->module().Load([](int msg, void*) {
     if (msg == kLoadDwgMsg) ads_defun("PROBE", 9);
     if (msg == kInvkSubrMsg) {
       seen_code = ads_getfuncode();
@@ -174,7 +174,7 @@ TEST_F(HostApiTest, CallStateExistsOnlyDuringAModuleCall) {
   EXPECT_EQ(seen_code, 9);
   EXPECT_EQ(seen_args, nullptr);
   host_->Execute("(probe \"E*\")");
-  EXPECT_EQ(lisp::Print(host_->last_value()), "\"E*\"");
+  EXPECT_EQ(lisp::Print(host_->prompt().last_value()), "\"E*\"");
 }
 
 TEST_F(HostApiTest, MessagesGoToTheTranscript) {
@@ -184,7 +184,7 @@ TEST_F(HostApiTest, MessagesGoToTheTranscript) {
 }
 
 TEST_F(HostApiTest, APersonAtATerminalSeesNoBlankLines) {
-  host_->set_echo_answers(false);  // the terminal shows what is typed
+  host_->console().set_echo_answers(false);  // the terminal shows what is typed
   Answer({"LINE", "0,0", "10,0", ""});
   host_->Run();
   EXPECT_EQ(Output(), "Command: LINE\nFrom point: 0,0\nTo point: 10,0\nTo point: \nCommand: \n");

@@ -31,14 +31,14 @@ class ModuleLinkTest : public HostTest {
   void SetUp() override {
     HostTest::SetUp();
     g_messages.clear();
-    host_->LoadModule(RecordingModule);
+    host_->module().Load(RecordingModule);
   }
 };
 
 TEST_F(ModuleLinkTest, MessagesComeInTheHostsOrder) {
   host_->NewDrawing();
-  host_->UnloadModule();
-  host_->UnloadModule();  // nothing to unload twice
+  host_->module().Unload();
+  host_->module().Unload();  // nothing to unload twice
   EXPECT_EQ(g_messages, "13" "43" "42");
   EXPECT_FALSE(host_->module().loaded());
   EXPECT_FALSE(host_->lisp().IsDefined("PROBE"));
@@ -58,7 +58,7 @@ TEST_F(ModuleLinkTest, RegistrationsBelongToTheDrawingThatIsOpen) {
 TEST_F(ModuleLinkTest, ACallThatOpensANewDrawingEndsSafely) {
   host_->Execute("(setq kept 1)");
   host_->Execute("(probe \"new\")");
-  EXPECT_EQ(lisp::Print(host_->last_value()), "7");
+  EXPECT_EQ(lisp::Print(host_->prompt().last_value()), "7");
   EXPECT_EQ(g_messages, "13" "5" "43");
   EXPECT_FALSE(host_->lisp().IsBound("KEPT"));  // the language started afresh
   EXPECT_EQ(host_->module().call(), nullptr);

@@ -8,7 +8,7 @@
 
 #include "emulator/dcl/dcl_tree.h"
 #include "emulator/dialogs/dialog.h"
-#include "emulator/host.h"
+#include "emulator/session/host.h"
 #include "emulator/platform/search_path.h"
 #include "support/fuzz_env.h"
 

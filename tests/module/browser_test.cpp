@@ -308,7 +308,7 @@ TEST_F(BrowserTest, ANotesStoreNotReadWholeIsSaidAndKeptWhenWritten) {
 TEST_F(BrowserTest, ADialogThatCannotBeHadChoosesNothing) {
   // The failure is reported to the host through the function that opened
   // the browser: (VOR_ACF) here.
-  host_->LoadModule(acrxEntryPoint);
+  host_->module().Load(acrxEntryPoint);
   File("ACF/P1.ACF");
   Run({"select file 0", "ok"});
   ASSERT_EQ(SelectionCount, 1);

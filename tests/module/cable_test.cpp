@@ -65,7 +65,7 @@ class CableTest : public ModuleStateTest {
   std::string InModuleCall(std::function<void()> body) {
     static std::function<void()>* current;
     current = &body;
-    host_->LoadModule(+[](int msg, void*) {
+    host_->module().Load(+[](int msg, void*) {
       if (msg == kInvkSubrMsg && current) (*current)();
       return 0;
     });

@@ -45,7 +45,7 @@ TEST_F(EntryTest, TheTableNamesTheFiveFunctionsInCodeOrder) {
 
 TEST_F(EntryTest, RegistersForEveryDrawingAndUnregistersWhenItCloses) {
   ExpectRegistered(false);
-  host_->LoadModule(acrxEntryPoint);
+  host_->module().Load(acrxEntryPoint);
   EXPECT_TRUE(host_->module().unlocked());
   ExpectRegistered(true);
 
@@ -57,17 +57,17 @@ TEST_F(EntryTest, RegistersForEveryDrawingAndUnregistersWhenItCloses) {
   acrxEntryPoint(kLoadDwgMsg, nullptr);
   ExpectRegistered(true);
 
-  host_->UnloadModule();
+  host_->module().Unload();
   ExpectRegistered(false);
 }
 
 TEST_F(EntryTest, AnswersZeroToEveryMessage) {
-  host_->LoadModule(acrxEntryPoint);
+  host_->module().Load(acrxEntryPoint);
   for (int msg : {int{kNullMsg}, 6, 42, -1, int{kLoadDwgMsg}}) EXPECT_EQ(acrxEntryPoint(msg, nullptr), 0);
 }
 
 TEST_F(EntryTest, DispatchRunsEachCodeWithAVoidResult) {
-  host_->LoadModule(acrxEntryPoint);
+  host_->module().Load(acrxEntryPoint);
   for (int code = 0; code < FUNCTION_COUNT; code++) {
     lisp::Value result = lisp::Value::String("stale");
     std::string err;
@@ -78,7 +78,7 @@ TEST_F(EntryTest, DispatchRunsEachCodeWithAVoidResult) {
 }
 
 TEST_F(EntryTest, AnUnknownCodeFailsWithoutRunningAHandler) {
-  host_->LoadModule(acrxEntryPoint);
+  host_->module().Load(acrxEntryPoint);
   for (int code : {5, -1, 1000}) {
     lisp::Value result;
     std::string err;
@@ -88,7 +88,7 @@ TEST_F(EntryTest, AnUnknownCodeFailsWithoutRunningAHandler) {
 }
 
 TEST_F(EntryTest, TheCommandLineReachesTheRegisteredFunctions) {
-  host_->LoadModule(acrxEntryPoint);
+  host_->module().Load(acrxEntryPoint);
   host_->Execute("(VOR_ELINE \"E*\")");
   host_->Execute("(vor_acf)");
   EXPECT_EQ(Output().find("error"), std::string::npos) << Output();
@@ -119,7 +119,7 @@ TEST_F(ModuleResetTest, UnloadForgetsWhatLivesFromCallToCallButANewDrawingDoesNo
   host_->NewDrawing();
   expect_session("in a new drawing");
 
-  host_->UnloadModule();
+  host_->module().Unload();
   EXPECT_STREQ(KindName, "ELINE");
   EXPECT_STREQ(CodePattern, "");
   EXPECT_EQ(SearchOn, 0);

@@ -154,7 +154,7 @@ TEST_F(LayerTest, ADialogThatCannotBeMadeFailsWithTheHostMessage) {
   ads_unload_dialog(DialogFile);
   // ads_fail fails the module call in progress: run the dialog inside one.
   static int status;
-  host_->LoadModule([](int msg, void*) {
+  host_->module().Load([](int msg, void*) {
     if (msg == 5) status = layer_dialog();
     return RTNORM;
   });

@@ -64,7 +64,7 @@ TEST_F(LinetypeGeneratorTest, WritesTheFilesByteForByteAndLoadsThem) {
   EXPECT_STREQ(KindName, "PLINE");
 
   Generate();  // again: already loaded linetypes are reloaded without a question
-  EXPECT_FALSE(host_->command_pending());
+  EXPECT_FALSE(host_->commands().pending());
   EXPECT_EQ(ads_command(RTSTR, "LINETYPE", RTSTR, "S", RTSTR, "eline1", RTSTR, "", 0), RTNORM);
 }
 

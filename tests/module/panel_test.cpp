@@ -140,7 +140,7 @@ TEST_F(PanelTest, AllStartPointsComeFirstAndAFailedPanelDoesNotStopTheNext) {
   std::vector<const Entity*> breakers = Of("INSERT", "NFB--");
   ASSERT_EQ(breakers.size(), 4u);
   EXPECT_EQ(breakers[3]->Point(10), (Point3{2000, -500, 0})) << "panel B drawn whole";
-  EXPECT_FALSE(host_->command_pending());
+  EXPECT_FALSE(host_->commands().pending());
   for (const Entity* l : Of("LINE"))
     EXPECT_FALSE(l->Point(10)[0] == 0 && l->Point(10)[1] == -400 - 287.5) << "A's branch went on";
 }

@@ -35,7 +35,7 @@ void HostTest::TearDown() {
 
 void HostTest::Answer(std::vector<std::string> lines) {
   user_ = std::make_unique<ScriptUser>(*host_, "answers", std::move(lines));
-  host_->set_user(user_.get());
+  host_->console().set_user(user_.get());
 }
 
 void HostTest::WriteFile(const std::string& path, std::string_view bytes) {

@@ -83,7 +83,7 @@ std::string ScratchDrive::Read(const std::string& path) const {
 
 Session::Session() {
   ScratchDrive::Get();
-  host_.LoadModule(acrxEntryPoint);
+  host_.module().Load(acrxEntryPoint);
 }
 
 Session& Session::Get() {
@@ -95,7 +95,7 @@ void Session::Begin() {
   ScratchDrive::Get().Reset();
   vorhost::ClearAllocationFailures();
   catalogue_reset();
-  host_.set_user(nullptr);
+  host_.console().set_user(nullptr);
   user_.reset();
   host_.NewDrawing();
   host_.transcript().Clear();
@@ -104,7 +104,7 @@ void Session::Begin() {
 
 void Session::Answer(std::vector<std::string> lines) {
   user_ = std::make_unique<vorhost::ScriptUser>(host_, "input", std::move(lines));
-  host_.set_user(user_.get());
+  host_.console().set_user(user_.get());
 }
 
 bool Skipping(std::string_view fault) {
