@@ -298,7 +298,7 @@ int RunSession(const Options& opts) {
     return 2;
   }
   host.module().Load(acrxEntryPoint);
-  host.Run();
+  host.command_line().Run();
   host.module().Unload();
   std::cout.flush();
   int status = script.failed() ? 1 : 0;

@@ -119,51 +119,38 @@ Step ObjectSelector::Pick(const Point3& p) {
   return Step::kAsk;
 }
 
-Step ObjectSelector::Feed(const Answer& answer) {
-  if (state_ == State::kFirstCorner || state_ == State::kOtherCorner) return Corner(answer);
+Step ObjectSelector::Handle(const Answer& answer) {
+  state_ = State::kObjects;
+  char* end = nullptr;
+  unsigned long handle = std::strtoul(answer.text.c_str(), &end, 16);
+  const Entity* e = answer.text.empty() || *end
+                        ? nullptr
+                        : context_.document().drawing().FindByHandle(static_cast<uint32_t>(handle));
+  if (!e || e->erased || e->IsSubEntity()) {
+    refusal_ = "No object has the handle " + answer.text + ".";
+    return Step::kReject;
+  }
+  Take({e->id});
+  return Step::kAsk;
+}
+
+Step ObjectSelector::Entities(const std::vector<uint64_t>& ids) {
   const Drawing& drawing = context_.document().drawing();
-  if (state_ == State::kHandle) {
-    state_ = State::kObjects;
-    char* end = nullptr;
-    unsigned long handle = std::strtoul(answer.text.c_str(), &end, 16);
-    const Entity* e = answer.text.empty() || *end ? nullptr : drawing.FindByHandle(static_cast<uint32_t>(handle));
-    if (!e || e->erased || e->IsSubEntity()) {
-      refusal_ = "No object has the handle " + answer.text + ".";
-      return Step::kReject;
-    }
-    Take({e->id});
-    return Step::kAsk;
+  bool any = std::any_of(ids.begin(), ids.end(), [&](uint64_t id) {
+    const Entity* e = drawing.Find(id);
+    return e && !e->erased && !e->IsSubEntity();
+  });
+  if (!any) {
+    refusal_ = "Invalid selection.";
+    return Step::kReject;
   }
-  switch (answer.kind) {
-    case Answer::Kind::kName:
-    case Answer::Kind::kSet: {
-      bool any = std::any_of(answer.entities.begin(), answer.entities.end(), [&](uint64_t id) {
-        const Entity* e = drawing.Find(id);
-        return e && !e->erased && !e->IsSubEntity();
-      });
-      if (!any) {
-        refusal_ = "Invalid selection.";
-        return Step::kReject;
-      }
-      Take(answer.entities);
-      return Step::kAsk;
-    }
-    case Answer::Kind::kPoint: return Pick(answer.point);
-    case Answer::Kind::kWindow:
-      if (!InRange(answer.point) || !InRange(answer.corner)) {
-        refusal_ = "Invalid point.";
-        return Step::kReject;
-      }
-      return Window(answer.point, answer.corner, answer.crossing);
-    default: break;
-  }
-  if (answer.IsEnter()) {
-    context_.document().selection_sets().previous() = selected_;
-    return Step::kDone;
-  }
-  if (std::optional<Point3> p = AnswerPoint(answer, context_.document().LastPoint())) return Pick(*p);
-  std::string key = MatchKeyword(answer.text, {"ALL", "Last", "Window", "Crossing", "Handle",
-                                               "Previous", "Remove", "Add"});
+  Take(ids);
+  return Step::kAsk;
+}
+
+Step ObjectSelector::Keyword(const std::string& typed) {
+  const Drawing& drawing = context_.document().drawing();
+  std::string key = MatchKeyword(typed, {"ALL", "Last", "Window", "Crossing", "Handle", "Previous", "Remove", "Add"});
   if (key == "ALL") Take(drawing.MainEntities());
   else if (key == "LAST") Take(drawing.Last() ? std::vector<uint64_t>{drawing.Last()} : std::vector<uint64_t>{});
   else if (key == "PREVIOUS") Take(context_.document().selection_sets().previous());
@@ -178,6 +165,33 @@ Step ObjectSelector::Feed(const Answer& answer) {
     return Step::kReject;
   }
   return Step::kAsk;
+}
+
+Step ObjectSelector::Feed(const Answer& answer) {
+  switch (state_) {
+    case State::kFirstCorner:
+    case State::kOtherCorner: return Corner(answer);
+    case State::kHandle: return Handle(answer);
+    case State::kObjects: break;
+  }
+  switch (answer.kind) {
+    case Answer::Kind::kName:
+    case Answer::Kind::kSet: return Entities(answer.entities);
+    case Answer::Kind::kPoint: return Pick(answer.point);
+    case Answer::Kind::kWindow:
+      if (!InRange(answer.point) || !InRange(answer.corner)) {
+        refusal_ = "Invalid point.";
+        return Step::kReject;
+      }
+      return Window(answer.point, answer.corner, answer.crossing);
+    default: break;
+  }
+  if (answer.IsEnter()) {
+    context_.document().selection_sets().previous() = selected_;
+    return Step::kDone;
+  }
+  if (std::optional<Point3> p = AnswerPoint(answer, context_.document().LastPoint())) return Pick(*p);
+  return Keyword(answer.text);
 }
 
 }  // namespace vorhost

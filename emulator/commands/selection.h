@@ -41,6 +41,9 @@ class ObjectSelector {
   Step Corner(const Answer& answer);
   // Takes the objects inside the window from a to b, or also crossing it.
   Step Window(const Point3& a, const Point3& b, bool crossing);
+  Step Handle(const Answer& answer);
+  Step Entities(const std::vector<uint64_t>& ids);
+  Step Keyword(const std::string& typed);
   Step Pick(const Point3& p);
 
   CommandContext& context_;

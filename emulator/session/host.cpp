@@ -63,7 +63,7 @@ std::optional<int> Services::PreviewDialog(const std::string& file, const std::s
 Host::Host(std::ostream* out)
     : transcript_(out), console_(transcript_), module_(lisp_), dialogs_(transcript_, console_),
       commands_(transcript_, console_, document_, dialogs_, [this] { NewDrawing(); }),
-      prompt_(transcript_, console_, lisp_, commands_), services_(std::make_unique<Services>(*this)) {
+      command_line_(transcript_, console_, lisp_, commands_), services_(std::make_unique<Services>(*this)) {
   previous_ = current_host;
   current_host = this;
   SetSaveReporter(&ReportSaveFailure);

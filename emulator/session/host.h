@@ -8,7 +8,7 @@
 //   module      the module's entry point, its registered functions, its calls
 //   commands    the command in progress (CommandRunner)
 //   dialogs     the dialog runtime
-//   prompt      the command prompt (CommandLine)
+//   command_line  the command prompt, where the user types commands and expressions
 //
 // See docs/emulator.md for how a user's action flows through them.
 #ifndef VORHOST_SESSION_HOST_H
@@ -51,7 +51,7 @@ class Host {
   ModuleLink& module() { return module_; }
   CommandRunner& commands() { return commands_; }
   DialogManager& dialogs() { return dialogs_; }
-  CommandLine& prompt() { return prompt_; }
+  CommandLine& command_line() { return command_line_; }
 
   // Closes the drawing (message 4) and opens a new, empty one (message 3):
   // the command language starts afresh, as the host does for each drawing.
@@ -60,11 +60,6 @@ class Host {
   // variables it holds, as NewDrawing does; false with *err (and the drawing
   // unchanged) when the file cannot be read.
   bool OpenDrawing(const std::string& linux_path, std::string* err);
-
-  // The command prompt (prompt()): one line typed there, and every line
-  // until the user's input ends.
-  void Execute(std::string_view line) { prompt_.Execute(line); }
-  void Run() { prompt_.Run(); }
 
  private:
   // Closes the drawing (message 4), puts in the new one, starts the command
@@ -79,7 +74,7 @@ class Host {
   ModuleLink module_;
   DialogManager dialogs_;
   CommandRunner commands_;
-  CommandLine prompt_;
+  CommandLine command_line_;
   std::unique_ptr<HostServices> services_;  // what the host functions reach
 };
 

@@ -86,7 +86,7 @@ DirectiveStep ExpectOutput(DirectiveContext& c, const Directive& d, Input*) {
 }
 
 DirectiveStep ExpectResult(DirectiveContext& c, const Directive& d, Input*) {
-  std::string got = Big5ToUtf8(lisp::Print(c.host.prompt().last_value()));
+  std::string got = Big5ToUtf8(lisp::Print(c.host.command_line().last_value()));
   if (got.empty()) got = "no value";
   return Checked(c, got == d.arg, "expected result " + d.arg + ", got " + got);
 }

@@ -98,7 +98,7 @@ TEST_F(CommandTest, OldStylePolylineWithWidthsWalksIntoItsVertices) {
 
 TEST_F(CommandTest, TypedPolylineArcsGetTheirBulges) {
   Answer({"0,0", "0,10", "A", "10,10", "L", "@0,-10", ""});
-  host_->Execute("PLINE");
+  host_->command_line().Execute("PLINE");
   std::vector<double> bulges;
   for (const Entity& e : host_->document().drawing().entities())
     if (e.type == "VERTEX") bulges.push_back(e.Real(42));
@@ -296,7 +296,7 @@ TEST_F(CommandTest, NumbersOutOfRangeAreRefused) {
     std::vector<std::string> lines = t.answers;
     lines.push_back("#cancel");
     Answer(lines);
-    host_->Execute(t.command);
+    host_->command_line().Execute(t.command);
     EXPECT_NE(Output().find(t.answers.back() + "\n" + t.refusal), std::string::npos)
         << t.command << " " << t.answers.back() << "\n" << Output();
   }
@@ -321,7 +321,7 @@ TEST_F(CommandTest, SystemVariablesRefuseNumbersOutOfRange) {
                           "(setvar \"INSBASE\" '(0 1e100))", "(setvar \"INSBASE\" '(0 \"1\"))",
                           "(setvar \"CMDECHO\" T)", "(setvar \"CECOLOR\" \"70000\")"}) {
     size_t before = Output().size();
-    host_->Execute(set);
+    host_->command_line().Execute(set);
     EXPECT_NE(Output().find("error: the host rejected the value\n", before), std::string::npos) << set;
   }
   resbuf rb{};
@@ -340,7 +340,7 @@ TEST_F(CommandTest, SystemVariablesRefuseNumbersOutOfRange) {
   EXPECT_EQ(std::get<Point3>(v), (Point3{0, 0, 0}));
   // The current colour is kept as new records read it: a number, BYLAYER
   // or BYBLOCK.
-  host_->Execute("(setvar \"CECOLOR\" \"red\")");
+  host_->command_line().Execute("(setvar \"CECOLOR\" \"red\")");
   ASSERT_TRUE(host_->document().sysvars().Get("CECOLOR", &v));
   EXPECT_EQ(std::get<std::string>(v), "1");
   EXPECT_EQ(host_->document().NewEntity("LINE").color, 1);
@@ -359,7 +359,7 @@ TEST_F(CommandTest, CmdechoDecidesWhetherProgramCommandsAreShown) {
 
 TEST_F(CommandTest, APendingCommandGoesOnWithTheUser) {
   Answer({"(command \"LINE\" '(0 0) '(3 4))", "@3,0", ""});
-  host_->Run();
+  host_->command_line().Run();
   EXPECT_EQ(host_->document().drawing().MainEntities().size(), 2u);
   EXPECT_EQ(host_->document().drawing().Find(host_->document().drawing().Last())->Point(11), (Point3{6, 4, 0}));
 }
@@ -423,19 +423,19 @@ TEST_F(CommandTest, PointsAskedByTheModule) {
 
 TEST_F(CommandTest, ArcsCirclesAndErase) {
   Answer({"0,0", "10,10", "20,0", "C", "0,0", "10,0", "A", "90"});
-  host_->Execute("ARC");
+  host_->command_line().Execute("ARC");
   resbuf* arc = Last();
   EXPECT_EQ(Point(arc, 10), (std::vector<double>{10, 0, 0}));
   EXPECT_NEAR(Real(arc, 40), 10, 1e-12);
   EXPECT_NEAR(Real(arc, 50), 0, 1e-12);  // clockwise points: from the third point
   EXPECT_NEAR(Real(arc, 51), M_PI, 1e-12);
-  host_->Execute("ARC");
+  host_->command_line().Execute("ARC");
   resbuf* quarter = Last();
   EXPECT_NEAR(Real(quarter, 51), M_PI / 2, 1e-12);
   Answer({"5,5", "D", "4", "L", ""});
-  host_->Execute("CIRCLE");
+  host_->command_line().Execute("CIRCLE");
   EXPECT_EQ(Real(Last(), 40), 2);
-  host_->Execute("ERASE");
+  host_->command_line().Execute("ERASE");
   EXPECT_EQ(host_->document().drawing().MainEntities().size(), 2u);
 }
 

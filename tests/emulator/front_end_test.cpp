@@ -56,7 +56,7 @@ Input Point(double x, double y) { return Input::Of(Answer::OfPoint({x, y, 0})); 
 
 TEST_F(FrontEndTest, PointsPickedAnswerPointPrompts) {
   Hand({Point(0, 0), Point(10, 0), Input::Line("")});
-  host_->Execute("LINE");
+  host_->command_line().Execute("LINE");
   EXPECT_NE(Dump().find("LINE layer=\"0\" linetype=BYLAYER color=256 10=(0,0,0) 11=(10,0,0)"),
             std::string::npos)
       << Dump();
@@ -65,8 +65,8 @@ TEST_F(FrontEndTest, PointsPickedAnswerPointPrompts) {
 
 TEST_F(FrontEndTest, ObjectsPickedAndWindowsDrawnSelect) {
   Hand({Point(0, 0), Point(10, 0), Input::Line(""), Point(50, 0), Point(60, 0), Input::Line("")});
-  host_->Execute("LINE");
-  host_->Execute("LINE");
+  host_->command_line().Execute("LINE");
+  host_->command_line().Execute("LINE");
   std::vector<uint64_t> lines = host_->document().drawing().MainEntities();
   ASSERT_EQ(lines.size(), 2u);
 
@@ -74,11 +74,11 @@ TEST_F(FrontEndTest, ObjectsPickedAndWindowsDrawnSelect) {
   Hand({Input::Of(Answer::OfEntities(Answer::Kind::kSet, {lines[0]})), Input::Line(""),
         Input::Line("C"), Input::Line("1"), Input::Line("")});
   user_.asked.clear();
-  host_->Execute("CHPROP");
+  host_->command_line().Execute("CHPROP");
   EXPECT_EQ(user_.asked.front(), Asking::kSelection);
   EXPECT_EQ(user_.asked[2], Asking::kPrompt);
   Hand({Input::Of(Answer::OfWindow({40, -5, 0}, {70, 5, 0}, false)), Input::Line("")});
-  host_->Execute("ERASE");
+  host_->command_line().Execute("ERASE");
   std::vector<uint64_t> left = host_->document().drawing().MainEntities();
   ASSERT_EQ(left, (std::vector<uint64_t>{lines[0]}));
   EXPECT_EQ(host_->document().drawing().Find(lines[0])->color, 1);
@@ -99,8 +99,8 @@ TEST_F(FrontEndTest, DialogEventsAsValues) {
   user_.events = {DialogInput::Event(DialogEvent::Of(Action::kType, "gap", "3.5")),
                   DialogInput::Event(DialogEvent::Of(Action::kPress, "nosuch")),
                   DialogInput::Event(DialogEvent::Ok())};
-  host_->Execute("(dcl_preview \"T.DCL\" \"t\")");
-  EXPECT_EQ(lisp::Print(host_->prompt().last_value()), "1");
+  host_->command_line().Execute("(dcl_preview \"T.DCL\" \"t\")");
+  EXPECT_EQ(lisp::Print(host_->command_line().last_value()), "1");
   EXPECT_EQ(user_.missteps, (std::vector<std::string>{"dialog t has no tile \"nosuch\""}));
   EXPECT_NE(Output().find("t> type gap 3.5\nt> press nosuch\ndialog t has no tile \"nosuch\"\nt> ok\n"),
             std::string::npos)

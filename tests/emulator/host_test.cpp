@@ -35,7 +35,7 @@ TEST_F(HostApiTest, SymbolsOfTheCommandLanguage) {
   EXPECT_EQ(value->restype, RTNIL);
   ads_relrb(value);
 
-  host_->Execute("(setq vormis \"d:/vor\")");
+  host_->command_line().Execute("(setq vormis \"d:/vor\")");
   ASSERT_EQ(ads_getsym("VorMis", &value), RTNORM);
   ASSERT_EQ(value->restype, RTSTR);
   EXPECT_STREQ(value->resval.rstring, "d:/vor");
@@ -44,7 +44,7 @@ TEST_F(HostApiTest, SymbolsOfTheCommandLanguage) {
   resbuf* put = ads_buildlist(RTSHORT, 5, 0);
   EXPECT_EQ(ads_putsym("N", put), RTNORM);
   ads_relrb(put);
-  host_->Execute("!n");
+  host_->command_line().Execute("!n");
   EXPECT_NE(Output().find("\n5"), std::string::npos);
 }
 
@@ -86,11 +86,11 @@ TEST_F(HostApiTest, SystemVariablesKeepTheirTypesAndRanges) {
 // 電 was upper-cased, and the next LINE went on a layer the drawing lacks.
 TEST_F(HostApiTest, ClayerKeepsTheTrailBytesOfABig5LayerName) {
   Answer({"N", "電力", "", "0,0", "10,0", ""});
-  host_->Execute("LAYER");
-  host_->Execute(Big5("(setvar \"CLAYER\" \"電力\")"));
-  host_->Execute("(getvar \"CLAYER\")");
-  EXPECT_EQ(lisp::Print(host_->prompt().last_value()), "\"" + Big5("電力") + "\"");
-  host_->Execute("LINE");
+  host_->command_line().Execute("LAYER");
+  host_->command_line().Execute(Big5("(setvar \"CLAYER\" \"電力\")"));
+  host_->command_line().Execute("(getvar \"CLAYER\")");
+  EXPECT_EQ(lisp::Print(host_->command_line().last_value()), "\"" + Big5("電力") + "\"");
+  host_->command_line().Execute("LINE");
   EXPECT_NE(DumpDrawing(host_->document().drawing()).find("LINE layer=\"電力\""), std::string::npos)
       << DumpDrawing(host_->document().drawing());
   EXPECT_EQ(host_->document().tables().layers().Find(Big5("鄒力")), nullptr);
@@ -98,15 +98,15 @@ TEST_F(HostApiTest, ClayerKeepsTheTrailBytesOfABig5LayerName) {
 
 TEST_F(HostApiTest, SystemVariablesTypedAsCommands) {
   Answer({"7", "2", "", "x"});
-  host_->Execute("expert");  // 7 is refused, 2 taken
-  host_->Execute("CMDECHO");  // Enter keeps it
+  host_->command_line().Execute("expert");  // 7 is refused, 2 taken
+  host_->command_line().Execute("CMDECHO");  // Enter keeps it
   SysValue v;
   host_->document().sysvars().Get("EXPERT", &v);
   EXPECT_EQ(std::get<short>(v), 2);
   EXPECT_NE(Output().find("New value for EXPERT <0>: 7\nValue must be between 0 and 5."),
             std::string::npos)
       << Output();
-  host_->Execute("FROBNICATE");
+  host_->command_line().Execute("FROBNICATE");
   EXPECT_NE(Output().find("Unknown command \"FROBNICATE\"."), std::string::npos);
 }
 
@@ -170,11 +170,11 @@ TEST_F(HostApiTest, CallStateExistsOnlyDuringAModuleCall) {
     }
     return 0;
   });
-  host_->Execute("(probe)");
+  host_->command_line().Execute("(probe)");
   EXPECT_EQ(seen_code, 9);
   EXPECT_EQ(seen_args, nullptr);
-  host_->Execute("(probe \"E*\")");
-  EXPECT_EQ(lisp::Print(host_->prompt().last_value()), "\"E*\"");
+  host_->command_line().Execute("(probe \"E*\")");
+  EXPECT_EQ(lisp::Print(host_->command_line().last_value()), "\"E*\"");
 }
 
 TEST_F(HostApiTest, MessagesGoToTheTranscript) {
@@ -186,7 +186,7 @@ TEST_F(HostApiTest, MessagesGoToTheTranscript) {
 TEST_F(HostApiTest, APersonAtATerminalSeesNoBlankLines) {
   host_->console().set_echo_answers(false);  // the terminal shows what is typed
   Answer({"LINE", "0,0", "10,0", ""});
-  host_->Run();
+  host_->command_line().Run();
   EXPECT_EQ(Output(), "Command: LINE\nFrom point: 0,0\nTo point: 10,0\nTo point: \nCommand: \n");
 }
 
@@ -201,8 +201,8 @@ TEST_F(HostApiTest, NewDrawingForgetsTheCommandLanguage) {
 // program holds, and the point and text that commands continue from.
 TEST_F(HostApiTest, NewDrawingReplacesTheWholeDocument) {
   Answer({"0,0", "10,5", "", "1,1", "2.5", "0", "A"});
-  host_->Execute("LINE");
-  host_->Execute("TEXT");
+  host_->command_line().Execute("LINE");
+  host_->command_line().Execute("TEXT");
   ads_name set;
   ASSERT_EQ(ads_ssget("X", nullptr, nullptr, nullptr, set), RTNORM);
   host_->NewDrawing();

@@ -56,9 +56,9 @@ TEST_F(ModuleLinkTest, RegistrationsBelongToTheDrawingThatIsOpen) {
 }
 
 TEST_F(ModuleLinkTest, ACallThatOpensANewDrawingEndsSafely) {
-  host_->Execute("(setq kept 1)");
-  host_->Execute("(probe \"new\")");
-  EXPECT_EQ(lisp::Print(host_->prompt().last_value()), "7");
+  host_->command_line().Execute("(setq kept 1)");
+  host_->command_line().Execute("(probe \"new\")");
+  EXPECT_EQ(lisp::Print(host_->command_line().last_value()), "7");
   EXPECT_EQ(g_messages, "13" "5" "43");
   EXPECT_FALSE(host_->lisp().IsBound("KEPT"));  // the language started afresh
   EXPECT_EQ(host_->module().call(), nullptr);

@@ -43,6 +43,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::istringstream in{std::string(vorfuzz::Bytes(data, size))};
   for (std::string line; std::getline(in, line);) lines.push_back(line);
   session.Answer(std::move(lines));
-  session.host().Run();
+  session.host().command_line().Run();
   return 0;
 }

@@ -315,7 +315,7 @@ TEST_F(BrowserTest, ADialogThatCannotBeHadChoosesNothing) {
   char dir[] = "/tmp/vor_nodcl_XXXXXX";
   setenv("VORMIS_FILES", mkdtemp(dir), 1);
   Answer({});
-  host_->Execute("(VOR_ACF)");
+  host_->command_line().Execute("(VOR_ACF)");
   EXPECT_NE(Output().find("error: Unable to load dialog box: BLK.DCL"), std::string::npos) << Output();
   EXPECT_EQ(SelectionCount, 0);
   EXPECT_EQ(file_browser(), RTERROR);
@@ -328,7 +328,7 @@ TEST_F(BrowserTest, ADialogThatCannotBeHadChoosesNothing) {
   ASSERT_NE(at, std::string::npos);
   text.replace(at + 1, 8, "FILE_GONE");
   WriteFile("BLK.DCL", text);  // the current directory is searched first
-  host_->Execute("(VOR_ACF)");
+  host_->command_line().Execute("(VOR_ACF)");
   EXPECT_NE(Output().find("error: Unable to initialize dialog box: FILE_CON"), std::string::npos) << Output();
   EXPECT_EQ(file_browser(), RTERROR);
   EXPECT_EQ(LiveModuleBlocks(), 0);

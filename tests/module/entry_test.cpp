@@ -89,10 +89,10 @@ TEST_F(EntryTest, AnUnknownCodeFailsWithoutRunningAHandler) {
 
 TEST_F(EntryTest, TheCommandLineReachesTheRegisteredFunctions) {
   host_->module().Load(acrxEntryPoint);
-  host_->Execute("(VOR_ELINE \"E*\")");
-  host_->Execute("(vor_acf)");
+  host_->command_line().Execute("(VOR_ELINE \"E*\")");
+  host_->command_line().Execute("(vor_acf)");
   EXPECT_EQ(Output().find("error"), std::string::npos) << Output();
-  host_->Execute("(VOR_NONE)");
+  host_->command_line().Execute("(VOR_NONE)");
   EXPECT_NE(Output().find("error: null function"), std::string::npos);
 }
 
@@ -106,7 +106,7 @@ class ModuleResetTest : public ModuleTest {
 
 TEST_F(ModuleResetTest, UnloadForgetsWhatLivesFromCallToCallButANewDrawingDoesNot) {
   Answer({"toggle dimline", "type dimlinegap 3.5", "cancel"});
-  host_->Execute("(VOR_SLINE \"S*\")");
+  host_->command_line().Execute("(VOR_SLINE \"S*\")");
   ASSERT_FALSE(user_->failed()) << user_->failure() << "\n" << Output();
   auto expect_session = [&](const char* when) {
     EXPECT_STREQ(KindName, "SLINE") << when;

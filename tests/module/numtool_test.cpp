@@ -75,9 +75,9 @@ TEST_F(NumberToolTest, ADialogThatCannotBeMadeFailsWithTheHostMessage) {
     *r = lisp::Value::Int(number_tool());
     return true;
   });
-  host_->Execute("(probe)");
+  host_->command_line().Execute("(probe)");
   EXPECT_EQ(NumberValue, std::string("7"));
-  EXPECT_EQ(lisp::Print(host_->prompt().last_value()), std::to_string(RTERROR));
+  EXPECT_EQ(lisp::Print(host_->command_line().last_value()), std::to_string(RTERROR));
 }
 
 }  // namespace

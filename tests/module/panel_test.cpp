@@ -22,7 +22,7 @@ class PanelTest : public ModuleTest {
   static std::string Plain() { return "DESC;1;R;50AF;20AT;1P;5KA;2.0 mm;2;PVC;16;2.0 mm;;;;;;;;"; }
   void Run(std::vector<std::string> events) {
     Answer(std::move(events));
-    host_->Execute("(VOR_ACF)");
+    host_->command_line().Execute("(VOR_ACF)");
     ASSERT_FALSE(user_->failed()) << user_->failure() << "\n" << Output();
   }
   std::vector<const Entity*> Of(const char* type, const char* block = nullptr) {
@@ -154,7 +154,7 @@ TEST_F(PanelTest, AScheduleWhosePathDoesNotFitIsSkippedWithAWord) {
   WriteFile(dir + "/LONGNAME_PANEL", "PN01: ;CUT\r\n" + body);
   WriteFile(dir + "/P1.ACF", "PN01: ;SHORT\r\n" + body);
   Answer({"select file 0", "select file 1", "ok", "0,0"});
-  host_->Execute("(VOR_ACF \"C:/" + dir + "\")");
+  host_->command_line().Execute("(VOR_ACF \"C:/" + dir + "\")");
   ASSERT_FALSE(user_->failed()) << user_->failure() << "\n" << Output();
   EXPECT_NE(Output().find("\nSchedule LONGNAME_PANEL.ACF skipped: its path is longer than 255 characters\n"
                           "start point 1:0,0"),

@@ -100,7 +100,7 @@ class RunDrawingTest : public ModuleTest {
   }
   void Draw(const char* command, std::vector<std::string> answers) {
     Answer(std::move(answers));
-    host_->Execute(command);
+    host_->command_line().Execute(command);
   }
   std::vector<const Entity*> All(const char* type) {
     std::vector<const Entity*> out;

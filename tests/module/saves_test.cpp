@@ -34,7 +34,7 @@ class SavesTest : public ModuleTest {
   // Plays the lines as the user; every one must apply.
   void Run(std::vector<std::string> lines) {
     Answer(std::move(lines));
-    host_->Run();
+    host_->command_line().Run();
     EXPECT_FALSE(user_->failed()) << user_->failure() << "\n" << Output();
   }
   // How often the transcript holds text.
