@@ -33,7 +33,7 @@ std::string DiskOf(std::string_view text) {
 }
 
 FILE* Open(const std::string& path, const char* mode) {
-  FILE* f = vorhost::OpenTextMode(path, mode);
+  FILE* f = vorhost::OpenTextMode(path, mode, path);
   if (!f) vorfuzz::Broken(std::string("cannot open the file with ") + mode);
   return f;
 }
