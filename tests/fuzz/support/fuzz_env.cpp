@@ -32,6 +32,15 @@ std::string MakeRoot() {
   return dir;
 }
 
+// The host finds its resources and the module's dialog files beside the
+// program (DataDirectory); a fuzz target lies elsewhere in the build, so it
+// names the source tree's folders, unless its caller named others.
+[[maybe_unused]] const bool kOwnFilesNamed = [] {
+  setenv("VORHOST_RESOURCES", VOR_SOURCE_DIR "/resources", 0);
+  setenv("VORMIS_FILES", VOR_SOURCE_DIR "/dcl", 0);
+  return true;
+}();
+
 void RemoveRoot() {
   std::error_code ec;
   std::filesystem::remove_all(ScratchDrive::Get().root(), ec);
