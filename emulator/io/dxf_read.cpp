@@ -132,28 +132,68 @@ struct HeaderValues {
   std::map<std::string, std::vector<Group>> values;      // the same, converted
 };
 
-class Parser {
+// The file as (code, value, line) groups, read in order from a cursor; the
+// values converted to what their codes hold, and the file's faults
+// reported at their lines.
+class GroupStream {
  public:
-  Parser(std::string path, std::string data) : path_(std::move(path)), data_(std::move(data)) {}
+  GroupStream(std::string path, std::string data) : path_(std::move(path)), data_(std::move(data)) {}
 
-  bool Run(Drawing* drawing, std::vector<std::pair<std::string, SysValue>>* vars);
+  // Splits the file into groups; false (and the error) for a file that is
+  // binary, or has a code line that holds no group code or no value after it.
+  bool Split();
+  // Sets the error: the file and line, the message, and the line itself.
+  bool Fail(int line, const std::string& message);
   const std::string& error() const { return error_; }
 
- private:
-  bool Split();
-  bool Fail(int line, const std::string& message);
-  // Whether the data ran out; sets the error then.
+  // Whether the groups ran out; sets the error then.
   bool AtEnd();
   // The same, or the next group is the file's EOF while a section is open.
   bool SectionEnds();
-  bool Is(size_t i, int code, std::string_view value) const {
-    return i < groups_.size() && groups_[i].code == code && Trim(groups_[i].value) == value;
+  // Whether the group ahead of the cursor (0 for the one at it) has this
+  // code and value.
+  bool At(int code, std::string_view value, size_t ahead = 0) const {
+    return pos_ + ahead < groups_.size() && groups_[pos_ + ahead].code == code &&
+           Trim(groups_[pos_ + ahead].value) == value;
   }
-  std::span<const RawGroup> Record();
+  bool Has(size_t ahead) const { return pos_ + ahead < groups_.size(); }
+  const RawGroup& Peek(size_t ahead = 0) const { return groups_[pos_ + ahead]; }
+  // The group at the cursor, which moves past it.
+  const RawGroup& Next() { return groups_[pos_++]; }
+  void Skip(size_t count = 1) { pos_ += count; }
+  // The groups from the cursor up to the next group 0 (or group stop).
+  std::span<const RawGroup> Record(int stop = dxf::kCodeStart);
 
+  // Texts are decoded in the file's code page, once the header names it.
+  void ChooseCodePage(const std::string& version, const std::string& code_page) {
+    decoder_.Choose(version, code_page);
+  }
+  // Typed groups of a record. Owner handles, reactor and dictionary
+  // brackets and comments say nothing the host keeps and are left out.
   bool Convert(std::span<const RawGroup> raws, std::vector<Group>* out);
+
+ private:
   bool ConvertOne(std::span<const RawGroup> raws, size_t* i, std::vector<Group>* out);
 
+  std::string path_;
+  std::string data_;
+  std::vector<std::string_view> lines_;
+  std::vector<RawGroup> groups_;
+  size_t pos_ = 0;
+  std::string error_;
+  dxf::TextDecoder decoder_;
+};
+
+// The sections of a file read into a drawing and its header's variables.
+class Parser {
+ public:
+  Parser(std::string path, std::string data) : in_(std::move(path), std::move(data)) {}
+
+  bool Run(Drawing* drawing, std::vector<std::pair<std::string, SysValue>>* vars);
+  const std::string& error() const { return in_.error(); }
+
+ private:
+  bool ReadSection();
   bool ReadHeader();
   bool ReadTables();
   bool ReadTableEntry(std::string_view type, std::span<const RawGroup> raws);
@@ -170,13 +210,7 @@ class Parser {
   std::optional<SysValue> HeaderValue(std::string_view name, int code) const;
   void ResolveLinetypeStyles();
 
-  std::string path_;
-  std::string data_;
-  std::vector<std::string_view> lines_;
-  std::vector<RawGroup> groups_;
-  size_t pos_ = 0;
-  std::string error_;
-  dxf::TextDecoder decoder_;
+  GroupStream in_;
   HeaderValues header_;
   Drawing drawing_;
   std::map<uint32_t, std::string> style_handles_;  // STYLE handle -> name
@@ -191,7 +225,7 @@ class Parser {
   std::map<std::string, InsertLines> block_inserts_;
 };
 
-bool Parser::Fail(int line, const std::string& message) {
+bool GroupStream::Fail(int line, const std::string& message) {
   error_ = FileLineMessage(path_, static_cast<size_t>(line), message);
   if (line >= 1 && static_cast<size_t>(line) <= lines_.size()) {
     error_ += "\n" + Shown(lines_[line - 1].substr(0, 80)) + "\n^";
@@ -199,22 +233,21 @@ bool Parser::Fail(int line, const std::string& message) {
   return false;
 }
 
-bool Parser::AtEnd() {
+bool GroupStream::AtEnd() {
   if (pos_ < groups_.size()) return false;
   Fail(std::max(1, static_cast<int>(lines_.size())), "the file ends without EOF");
   return true;
 }
 
-bool Parser::SectionEnds() {
+bool GroupStream::SectionEnds() {
   if (AtEnd()) return true;
-  if (!Is(pos_, 0, "EOF")) return false;
+  if (!At(0, "EOF")) return false;
   Fail(groups_[pos_].line, "EOF inside a section (no ENDSEC)");
   return true;
 }
 
-// The file as pairs: every code line must hold an integer and have a
-// value line after it.
-bool Parser::Split() {
+// Every code line must hold an integer and have a value line after it.
+bool GroupStream::Split() {
   // Binary files start with a line naming themselves "... Binary DXF".
   if (data_.substr(0, data_.find('\n')).find("Binary DXF") != std::string::npos)
     return Fail(1, "binary DXF files are not read");
@@ -240,14 +273,13 @@ bool Parser::Split() {
   return true;
 }
 
-// The groups after the current record's group 0, up to the next group 0.
-std::span<const RawGroup> Parser::Record() {
+std::span<const RawGroup> GroupStream::Record(int stop) {
   size_t start = pos_;
-  while (pos_ < groups_.size() && groups_[pos_].code != dxf::kCodeStart) pos_++;
+  while (pos_ < groups_.size() && groups_[pos_].code != dxf::kCodeStart && groups_[pos_].code != stop) pos_++;
   return std::span<const RawGroup>(groups_).subspan(start, pos_ - start);
 }
 
-bool Parser::ConvertOne(std::span<const RawGroup> raws, size_t* i, std::vector<Group>* out) {
+bool GroupStream::ConvertOne(std::span<const RawGroup> raws, size_t* i, std::vector<Group>* out) {
   const RawGroup& g = raws[*i];
   // True when the text read as a number; else the error of its line.
   auto number = [&](const RawGroup& text, Parsed parsed) {
@@ -292,9 +324,7 @@ bool Parser::ConvertOne(std::span<const RawGroup> raws, size_t* i, std::vector<G
   }
 }
 
-// Typed groups of a record. Owner handles, reactor and dictionary brackets
-// and comments say nothing the host keeps and are left out.
-bool Parser::Convert(std::span<const RawGroup> raws, std::vector<Group>* out) {
+bool GroupStream::Convert(std::span<const RawGroup> raws, std::vector<Group>* out) {
   for (size_t i = 0; i < raws.size(); i++) {
     int code = raws[i].code;
     if (code == dxf::kCodeOwner || code == dxf::kCodeHardOwner || code == dxf::kCodeComment) continue;
@@ -313,22 +343,18 @@ bool Parser::Convert(std::span<const RawGroup> raws, std::vector<Group>* out) {
 }
 
 bool Parser::ReadHeader() {
-  while (!SectionEnds()) {
-    if (Is(pos_, 0, "ENDSEC")) {
-      pos_++;
+  while (!in_.SectionEnds()) {
+    if (in_.At(0, "ENDSEC")) {
+      in_.Skip();
       break;
     }
-    const RawGroup& g = groups_[pos_++];
+    const RawGroup& g = in_.Next();
     if (g.code != dxf::kCodeHeaderVar) continue;  // stray groups: nothing to keep
-    size_t start = pos_;
-    while (pos_ < groups_.size() && groups_[pos_].code != dxf::kCodeHeaderVar &&
-           groups_[pos_].code != dxf::kCodeStart)
-      pos_++;
     std::string name(Trim(g.value));
     if (name.starts_with("$")) name.erase(0, 1);
-    header_.raw[name] = std::span<const RawGroup>(groups_).subspan(start, pos_ - start);
+    header_.raw[name] = in_.Record(dxf::kCodeHeaderVar);
   }
-  if (!error_.empty()) return false;
+  if (!in_.error().empty()) return false;
   auto first = [&](const char* name) -> std::string {
     auto it = header_.raw.find(name);
     return it == header_.raw.end() || it->second.empty() ? "" : std::string(Trim(it->second[0].value));
@@ -336,12 +362,12 @@ bool Parser::ReadHeader() {
   header_.version = first("ACADVER");
   header_.code_page = first("DWGCODEPAGE");
   header_.seed = ParseHandle(first("HANDSEED"));
-  decoder_.Choose(header_.version, header_.code_page);
+  in_.ChooseCodePage(header_.version, header_.code_page);
   // Only the variables the host keeps are read; the others may hold what
   // they like.
   for (const dxf::HeaderVar& hv : dxf::kHeaderVars)
     if (auto it = header_.raw.find(hv.name); it != header_.raw.end())
-      if (!Convert(it->second, &header_.values[hv.name])) return false;
+      if (!in_.Convert(it->second, &header_.values[hv.name])) return false;
   return true;
 }
 
@@ -392,7 +418,7 @@ bool Parser::ReadTableEntry(std::string_view type, std::span<const RawGroup> raw
   // A linetype's total length (40) is not read: the host sums its elements.
   std::vector<RawGroup> kept(raws.begin(), raws.end());
   if (type == "LTYPE") std::erase_if(kept, [](const RawGroup& g) { return g.code == 40; });
-  if (!Convert(kept, &entry.groups)) return false;
+  if (!in_.Convert(kept, &entry.groups)) return false;
   if (type == "LTYPE") {
     std::vector<std::pair<size_t, uint32_t>> styles;
     LinetypeRecord t = ReadLinetype(entry, &styles);
@@ -413,12 +439,12 @@ bool Parser::ReadTableEntry(std::string_view type, std::span<const RawGroup> raw
 }
 
 bool Parser::ReadTables() {
-  while (!SectionEnds()) {
-    const RawGroup& g = groups_[pos_++];
+  while (!in_.SectionEnds()) {
+    const RawGroup& g = in_.Next();
     if (g.code != dxf::kCodeStart) continue;
     std::string_view type = Trim(g.value);
     if (type == "ENDSEC") return true;
-    std::span<const RawGroup> raws = Record();
+    std::span<const RawGroup> raws = in_.Record();
     if (type == "TABLE" || type == "ENDTAB") continue;
     if (!ReadTableEntry(type, raws)) return false;
   }
@@ -443,7 +469,7 @@ bool Parser::ReadEntity(std::string_view type, std::span<const RawGroup> raws,
                         const Entity* polyline, Entity* e) {
   e->type = std::string(type);
   std::vector<Group> groups;
-  if (!Convert(raws, &groups)) return false;
+  if (!in_.Convert(raws, &groups)) return false;
   bool keep_markers = !dxf::IsR12Type(type) && dxf::SubclassMarkerOf(type).empty();
   bool degrees = dxf::IsDegreeType(type);
   for (Group& g : groups) {
@@ -473,13 +499,13 @@ bool Parser::ReadEntity(std::string_view type, std::span<const RawGroup> raws,
 // line where it does.
 bool Parser::ReadEntities(std::vector<Entity>* out, std::string_view end, InsertLines* insert_lines) {
   std::optional<size_t> polyline;  // index in *out of the open POLYLINE
-  while (!SectionEnds()) {
-    if (Is(pos_, 0, end)) return true;
-    if (Is(pos_, 0, "ENDSEC")) return Fail(groups_[pos_].line, "BLOCK without ENDBLK");
-    const RawGroup& g = groups_[pos_++];
+  while (!in_.SectionEnds()) {
+    if (in_.At(0, end)) return true;
+    if (in_.At(0, "ENDSEC")) return in_.Fail(in_.Peek().line, "BLOCK without ENDBLK");
+    const RawGroup& g = in_.Next();
     if (g.code != dxf::kCodeStart) continue;
     std::string_view type = Trim(g.value);
-    std::span<const RawGroup> raws = Record();
+    std::span<const RawGroup> raws = in_.Record();
     Entity e;
     if (!ReadEntity(type, raws, polyline ? &(*out)[*polyline] : nullptr, &e)) return false;
     if (type == "INSERT" && insert_lines) {
@@ -496,21 +522,21 @@ bool Parser::ReadEntities(std::vector<Entity>* out, std::string_view end, Insert
 }
 
 bool Parser::ReadBlocks() {
-  while (!SectionEnds()) {
-    const RawGroup& g = groups_[pos_++];
+  while (!in_.SectionEnds()) {
+    const RawGroup& g = in_.Next();
     if (g.code != dxf::kCodeStart) continue;
     std::string_view type = Trim(g.value);
     if (type == "ENDSEC") return true;
-    std::span<const RawGroup> raws = Record();
+    std::span<const RawGroup> raws = in_.Record();
     if (type != "BLOCK") continue;
     Entity head;
-    if (!Convert(raws, &head.groups)) return false;
+    if (!in_.Convert(raws, &head.groups)) return false;
     BlockRecord block{head.Text(2), head.Point(10), head.Short(70), {}};
     InsertLines inserts;
     if (!ReadEntities(&block.entities, "ENDBLK", &inserts)) return false;
     block_inserts_[UpperName(block.name)] = std::move(inserts);
-    pos_++;
-    Record();  // ENDBLK's own groups
+    in_.Skip();
+    in_.Record();  // ENDBLK's own groups
     if (!IsLayoutBlock(block.name)) drawing_.tables().blocks().Put(std::move(block));
   }
   return false;
@@ -519,7 +545,7 @@ bool Parser::ReadBlocks() {
 bool Parser::ReadEntitiesSection() {
   std::vector<Entity> records;
   if (!ReadEntities(&records, "ENDSEC")) return false;
-  pos_++;
+  in_.Skip();
   for (Entity& e : records) drawing_.Append(std::move(e));
   return true;
 }
@@ -536,12 +562,15 @@ bool Parser::CheckBlockCycles() {
       line = at;
       break;
     }
-  return Fail(line, DescribeCycle(cycle));
+  return in_.Fail(line, DescribeCycle(cycle));
 }
 
 bool Parser::SkipSection() {
-  while (!SectionEnds())
-    if (Is(pos_++, 0, "ENDSEC")) return true;
+  while (!in_.SectionEnds()) {
+    bool end = in_.At(0, "ENDSEC");
+    in_.Skip();
+    if (end) return true;
+  }
   return false;
 }
 
@@ -584,23 +613,26 @@ void Parser::ApplyHeader(std::vector<std::pair<std::string, SysValue>>* vars) {
   }
 }
 
+// One section, from its SECTION group.
+bool Parser::ReadSection() {
+  if (!in_.At(0, "SECTION")) return in_.Fail(in_.Peek().line, "expected SECTION or EOF");
+  if (!in_.Has(1) || in_.Peek(1).code != dxf::kCodeName) return in_.Fail(in_.Peek().line, "SECTION without a name");
+  std::string_view name = Trim(in_.Peek(1).value);
+  in_.Skip(2);
+  return name == "HEADER"     ? ReadHeader()
+         : name == "TABLES"   ? ReadTables()
+         : name == "BLOCKS"   ? ReadBlocks()
+         : name == "ENTITIES" ? ReadEntitiesSection()
+                              : SkipSection();
+}
+
 bool Parser::Run(Drawing* drawing, std::vector<std::pair<std::string, SysValue>>* vars) {
-  if (!Split()) return false;
-  while (!AtEnd()) {
-    if (Is(pos_, 0, "EOF")) break;
-    if (!Is(pos_, 0, "SECTION")) return Fail(groups_[pos_].line, "expected SECTION or EOF");
-    if (pos_ + 1 >= groups_.size() || groups_[pos_ + 1].code != dxf::kCodeName)
-      return Fail(groups_[pos_].line, "SECTION without a name");
-    std::string_view name = Trim(groups_[pos_ + 1].value);
-    pos_ += 2;
-    bool ok = name == "HEADER"     ? ReadHeader()
-              : name == "TABLES"   ? ReadTables()
-              : name == "BLOCKS"   ? ReadBlocks()
-              : name == "ENTITIES" ? ReadEntitiesSection()
-                                   : SkipSection();
-    if (!ok) return false;
+  if (!in_.Split()) return false;
+  while (!in_.AtEnd()) {
+    if (in_.At(0, "EOF")) break;
+    if (!ReadSection()) return false;
   }
-  if (!error_.empty() || !CheckBlockCycles()) return false;
+  if (!in_.error().empty() || !CheckBlockCycles()) return false;
   ResolveLinetypeStyles();
   ApplyHeader(vars);
   uint32_t seed = std::max(header_.seed, drawing_.handle_seed());
