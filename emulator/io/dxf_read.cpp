@@ -163,6 +163,10 @@ class GroupStream {
   void Skip(size_t count = 1) { pos_ += count; }
   // The groups from the cursor up to the next group 0 (or group stop).
   std::span<const RawGroup> Record(int stop = dxf::kCodeStart);
+  // Steps to the next record of a section: true with its type and groups;
+  // false at the section's ENDSEC (*ended set) or when the file ends
+  // inside the section (the error set).
+  bool NextRecord(std::string_view* type, std::span<const RawGroup>* raws, bool* ended);
 
   // Texts are decoded in the file's code page, once the header names it.
   void ChooseCodePage(const std::string& version, const std::string& code_page) {
@@ -277,6 +281,22 @@ std::span<const RawGroup> GroupStream::Record(int stop) {
   size_t start = pos_;
   while (pos_ < groups_.size() && groups_[pos_].code != dxf::kCodeStart && groups_[pos_].code != stop) pos_++;
   return std::span<const RawGroup>(groups_).subspan(start, pos_ - start);
+}
+
+bool GroupStream::NextRecord(std::string_view* type, std::span<const RawGroup>* raws, bool* ended) {
+  *ended = false;
+  while (!SectionEnds()) {
+    const RawGroup& g = Next();
+    if (g.code != dxf::kCodeStart) continue;
+    *type = Trim(g.value);
+    if (*type == "ENDSEC") {
+      *ended = true;
+      return false;
+    }
+    *raws = Record();
+    return true;
+  }
+  return false;
 }
 
 bool GroupStream::ConvertOne(std::span<const RawGroup> raws, size_t* i, std::vector<Group>* out) {
@@ -439,16 +459,12 @@ bool Parser::ReadTableEntry(std::string_view type, std::span<const RawGroup> raw
 }
 
 bool Parser::ReadTables() {
-  while (!in_.SectionEnds()) {
-    const RawGroup& g = in_.Next();
-    if (g.code != dxf::kCodeStart) continue;
-    std::string_view type = Trim(g.value);
-    if (type == "ENDSEC") return true;
-    std::span<const RawGroup> raws = in_.Record();
-    if (type == "TABLE" || type == "ENDTAB") continue;
-    if (!ReadTableEntry(type, raws)) return false;
-  }
-  return false;
+  std::string_view type;
+  std::span<const RawGroup> raws;
+  bool ended = false;
+  while (in_.NextRecord(&type, &raws, &ended))
+    if (type != "TABLE" && type != "ENDTAB" && !ReadTableEntry(type, raws)) return false;
+  return ended;
 }
 
 void Parser::ResolveLinetypeStyles() {
@@ -522,12 +538,10 @@ bool Parser::ReadEntities(std::vector<Entity>* out, std::string_view end, Insert
 }
 
 bool Parser::ReadBlocks() {
-  while (!in_.SectionEnds()) {
-    const RawGroup& g = in_.Next();
-    if (g.code != dxf::kCodeStart) continue;
-    std::string_view type = Trim(g.value);
-    if (type == "ENDSEC") return true;
-    std::span<const RawGroup> raws = in_.Record();
+  std::string_view type;
+  std::span<const RawGroup> raws;
+  bool ended = false;
+  while (in_.NextRecord(&type, &raws, &ended)) {
     if (type != "BLOCK") continue;
     Entity head;
     if (!in_.Convert(raws, &head.groups)) return false;
@@ -539,7 +553,7 @@ bool Parser::ReadBlocks() {
     in_.Record();  // ENDBLK's own groups
     if (!IsLayoutBlock(block.name)) drawing_.tables().blocks().Put(std::move(block));
   }
-  return false;
+  return ended;
 }
 
 bool Parser::ReadEntitiesSection() {

@@ -3,24 +3,27 @@
 
 namespace vorhost {
 
-Input Console::Ask(std::string_view prompt, Asking asking) {
-  if (asking == Asking::kCommand) transcript_.StartLine();
+// Shows prompt, reads what read gets from the user (none when there is no
+// user), and keeps it after the prompt.
+template <typename In, typename Read>
+In Console::Exchange(std::string_view prompt, In none, Read read) {
   transcript_.Write(prompt);
   size_t shown = transcript_.text().size();
-  Input in = user_ ? user_->Read(asking, prompt) : Input::Cancel();
-  if (in.kind != Input::Kind::kEnd) Reprompt(prompt, shown);
+  In in = user_ ? read(*user_) : none;
+  if (in.kind != In::Kind::kEnd) Reprompt(prompt, shown);
   Show(in);
   return in;
 }
 
+Input Console::Ask(std::string_view prompt, Asking asking) {
+  if (asking == Asking::kCommand) transcript_.StartLine();
+  return Exchange(prompt, Input::Cancel(), [&](User& user) { return user.Read(asking, prompt); });
+}
+
 DialogInput Console::NextEvent(Dialog& dialog) {
   std::string prompt = "\n" + dialog.name() + "> ";
-  transcript_.Write(prompt);
-  size_t shown = transcript_.text().size();
-  DialogInput in = user_ ? user_->ReadEvent(dialog, prompt) : DialogInput::Escape();
-  if (in.kind != DialogInput::Kind::kEnd) Reprompt(prompt, shown);
-  Show(in);
-  return in;
+  return Exchange(std::string_view(prompt), DialogInput::Escape(),
+                  [&](User& user) { return user.ReadEvent(dialog, prompt); });
 }
 
 void Console::Reprompt(std::string_view prompt, size_t shown) {

@@ -43,6 +43,8 @@ class Console : public EventSource {
   void Misstep(const std::string& why) override;
 
  private:
+  template <typename In, typename Read>
+  In Exchange(std::string_view prompt, In none, Read read);
   // Writes prompt again, on a line of its own, when something was printed
   // since it was shown at shown (a script's #show), so the answer follows it.
   void Reprompt(std::string_view prompt, size_t shown);
