@@ -11,6 +11,7 @@
 #include "host/dialogs.h"
 #include "linetool/catalogue.h"
 #include "support/module_fixture.h"
+#include "support/files.h"
 
 namespace vorhost::testing {
 namespace {
@@ -78,10 +79,7 @@ class CableTest : public ModuleStateTest {
 
   // Loads a copy of VORMIS.DCL in which the dialog name is missing.
   void LoadWithout(const std::string& name) {
-    std::ifstream in(std::string(VORMIS_FILES) + "/VORMIS.DCL", std::ios::binary);
-    std::stringstream s;
-    s << in.rdbuf();
-    std::string dcl = s.str();
+    std::string dcl = FileBytes(std::string(VORMIS_FILES) + "/VORMIS.DCL");
     size_t at = dcl.find(name + " : dialog");
     ASSERT_NE(at, std::string::npos);
     dcl.replace(at, name.size(), name.substr(0, name.size() - 1) + "Z");

@@ -9,6 +9,7 @@
 #include "host/dialogs.h"
 #include "layer/layer.h"
 #include "support/module_fixture.h"
+#include "support/files.h"
 
 namespace vorhost::testing {
 namespace {
@@ -129,12 +130,10 @@ TEST_F(LayerTest, TheCaptionNamesThePresentLayerWithoutPickingIt) {
 }
 
 TEST_F(LayerTest, TheSampleMemoNamesEveryLayerOfTheSampleCatalogues) {
-  std::ifstream in(std::string(VORMIS_FILES) + "/../examples/c/VOR/LAYER.MEO", std::ios::binary);
-  std::stringstream bytes;
-  bytes << in.rdbuf();
-  ASSERT_FALSE(bytes.str().empty());
-  EXPECT_EQ(bytes.str().back(), '\x1A');
-  WriteFile("VOR/LAYER.MEO", bytes.str());
+  std::string bytes = FileBytes(std::string(VORMIS_FILES) + "/../examples/c/VOR/LAYER.MEO");
+  ASSERT_FALSE(bytes.empty());
+  EXPECT_EQ(bytes.back(), '\x1A');
+  WriteFile("VOR/LAYER.MEO", bytes);
   Run({"#show", "cancel"});
   std::vector<std::string> rows = Rows();
   EXPECT_EQ(rows.size(), 16u) << Output();

@@ -1,5 +1,6 @@
 // host_fixture.cpp - the per-test host.
 #include "support/host_fixture.h"
+#include "support/files.h"
 
 #include <stdlib.h>
 
@@ -46,10 +47,7 @@ void HostTest::WriteFile(const std::string& path, std::string_view bytes) {
 }
 
 std::string HostTest::ReadFile(const std::string& path) const {
-  std::ifstream in(LinuxPath(path), std::ios::binary);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
+  return FileBytes(LinuxPath(path));
 }
 
 bool HostTest::FileExists(const std::string& path) const {

@@ -1,5 +1,6 @@
 // fuzz_env.cpp - the scratch drive and the per-input host.
 #include "support/fuzz_env.h"
+#include "emulator/core/text.h"
 
 #include <stdlib.h>
 #include <unistd.h>
@@ -84,10 +85,9 @@ void ScratchDrive::Write(const std::string& path, std::string_view bytes) {
 }
 
 std::string ScratchDrive::Read(const std::string& path) const {
-  std::ifstream in(std::filesystem::path(root_) / path, std::ios::binary);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
+  std::string bytes;
+  vorhost::ReadWholeFile((std::filesystem::path(root_) / path).string(), &bytes);
+  return bytes;
 }
 
 Session::Session() {
