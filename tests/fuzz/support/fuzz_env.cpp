@@ -39,12 +39,7 @@ void RemoveRoot() {
 
 }  // namespace
 
-ScratchDrive::ScratchDrive() : root_(MakeRoot()) {
-  // The module's linetype files go to the folders of ACAD; without it they
-  // go to the current directory, on this drive.
-  unsetenv("ACAD");
-  std::atexit(RemoveRoot);
-}
+ScratchDrive::ScratchDrive() : root_(MakeRoot()) { std::atexit(RemoveRoot); }
 
 ScratchDrive& ScratchDrive::Get() {
   static ScratchDrive* drive = [] {
@@ -125,3 +120,14 @@ void Broken(const std::string& message) {
 }
 
 }  // namespace vorfuzz
+
+// libFuzzer calls this once, before the first input. The host's resources
+// and the module's dialog and help files are taken from the sources,
+// wherever the target lies; ACAD names no folder, so the module's linetype
+// files go to the current directory of the scratch drive.
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+  setenv("VORHOST_RESOURCES", VOR_SOURCE_DIR "/resources", 0);
+  setenv("VORMIS_FILES", VOR_SOURCE_DIR "/dcl", 0);
+  unsetenv("ACAD");
+  return 0;
+}

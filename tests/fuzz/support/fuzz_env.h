@@ -1,6 +1,8 @@
 // fuzz_env.h - what the fuzz targets share: a scratch drive C: in a folder
-// of its own, and an emulated host with the module loaded, made afresh for
-// each input so that nothing of one input reaches the next.
+// of its own, and an emulated host with the module loaded, put back before
+// each input so that nothing of one input reaches the next. fuzz_env.cpp
+// also gives libFuzzer its LLVMFuzzerInitialize: the host's own files and
+// the module's dialog files are found in the sources.
 #ifndef VORMIS_TESTS_FUZZ_SUPPORT_FUZZ_ENV_H
 #define VORMIS_TESTS_FUZZ_SUPPORT_FUZZ_ENV_H
 
