@@ -18,11 +18,13 @@
 
 namespace vorfuzz {
 
-// The drive C: of the process: a new folder under /dev/shm when that
-// exists (so inputs never reach a disk), else under $TMPDIR or /tmp,
-// mounted as C: and made current. The folder is removed at exit. Every
-// write of a fuzz target, the module's and the host's included, lands in
-// it, since the host resolves every path through its drives.
+// The drive C: of the process: a new folder vor_fuzz.PID under /dev/shm
+// when that exists (so inputs never reach a disk), else under $TMPDIR or
+// /tmp, mounted as C: and made current. The folder is removed at exit, and
+// those of processes that are gone (crashed, killed) when the next one
+// starts. Every write of a fuzz target, the module's and the host's
+// included, lands in it, since the host resolves every path through its
+// drives.
 class ScratchDrive {
  public:
   // The drive, mounted at first use.
