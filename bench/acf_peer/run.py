@@ -122,15 +122,31 @@ def entity_key(e):
     return common + (str(e.dxf.handle),)  # anything else never matches
 
 
+def drawing_settings(doc, keys):
+    """What the texts' styles and the dashes depend on: the definitions of
+    the styles the texts use, and LTSCALE."""
+    used = sorted({k[4] for k in keys if k[0] == "TEXT"})
+    styles = []
+    for name in used:
+        s = doc.styles.get(name)
+        styles.append((name, s.dxf.font.upper(), s.dxf.get("bigfont", "").upper(), s.dxf.flags,
+                       r(s.dxf.height), r(s.dxf.width)) if s else (name, None))
+    return styles, r(doc.header.get("$LTSCALE", 1))
+
+
 def compare(ours_path, peer_path):
     """None when the drawings hold the same entities in the same order, else
     a description of the first differences."""
     import ezdxf  # only here: the timing runs do not pay for it
-    ours = [entity_key(e) for e in ezdxf.readfile(ours_path).modelspace()]
-    peer = [entity_key(e) for e in ezdxf.readfile(peer_path).modelspace()]
-    if ours == peer:
+    ours_doc, peer_doc = ezdxf.readfile(ours_path), ezdxf.readfile(peer_path)
+    ours = [entity_key(e) for e in ours_doc.modelspace()]
+    peer = [entity_key(e) for e in peer_doc.modelspace()]
+    settings = [drawing_settings(ours_doc, ours), drawing_settings(peer_doc, ours)]
+    if ours == peer and settings[0] == settings[1]:
         return None, len(ours), collections.Counter(k[0] for k in ours)
     lines = ["vorhost has %d entities, the peer %d" % (len(ours), len(peer))]
+    if settings[0] != settings[1]:
+        lines.append("the settings differ:\n  vorhost %r\n  peer    %r" % tuple(settings))
     for k, (a, b) in enumerate(zip(ours, peer)):
         if a != b:
             lines.append("first difference at entity %d:\n  vorhost %r\n  peer    %r" % (k, a, b))
