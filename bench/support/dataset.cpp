@@ -3,6 +3,7 @@
 
 #include <stdlib.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -21,10 +22,16 @@ std::string Big5(const std::string& utf8) {
 
 std::string Pick(const std::vector<std::string>& from, unsigned n) { return from[n % from.size()]; }
 
-// A small deterministic mix, so that neighbouring circuits differ.
+// A deterministic mix of two numbers (a 64-bit finaliser), so that
+// neighbouring files and circuits differ in every bit.
 unsigned Mix(int a, int b) {
-  unsigned h = static_cast<unsigned>(a) * 2654435761u ^ static_cast<unsigned>(b) * 40503u;
-  return h ^ (h >> 13);
+  uint64_t x = static_cast<uint64_t>(static_cast<uint32_t>(a)) << 32 | static_cast<uint32_t>(b);
+  x ^= x >> 33;
+  x *= 0xff51afd7ed558ccdULL;
+  x ^= x >> 33;
+  x *= 0xc4ceb9fe1a85ec53ULL;
+  x ^= x >> 33;
+  return static_cast<unsigned>(x);
 }
 
 const std::vector<std::string> kPlaces = {"一樓", "二樓", "三樓", "地下室", "機房", "屋頂", "梯廳", "電氣室"};
@@ -69,18 +76,25 @@ std::string Circuit(int file, int k) {
   }
   bool three_phase = c.count[0] == '3';
   std::string device, device_label;
-  if (three_phase && (h >> 14) % 3 == 0) device = "Y", device_label = "Y-D " + std::to_string(10 + h % 30) + "HP";
-  else if (three_phase && (h >> 14) % 3 == 1) device = "M", device_label = "MS " + std::to_string(1 + h % 9) + "HP";
-  std::string second = (h >> 16) % 7 == 0 ? "Y" : "";
-  std::string symbol = (h >> 18) % 5 == 0 ? "" : (h >> 18) % 2 ? "C" : "R";
+  if (three_phase && (h >> 14) % 3 == 0) {
+    device = "Y";
+    device_label = "Y-D " + std::to_string(10 + h % 30) + "HP";
+  } else if (three_phase && (h >> 14) % 3 == 1) {
+    device = "M";
+    device_label = "MS " + std::to_string(1 + h % 9) + "HP";
+  }
+  std::string second = (h >> 16) % 3 == 0 ? "Y" : "";
+  std::string symbol = (h >> 18) % 10 == 0 ? "" : (h >> 18) % 2 ? "C" : "R";
   std::string kw = std::to_string(1 + h % 30) + "." + std::to_string(h % 10) + "KW";
   // Now and then the diameter sign of the files (0xED) between digits.
   std::string text2 = (h >> 20) % 6 == 0 ? "\xED" + std::to_string(16 + h % 40) : code;
   const char* phase = three_phase ? "RST" : (h >> 22) % 3 == 0 ? "R" : (h >> 22) % 3 == 1 ? "S" : "T";
-  std::string line = description + ";" + code + ";" + phase + ";" + c.af + ";" + c.at + ";" +
-                     (three_phase ? "3P" : "1P") + ";" + (three_phase ? "15KA" : "5KA") + ";" + c.size + ";" +
-                     c.count + ";" + c.suffix + ";" + c.conduit + ";" + c.earth + ";" + device + ";" + device_label +
-                     ";" + second + ";" + (second.empty() ? "" : "SHT") + ";" + symbol + ";;" + kw + ";" + text2;
+  // Fields 0 to 19 of a circuit line.
+  const std::string fields[] = {description, code, phase, c.af, c.at, three_phase ? "3P" : "1P",
+                                three_phase ? "15KA" : "5KA", c.size, c.count, c.suffix, c.conduit, c.earth,
+                                device, device_label, second, second.empty() ? "" : "SHT", symbol, "", kw, text2};
+  std::string line = fields[0];
+  for (size_t i = 1; i < std::size(fields); i++) line += ";" + fields[i];
   return line;
 }
 
@@ -162,7 +176,8 @@ std::array<double, 3> StartPoint(int k, int circuits) {
 }
 
 std::vector<std::string> AcfScript(const DataSetShape& shape) {
-  std::vector<std::string> lines = {"(setq VORMIS \"C:/VOR\")", "(VOR_ACF)", "#dialog FILE_CON", "press all", "ok"};
+  std::vector<std::string> lines = {"(setq VORMIS \"C:/VOR\")", "(VOR_ACF)", "#dialog FILE_CON", "press all",
+                                    "ok"};
   for (int k = 0; k < shape.files; k++) {
     std::array<double, 3> p = StartPoint(k, shape.circuits);
     char point[64];
