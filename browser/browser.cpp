@@ -285,6 +285,7 @@ static void scan_files(const char *dir, const char *pattern)
     intptr_t search = plat_findfirst(search_for, &entry);
     if (search == -1)
         return;
+    notes_begin_listing();
     do {
         if ((entry.attrib & PLAT_A_SUBDIR) || strlen(entry.name) + 2 + DATE_LENGTH > (size_t)TEXT_MAX ||
             strchr(entry.name, '\t'))
@@ -298,6 +299,7 @@ static void scan_files(const char *dir, const char *pattern)
         strcatv(TEXT_MAX, row, entry.name, "\t", date, "\t", nullptr);
         append_whole(row, note);
     } while (FileCount < BROWSER_LISTED_MAX && plat_findnext(search, &entry) == 0);
+    notes_end_listing();
     plat_findclose(search);
 }
 

@@ -10,6 +10,7 @@ TextList FileNotes;
 
 void notes_reset(void)
 {
+    notes_end_listing();
     textlist_free(&FileNotes);
 }
 
@@ -66,51 +67,162 @@ void notes_load(void)
     /* No home directory that fits gives the empty path: an empty store that
      * is never written. */
     home_path("FILE_CON.DAT", path);
+    notes_end_listing();
     textlist_load(path, &FileNotes, 2, TEXT_MAX, TEXT_MAX, 0, 0, 0, 0, 0);
     textlist_alert_unread(&FileNotes);
 }
 
-int note_key_matches(const char *key, const char *dir, const char *name)
+/* ---- Keys compared with files ----------------------------------------- */
+
+/* A key as it is compared: upper case, "/" turned into "\". */
+struct NoteKey {
+    const char *text;
+    size_t length;
+    int has_colon;
+    int bare; /* neither ":" nor "\": a name, or the end of names */
+};
+
+/* A file as keys are compared with it, upper case: its bare name, its
+ * directory and name joined, and that path after its first ":" (rest is
+ * NULL without one). */
+struct NoteFile {
+    char name[TEXT_SIZE + 8];
+    char full[FULL_SIZE];
+    size_t name_length, full_length, rest_length;
+    const char *rest;
+};
+
+/* The keys of FileNotes, from its first line on, made ready once for a
+ * listing (notes_begin_listing), so that each file listed is compared with
+ * them without copying or upper-casing them again. Lines past the tables'
+ * room are made ready one at a time, with the same result. */
+static NoteKey ListingKeys[NOTES_LISTING_KEYS];
+static char ListingText[NOTES_LISTING_TEXT];
+/* The lines whose keys are in ListingKeys; 0 outside a listing. */
+static int32_t ListingKeyCount;
+
+/* Makes the key k (at most 255 bytes, changed in place) ready to compare. */
+static void prepare_key(char *k, NoteKey *key)
 {
-    char k[TEXT_SIZE] = "", n[TEXT_SIZE + 8] = "", full[FULL_SIZE] = "";
-    strcatv(TEXT_MAX, k, key, nullptr);
-    strcatv((int)sizeof n - 1, n, name, nullptr);
-    strcatv(FULL_SIZE - 1, full, dir, name, nullptr);
     for (char *p = k; *p; p++)
         if (*p == '/')
             *p = '\\';
     upper_ascii(k);
-    upper_ascii(n);
-    upper_ascii(full);
+    key->text = k;
+    key->length = strlen(k);
+    key->has_colon = strchr(k, ':') != nullptr;
+    key->bare = !key->has_colon && !holds_char(k, '\\') && k[0];
+}
 
-    if (strcmp(k, n) == 0 || strcmp(k, full) == 0)
+static void prepare_file(NoteFile *file, const char *dir, const char *name)
+{
+    file->name[0] = file->full[0] = '\0';
+    strcatv((int)sizeof file->name - 1, file->name, name, nullptr);
+    strcatv(FULL_SIZE - 1, file->full, dir, name, nullptr);
+    upper_ascii(file->name);
+    upper_ascii(file->full);
+    file->name_length = strlen(file->name);
+    file->full_length = strlen(file->full);
+    const char *colon = strchr(file->full, ':');
+    file->rest = colon ? colon + 1 : nullptr;
+    file->rest_length = colon ? file->full_length - (size_t)(file->rest - file->full) : 0;
+}
+
+/* Lengths are compared first: most keys differ from a file in length. */
+static int same_text(const char *a, size_t a_length, const char *b, size_t b_length)
+{
+    return a_length == b_length && memcmp(a, b, a_length) == 0;
+}
+
+static int key_names_file(const NoteKey *key, const NoteFile *file)
+{
+    if (same_text(key->text, key->length, file->name, file->name_length) ||
+        same_text(key->text, key->length, file->full, file->full_length))
         return 1;
-    int has_colon = strchr(k, ':') != nullptr;
-    if (!has_colon && !holds_char(k, '\\') && k[0]) {
+    if (key->bare && key->length <= file->full_length) {
         /* A bare key names every file whose path ends in it, but only when
          * its first occurrence is that end. */
-        const char *at = find_whole(full, k);
-        if (at && at + strlen(k) == full + strlen(full))
+        const char *end = file->full + file->full_length - key->length;
+        if (memcmp(end, key->text, key->length) == 0 && find_whole(file->full, key->text) == end)
             return 1;
     }
-    const char *drive_end = strchr(full, ':');
-    return !has_colon && drive_end && strcmp(k, drive_end + 1) == 0;
+    return !key->has_colon && file->rest &&
+           same_text(key->text, key->length, file->rest, file->rest_length);
+}
+
+int note_key_matches(const char *key, const char *dir, const char *name)
+{
+    char k[TEXT_SIZE] = "";
+    NoteKey prepared;
+    NoteFile file;
+    strcatv(TEXT_MAX, k, key, nullptr);
+    prepare_key(k, &prepared);
+    prepare_file(&file, dir, name);
+    return key_names_file(&prepared, &file);
+}
+
+void notes_begin_listing(void)
+{
+    size_t used = 0;
+    ListingKeyCount = 0;
+    for (TextNode *node = FileNotes.head; node && ListingKeyCount < NOTES_LISTING_KEYS;
+         node = node->next) {
+        if (sizeof ListingText - used < (size_t)TEXT_SIZE)
+            break;
+        const char *line = node->text;
+        char *k = ListingText + used;
+        next_word(&line, k);
+        NoteKey *key = &ListingKeys[ListingKeyCount++];
+        prepare_key(k, key);
+        used += key->length + 1;
+    }
+}
+
+void notes_end_listing(void)
+{
+    ListingKeyCount = 0;
+}
+
+/* The note of line index: its first word after the key into note; gives
+ * the line before it (NULL for the first). */
+static TextNode *note_at(int32_t index, char *note)
+{
+    char key[TEXT_SIZE];
+    TextNode *prev = nullptr, *node = FileNotes.head;
+    for (int32_t i = 0; i < index; i++)
+        prev = node, node = node->next;
+    const char *line = node->text;
+    next_word(&line, key);
+    next_word(&line, note);
+    return prev;
 }
 
 TextNode *find_note(const char *dir, const char *name, char *note, int32_t *index)
 {
-    char key[TEXT_SIZE];
-    TextNode *prev = nullptr;
+    char text[TEXT_SIZE];
+    NoteFile file;
+    NoteKey key;
     note[0] = '\0';
     *index = -1;
+    if (!FileNotes.head)
+        return nullptr;
+    prepare_file(&file, dir, name);
     int32_t i = 0;
-    for (TextNode *node = FileNotes.head; node; prev = node, node = node->next, i++) {
-        const char *line = node->text;
-        next_word(&line, key);
-        if (note_key_matches(key, dir, name)) {
-            next_word(&line, note);
+    for (; i < ListingKeyCount; i++)
+        if (key_names_file(&ListingKeys[i], &file)) {
             *index = i;
-            return prev;
+            return note_at(i, note);
+        }
+    TextNode *node = FileNotes.head;
+    for (int32_t k = 0; k < i && node; k++)
+        node = node->next;
+    for (; node; node = node->next, i++) {
+        const char *line = node->text;
+        next_word(&line, text);
+        prepare_key(text, &key);
+        if (key_names_file(&key, &file)) {
+            *index = i;
+            return note_at(i, note);
         }
     }
     return nullptr;
@@ -167,6 +279,8 @@ int set_note(const char *dir, const char *name, const char *old_note, int32_t in
              TextNode *prev, const char *new_note)
 {
     char key[FULL_SIZE] = "", line[FULL_SIZE + TEXT_SIZE] = "";
+    /* Keys made ready for a listing would no longer be those of the lines. */
+    notes_end_listing();
     if (strcmp(new_note, old_note) == 0)
         return 0;
     if (FileNotes.path[0] == '\0') {

@@ -28,6 +28,20 @@ void notes_reset(void);
  * the directory dir (ending in "\"). Compared in upper case. */
 int note_key_matches(const char *key, const char *dir, const char *name);
 
+/* Room for the keys that notes_begin_listing makes ready: lines and bytes
+ * of keys (each key takes its length and one byte more). */
+constexpr int NOTES_LISTING_KEYS = 4000;
+constexpr int NOTES_LISTING_TEXT = 128 * 1024;
+
+/* Around the find_note calls of one listing: upper-cases the keys of
+ * FileNotes once, so that each file is compared with them as they are.
+ * find_note gives the same answers with or without; set_note, notes_load
+ * and notes_reset end the listing, as the keys then change. Nothing is
+ * allocated: a store larger than the room has its further keys read line
+ * by line as before. */
+void notes_begin_listing(void);
+void notes_end_listing(void);
+
 /* Looks up the file name of directory dir: the first line whose key names
  * it. Found: note (256 bytes) gets the note's first word, *index the line's
  * index, and the line before it comes back (NULL for the first line). Not

@@ -58,8 +58,9 @@ Chain PolylineChain(const std::vector<Entity>& records, size_t first, bool close
     if (b == 0) continue;
     Point3 q = vertices[(k + 1) % n]->Point(10), centre;
     double radius, a1, a2;
-    BulgeArc(p, q, b, &centre, &radius, &a1, &a2);
+    if (!BulgeArc(p, q, b, &centre, &radius, &a1, &a2)) continue;
     Chain arc = ArcPoints(centre, radius, a1, a2);
+    if (arc.size() < 2) continue;
     if (b < 0) std::reverse(arc.begin(), arc.end());
     chain.insert(chain.end(), arc.begin() + 1, arc.end() - 1);
   }
@@ -174,7 +175,7 @@ Chain ArcPoints(const Point3& c, double r, double a1, double a2) {
   return chain;
 }
 
-void BulgeArc(const Point3& p, const Point3& q, double b, Point3* centre, double* radius,
+bool BulgeArc(const Point3& p, const Point3& q, double b, Point3* centre, double* radius,
               double* a1, double* a2) {
   // Work with the counter-clockwise arc from s to e.
   const Point3& s = b > 0 ? p : q;
@@ -189,6 +190,8 @@ void BulgeArc(const Point3& p, const Point3& q, double b, Point3* centre, double
              (s[2] + e[2]) * 0.5};
   *a1 = std::atan2(s[1] - (*centre)[1], s[0] - (*centre)[0]);
   *a2 = std::atan2(e[1] - (*centre)[1], e[0] - (*centre)[0]);
+  return d > 0 && std::isfinite(*radius) && *radius > 0 && std::isfinite((*centre)[0]) &&
+         std::isfinite((*centre)[1]);
 }
 
 std::vector<Chain> EntityOutline(const Drawing& drawing, uint64_t id) {

@@ -29,7 +29,9 @@ Chain ArcPoints(const Point3& c, double r, double a1, double a2);
 
 // The centre, radius and angles of a polyline segment from p to q with
 // bulge b (not 0): the arc runs counter-clockwise from a1 to a2 when b > 0.
-void BulgeArc(const Point3& p, const Point3& q, double b, Point3* centre, double* radius,
+// False when the segment has no arc: its ends are one point, or the arc
+// cannot be given in finite numbers; the segment is then drawn straight.
+bool BulgeArc(const Point3& p, const Point3& q, double b, Point3* centre, double* radius,
               double* a1, double* a2);
 
 struct Box {

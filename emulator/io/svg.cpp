@@ -330,7 +330,7 @@ std::string SvgPainter::Segment(const PlacedRecord& p, const Vertex& from, const
   if (from.bulge == 0 || !p.transform.Conformal()) return " L" + At(q);
   Point3 centre;
   double r, a1, a2;
-  BulgeArc(from.at, to.at, from.bulge, &centre, &r, &a1, &a2);
+  if (!BulgeArc(from.at, to.at, from.bulge, &centre, &r, &a1, &a2)) return " L" + At(q);
   for (const Point3& s : ArcPoints(centre, r, a1, a2)) At(p.transform.Apply(s));
   bool ccw = (from.bulge > 0) == (p.transform.Det() > 0);
   return " A" + Num(r * p.transform.Scale()) + "," + Num(r * p.transform.Scale()) + " 0 " +

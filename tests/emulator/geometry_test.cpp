@@ -69,6 +69,32 @@ TEST(GeometryTest, ArcSweepsInConstantTime) {
   EXPECT_EQ(box.hi, (Point3{1, 2, 0}));
 }
 
+// A bulged segment whose ends are one point, or whose arc overflows, has
+// no arc; it is taken as straight instead of giving a NaN radius (which
+// was cast to a step count) or an empty arc to cut the ends from. The
+// fuzzer found both through the drawing's box.
+TEST(GeometryTest, BulgeArcNotFiniteIsAStraightSegment) {
+  Point3 centre;
+  double radius, a1, a2;
+  EXPECT_TRUE(BulgeArc({0, 0, 0}, {2, 0, 0}, 1, &centre, &radius, &a1, &a2));
+  EXPECT_NEAR(radius, 1, 1e-12);
+  EXPECT_FALSE(BulgeArc({5, 5, 0}, {5, 5, 0}, 1, &centre, &radius, &a1, &a2));
+  EXPECT_FALSE(BulgeArc({-1e99, 0, 0}, {1e99, 0, 0}, 1e300, &centre, &radius, &a1, &a2));
+
+  for (Point3 far : {Point3{5, 5, 0}, Point3{1e99, 1e99, 0}}) {
+    Drawing d;
+    Entity polyline("POLYLINE"), v1("VERTEX"), v2("VERTEX"), end("SEQEND");
+    polyline.groups = {{70, short{1}}};
+    v1.groups = {{10, Point3{5, 5, 0}}, {42, 1e300}};
+    v2.groups = {{10, far}, {42, 1e300}};
+    for (const Entity& e : {polyline, v1, v2, end}) d.Append(e);
+    Box box = DrawingBox(d);
+    ASSERT_FALSE(box.empty);
+    EXPECT_EQ(box.lo, (Point3{5, 5, 0}));
+    EXPECT_EQ(box.hi, far);
+  }
+}
+
 TEST(BlocksTest, CyclesAreFoundThroughAnyNumberOfBlocks) {
   struct Case {
     std::initializer_list<std::string> blocks;

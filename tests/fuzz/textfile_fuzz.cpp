@@ -1,13 +1,14 @@
-// textfile_fuzz.cpp - text-mode files, as every data file of the module is
-// read and written (plat_fopen): the bytes on disk against what a reader
-// must get (CR LF as a line feed, a lone CR kept, nothing from the first
-// 0x1A on), read a character, a line and a block at a time; what is written
-// reading back the same; and appending after a final 0x1A.
+// textfile_fuzz.cpp - text-mode files, opened as the module opens every data
+// file it reads and writes (plat_fopen, on drive C:): the bytes on disk
+// against what a reader must get (CR LF as a line feed, a lone CR kept,
+// nothing from the first 0x1A on), read a character, a line and a block at
+// a time; what is written reading back the same; and appending after a
+// final 0x1A.
 #include <cstdio>
 #include <string>
 #include <string_view>
 
-#include "emulator/platform/textfile.h"
+#include "host/platform.h"
 #include "support/fuzz_env.h"
 
 namespace {
@@ -32,14 +33,17 @@ std::string DiskOf(std::string_view text) {
   return out;
 }
 
-FILE* Open(const std::string& path, const char* mode) {
-  FILE* f = vorhost::OpenTextMode(path, mode, path);
+// The scratch drive's file T.TXT.
+const char kPath[] = "C:\\T.TXT";
+
+FILE* Open(const char* path, const char* mode) {
+  FILE* f = plat_fopen(kPath, mode);
   if (!f) vorfuzz::Broken(std::string("cannot open the file with ") + mode);
   return f;
 }
 
-std::string ReadByChars(const std::string& path) {
-  FILE* f = Open(path, "r");
+std::string ReadByChars(const char* path) {
+  FILE* f = Open(kPath, "r");
   std::string out;
   for (int c; (c = std::fgetc(f)) != EOF;) out += static_cast<char>(c);
   std::fclose(f);
@@ -49,8 +53,8 @@ std::string ReadByChars(const std::string& path) {
 // fgets into a buffer of size bytes, as the text lists read with 256. The
 // buffer is filled with a mark first, so that the terminator fgets puts
 // after the bytes it read is the last NUL even when a line holds NULs.
-std::string ReadByLines(const std::string& path, int size) {
-  FILE* f = Open(path, "r");
+std::string ReadByLines(const char* path, int size) {
+  FILE* f = Open(kPath, "r");
   std::string out, buf;
   for (;;) {
     buf.assign(static_cast<size_t>(size), '\x7F');
@@ -61,8 +65,8 @@ std::string ReadByLines(const std::string& path, int size) {
   return out;
 }
 
-std::string ReadByBlocks(const std::string& path, size_t block) {
-  FILE* f = Open(path, "r");
+std::string ReadByBlocks(const char* path, size_t block) {
+  FILE* f = Open(kPath, "r");
   std::string out(block, '\0');
   std::string all;
   for (size_t got; (got = std::fread(out.data(), 1, block, f)) > 0;) all.append(out, 0, got);
@@ -81,26 +85,25 @@ void Expect(const std::string& got, const std::string& want, const char* how) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   vorfuzz::ScratchDrive& drive = vorfuzz::ScratchDrive::Get();
   const std::string raw(vorfuzz::Bytes(data, size));
-  const std::string path = drive.root() + "/T.TXT";
 
   drive.Write("T.TXT", raw);
   const std::string text = TextOf(raw);
-  Expect(ReadByChars(path), text, "a character at a time");
-  Expect(ReadByLines(path, 256), text, "by lines of 256");
-  Expect(ReadByLines(path, 2), text, "by lines of 2");
-  Expect(ReadByBlocks(path, 4096), text, "in blocks of 4096");
-  Expect(ReadByBlocks(path, 7), text, "in blocks of 7");
+  Expect(ReadByChars(kPath), text, "a character at a time");
+  Expect(ReadByLines(kPath, 256), text, "by lines of 256");
+  Expect(ReadByLines(kPath, 2), text, "by lines of 2");
+  Expect(ReadByBlocks(kPath, 4096), text, "in blocks of 4096");
+  Expect(ReadByBlocks(kPath, 7), text, "in blocks of 7");
 
-  FILE* f = Open(path, "w");
+  FILE* f = Open(kPath, "w");
   std::fwrite(raw.data(), 1, raw.size(), f);
   std::fclose(f);
   if (drive.Read("T.TXT") != DiskOf(raw)) vorfuzz::Broken("written text is not on disk as CR LF");
-  Expect(ReadByChars(path), TextOf(DiskOf(raw)), "after writing");
+  Expect(ReadByChars(kPath), TextOf(DiskOf(raw)), "after writing");
   if (TextOf(DiskOf(raw)) != raw.substr(0, raw.find('\x1A')))
     vorfuzz::Broken("written text does not read back");
 
   drive.Write("T.TXT", raw);
-  f = Open(path, "a+");
+  f = Open(kPath, "a+");
   std::fputs("X\n", f);
   std::rewind(f);
   std::string appended;

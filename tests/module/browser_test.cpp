@@ -8,6 +8,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -205,6 +206,51 @@ TEST_F(BrowserTest, FilesAreSortedByTheirBytesWithTheirDatesAndNotes) {
                                                     "a.acf|Wed Jan 02 02:03:55 1980|小寫"}))
       << "a directory matching the pattern is not a file";
   EXPECT_EQ(FileCount, 3);
+}
+
+TEST_F(BrowserTest, EachFileShowsTheNoteOfTheFirstLineThatNamesIt) {
+  // Big5 trail bytes: 功 A5 5C and 蓋 BB 5C end in "\", 乙 A4 41 in "A";
+  // 兀 A4 61 upper-cased bytewise is 乙.
+  for (const char* f : {"P1.ACF", "p2.acf", "Q1.ACF", "X1.ACF", "P3.ACF", "BA.ACF", "成功.ACF", "蓋.ACF",
+                        "乙.ACF", "兀.ACF", "1.ACF/Z1.ACF", "1.ACF/P1.ACF"})
+    File(std::string("ACF/") + f);
+  WriteFile("VOR/FILE_CON.DAT", Big5("D:\\ACF\\P1.ACF 地下\r\n"    // another drive
+                                     "c:/acf/p1.acf 一樓 二樓\r\n"  // a full path in any case
+                                     "P1.ACF 重複\r\n"              // a bare name, in any directory
+                                     "\\ACF\\P2.ACF 二樓\r\n"       // no drive
+                                     "q1.acf 三樓\r\n"
+                                     "1.ACF 尾\r\n"                 // the end of names
+                                     "功.ACF 功\r\n"
+                                     "C:\\ACF\\蓋.ACF 蓋\r\n"
+                                     "A.ACF 甲\r\n"                 // not inside a character
+                                     "乙.ACF 乙\r\n"
+                                     "C:\\ACF\\SUB\\P3.ACF 子\r\n"  // another directory
+                                     "ACF\\P3.ACF 相對\r\n"         // relative: no form
+                                     "\x1A"));
+  // Name -> note as the file list shows them.
+  auto notes = [this] {
+    std::map<std::string, std::string> shown;
+    for (const std::string& row : Rows("file")) {
+      size_t bar = row.find('|'), last = row.rfind('|');
+      shown[row.substr(0, bar)] = row.substr(last + 1);
+    }
+    return shown;
+  };
+  Run({"#show", "cancel"});
+  EXPECT_EQ(notes(), (std::map<std::string, std::string>{{"P1.ACF", "一樓"},
+                                                         {"p2.acf", "二樓"},
+                                                         {"Q1.ACF", "三樓"},
+                                                         {"X1.ACF", "尾"},
+                                                         {"P3.ACF", ""},
+                                                         {"BA.ACF", "甲"},
+                                                         {"成功.ACF", "功"},
+                                                         {"蓋.ACF", "蓋"},
+                                                         {"乙.ACF", "乙"},
+                                                         {"兀.ACF", "乙"}}));
+  // In C:\ACF\1.ACF\ the key 1.ACF is first found in the directory.
+  std::strcpy(BrowserPath, "C:\\ACF\\1.ACF\\");
+  Run({"#show", "cancel"});
+  EXPECT_EQ(notes(), (std::map<std::string, std::string>{{"P1.ACF", "重複"}, {"Z1.ACF", ""}}));
 }
 
 TEST_F(BrowserTest, FilesAreTakenInTheOrderTheyWereChosen) {

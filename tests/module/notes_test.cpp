@@ -104,6 +104,40 @@ TEST_F(NotesTest, TheFirstLineNamingAFileHoldsItsFirstWordAsTheNote) {
   EXPECT_EQ(index, -1);
 }
 
+TEST_F(NotesTest, AListingFindsTheSameNotesWhenTheStoreOutgrowsItsRoom) {
+  struct Case {
+    int lines;   // lines before the one that names P1.ACF
+    int length;  // of their keys
+  } cases[] = {
+      {NOTES_LISTING_KEYS + 5, 10},                  // more lines than keys made ready
+      {NOTES_LISTING_TEXT / 250 + 5, 249},           // more bytes of keys
+  };
+  for (const Case& c : cases) {
+    std::vector<std::string> lines = {"Q1.ACF 乙"};
+    for (int i = 1; i < c.lines; i++) {
+      std::string key = "K" + std::to_string(i);
+      lines.push_back(key + std::string(c.length - key.size(), 'X') + " n");
+    }
+    lines.push_back("c:/acf/p1.acf 一樓");
+    lines.push_back("P1.ACF 重複");
+    Store(lines);
+    notes_begin_listing();
+    int32_t index;
+    EXPECT_EQ(Note("C:\\ACF\\", "Q1.ACF", &index), "乙");
+    EXPECT_EQ(index, 0);
+    EXPECT_EQ(Note("C:\\ACF\\", "P1.ACF", &index), "一樓") << c.lines;
+    EXPECT_EQ(index, c.lines);
+    EXPECT_EQ(Note("C:\\ACF\\", "P2.ACF", &index), "");
+    EXPECT_EQ(index, -1);
+    // A change to the store ends the listing: the lines have moved up.
+    EXPECT_TRUE(Set("C:\\ACF\\", "Q1.ACF", ""));
+    EXPECT_EQ(Note("C:\\ACF\\", "P1.ACF", &index), "一樓");
+    EXPECT_EQ(index, c.lines - 1);
+    notes_end_listing();
+    textlist_free(&FileNotes);
+  }
+}
+
 TEST_F(NotesTest, AddingReplacingAndRemovingANoteRewriteOnlyItsLine) {
   Store({"ONEWORD", "C:\\ACF\\P1.ACF 一樓 二樓"});
   EXPECT_TRUE(Set("C:\\ACF\\", "P2.ACF", "三樓"));

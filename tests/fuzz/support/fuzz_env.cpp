@@ -2,9 +2,11 @@
 #include "support/fuzz_env.h"
 #include "emulator/core/text.h"
 
+#include <signal.h>
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -18,6 +20,23 @@
 namespace vorfuzz {
 namespace {
 
+constexpr char kPrefix[] = "vor_fuzz.";
+
+// Removes the scratch folders of fuzz processes that are gone: one that
+// crashes, times out or is killed never reaches its exit handlers.
+void RemoveStale(const std::string& base) {
+  std::error_code ec;
+  for (const auto& entry : std::filesystem::directory_iterator(base, ec)) {
+    std::string name = entry.path().filename().string();
+    if (!name.starts_with(kPrefix)) continue;
+    char* end = nullptr;
+    long pid = std::strtol(name.c_str() + sizeof kPrefix - 1, &end, 10);
+    if (*end || pid <= 0 || (kill(static_cast<pid_t>(pid), 0) != 0 && errno == ESRCH))
+      std::filesystem::remove_all(entry.path(), ec);
+  }
+}
+
+// base/vor_fuzz.PID, made afresh.
 std::string MakeRoot() {
   std::string base = "/dev/shm";
   std::error_code ec;
@@ -25,9 +44,11 @@ std::string MakeRoot() {
     const char* tmp = getenv("TMPDIR");
     base = tmp && *tmp ? tmp : "/tmp";
   }
-  std::string dir = base + "/vor_fuzz_XXXXXX";
-  if (!mkdtemp(dir.data())) {
-    std::perror("vor fuzz: cannot make a scratch folder");
+  RemoveStale(base);
+  std::string dir = base + "/" + kPrefix + std::to_string(getpid());
+  std::filesystem::remove_all(dir, ec);
+  if (!std::filesystem::create_directory(dir, ec)) {
+    std::fprintf(stderr, "vor fuzz: cannot make a scratch folder %s\n", dir.c_str());
     std::abort();
   }
   return dir;
@@ -49,12 +70,7 @@ void RemoveRoot() {
 
 }  // namespace
 
-ScratchDrive::ScratchDrive() : root_(MakeRoot()) {
-  // The module's linetype files go to the folders of ACAD; without it they
-  // go to the current directory, on this drive.
-  unsetenv("ACAD");
-  std::atexit(RemoveRoot);
-}
+ScratchDrive::ScratchDrive() : root_(MakeRoot()) { std::atexit(RemoveRoot); }
 
 ScratchDrive& ScratchDrive::Get() {
   static ScratchDrive* drive = [] {
@@ -134,3 +150,14 @@ void Broken(const std::string& message) {
 }
 
 }  // namespace vorfuzz
+
+// libFuzzer calls this once, before the first input. The host's resources
+// and the module's dialog and help files are taken from the sources,
+// wherever the target lies; ACAD names no folder, so the module's linetype
+// files go to the current directory of the scratch drive.
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+  setenv("VORHOST_RESOURCES", VOR_SOURCE_DIR "/resources", 0);
+  setenv("VORMIS_FILES", VOR_SOURCE_DIR "/dcl", 0);
+  unsetenv("ACAD");
+  return 0;
+}

@@ -1,6 +1,8 @@
 // fuzz_env.h - what the fuzz targets share: a scratch drive C: in a folder
-// of its own, and an emulated host with the module loaded, made afresh for
-// each input so that nothing of one input reaches the next.
+// of its own, and an emulated host with the module loaded, put back before
+// each input so that nothing of one input reaches the next. fuzz_env.cpp
+// also gives libFuzzer its LLVMFuzzerInitialize: the host's own files and
+// the module's dialog files are found in the sources.
 #ifndef VORMIS_TESTS_FUZZ_SUPPORT_FUZZ_ENV_H
 #define VORMIS_TESTS_FUZZ_SUPPORT_FUZZ_ENV_H
 
@@ -16,11 +18,13 @@
 
 namespace vorfuzz {
 
-// The drive C: of the process: a new folder under /dev/shm when that
-// exists (so inputs never reach a disk), else under $TMPDIR or /tmp,
-// mounted as C: and made current. The folder is removed at exit. Every
-// write of a fuzz target, the module's and the host's included, lands in
-// it, since the host resolves every path through its drives.
+// The drive C: of the process: a new folder vor_fuzz.PID under /dev/shm
+// when that exists (so inputs never reach a disk), else under $TMPDIR or
+// /tmp, mounted as C: and made current. The folder is removed at exit, and
+// those of processes that are gone (crashed, killed) when the next one
+// starts. Every write of a fuzz target, the module's and the host's
+// included, lands in it, since the host resolves every path through its
+// drives.
 class ScratchDrive {
  public:
   // The drive, mounted at first use.
