@@ -3,19 +3,21 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstring>
 #include <filesystem>
+#include <optional>
 #include <fstream>
 #include <iostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "emulator/host.h"
+#include "emulator/session/host.h"
 #include "emulator/io/dump.h"
 #include "emulator/io/dxf.h"
 #include "emulator/io/host_text.h"
 #include "emulator/io/svg.h"
 #include "emulator/platform/filesystem.h"
+#include "emulator/platform/search_path.h"
 #include "emulator/ui/script.h"
 #include "host/ads.h"
 
@@ -27,7 +29,8 @@ namespace {
 
 const char kVersion[] = "vorhost " VORMIS_VERSION "\n";
 
-const char kUsage[] =
+// The text before and after the options in --help.
+const char kUsageHead[] =
     "usage: vorhost [options] [SCRIPT | -]\n"
     "       vorhost --import-text FILE... | --export-text FILE...\n"
     "\n"
@@ -37,22 +40,9 @@ const char kUsage[] =
     "or the answer to whatever the host or the module is asking. Lines that\n"
     "start with # and a word are directives; see docs/scripting.md.\n"
     "\n"
-    "options:\n"
-    "  --drive X=DIR       make the Linux folder DIR the drive X: (repeatable).\n"
-    "                      Without one for C:, C: is the current directory.\n"
-    "  --open FILE.dxf     start from this drawing instead of an empty one\n"
-    "  --save FILE.dxf     when the script ends, save the drawing (DXF R12, Big5)\n"
-    "  --svg FILE.svg      when the script ends, write the drawing as SVG\n"
-    "  --dump              when the script ends, print the drawing as text\n"
-    "  --import-text FILE  convert a data file written in UTF-8 to the module's\n"
-    "                      form (Big5, CR LF, 0x1A at the end), in place; refused\n"
-    "                      for a character Big5 cannot hold or a line over 255\n"
-    "                      bytes (repeatable; runs instead of a script)\n"
-    "  --export-text FILE  convert a data file of the module to UTF-8 with plain\n"
-    "                      line ends, in place (repeatable; runs instead of a\n"
-    "                      script)\n"
-    "  --version           show the program's version\n"
-    "  --help              show this text\n"
+    "options:\n";
+
+const char kUsageTail[] =
     "\n"
     "The host's search path is the ACAD environment variable (DOS folders\n"
     "separated by ';'), then the module's dialog files and the host's own\n"
@@ -75,42 +65,116 @@ struct Options {
   bool dump = false;
 };
 
-// The value of an option given as "--name VALUE" or "--name=VALUE".
-bool OptionValue(int argc, char** argv, int* i, const std::string& name, std::string* value) {
-  std::string arg = argv[*i];
-  if (arg == name) {
-    if (*i + 1 >= argc) return false;
-    *value = argv[++*i];
-    return true;
-  }
-  if (arg.starts_with(name + "=")) {
-    *value = arg.substr(name.size() + 1);
-    return true;
-  }
+// An option as given: "--name", with its value when it takes one
+// ("--name VALUE" or "--name=VALUE"; none when it is missing).
+struct Given {
+  std::string arg;
+  std::optional<std::string> value;
+};
+
+bool Unknown(const Given& g, std::string* err) {
+  *err = "unknown option " + g.arg;
   return false;
+}
+
+bool TakeDrive(const Given& g, Options* opts, std::string* err) {
+  std::string mapping = g.value.value_or("");
+  if (mapping.size() < 3 || mapping[1] != '=' || !std::isalpha(static_cast<unsigned char>(mapping[0]))) {
+    *err = "--drive wants X=DIR, got \"" + mapping + "\"";
+    return false;
+  }
+  opts->drives.emplace_back(mapping[0], mapping.substr(2));
+  return true;
+}
+
+// A handler for an option whose value goes into a field of Options.
+template <std::string Options::*field>
+bool TakeFile(const Given& g, Options* opts, std::string* err) {
+  if (!g.value) return Unknown(g, err);
+  opts->*field = *g.value;
+  return true;
+}
+
+template <bool import>
+bool TakeConversion(const Given& g, Options* opts, std::string* err) {
+  if (!g.value) return Unknown(g, err);
+  opts->conversions.emplace_back(import, *g.value);
+  return true;
+}
+
+bool TakeDump(const Given&, Options* opts, std::string*) {
+  opts->dump = true;
+  return true;
+}
+
+struct Option {
+  const char* name;
+  const char* value;  // what it takes, as --help names it; null for a flag
+  const char* help;   // lines of --help, "\n" between
+  // Null for --help and --version, which main answers whatever else is given.
+  bool (*take)(const Given& given, Options* opts, std::string* err);
+};
+
+const Option kOptions[] = {
+    {"--drive", "X=DIR", "make the Linux folder DIR the drive X: (repeatable).\n"
+                         "Without one for C:, C: is the current directory.", TakeDrive},
+    {"--open", "FILE.dxf", "start from this drawing instead of an empty one", TakeFile<&Options::open>},
+    {"--save", "FILE.dxf", "when the script ends, save the drawing (DXF R12, Big5)", TakeFile<&Options::save>},
+    {"--svg", "FILE.svg", "when the script ends, write the drawing as SVG", TakeFile<&Options::svg>},
+    {"--dump", nullptr, "when the script ends, print the drawing as text", TakeDump},
+    {"--import-text", "FILE", "convert a data file written in UTF-8 to the module's\n"
+                              "form (Big5, CR LF, 0x1A at the end), in place; refused\n"
+                              "for a character Big5 cannot hold or a line over 255\n"
+                              "bytes (repeatable; runs instead of a script)", TakeConversion<true>},
+    {"--export-text", "FILE", "convert a data file of the module to UTF-8 with plain\n"
+                              "line ends, in place (repeatable; runs instead of a\n"
+                              "script)", TakeConversion<false>},
+    {"--version", nullptr, "show the program's version", nullptr},
+    {"--help", nullptr, "show this text", nullptr},
+};
+
+// The options' part of --help: each option with what it takes in a column
+// of 20, its help beside it.
+std::string Usage() {
+  std::string out = kUsageHead;
+  for (const Option& o : kOptions) {
+    std::string head = std::string("  ") + o.name + (o.value ? std::string(" ") + o.value : "");
+    head.resize(std::max<size_t>(head.size() + 2, 22), ' ');
+    std::string help = o.help;
+    for (size_t nl = help.find('\n'); nl != std::string::npos; nl = help.find('\n', nl + 23))
+      help.insert(nl + 1, 22, ' ');
+    out += head + help + "\n";
+  }
+  return out + kUsageTail;
+}
+
+// The option arg is, with its value taken from arg or the next argument.
+const Option* Match(int argc, char** argv, int* i, Given* given) {
+  std::string arg = argv[*i];
+  for (const Option& o : kOptions) {
+    std::string name = o.name;
+    if (!o.take) continue;
+    if (arg == name) {
+      given->arg = arg;
+      if (o.value && *i + 1 < argc) given->value = argv[++*i];
+      return &o;
+    }
+    if (o.value && arg.starts_with(name + "=")) {
+      given->arg = arg;
+      given->value = arg.substr(name.size() + 1);
+      return &o;
+    }
+  }
+  return nullptr;
 }
 
 bool ParseOptions(int argc, char** argv, Options* opts, std::string* err) {
   bool have_script = false;
   for (int i = 1; i < argc; i++) {
     std::string arg = argv[i];
-    std::string mapping, file;
-    if (OptionValue(argc, argv, &i, "--import-text", &file) ||
-        OptionValue(argc, argv, &i, "--export-text", &file)) {
-      opts->conversions.emplace_back(arg.starts_with("--import-text"), file);
-    } else if (OptionValue(argc, argv, &i, "--open", &opts->open) ||
-        OptionValue(argc, argv, &i, "--save", &opts->save) ||
-        OptionValue(argc, argv, &i, "--svg", &opts->svg)) {
-      continue;
-    } else if (arg == "--dump") {
-      opts->dump = true;
-    } else if (arg == "--drive" || arg.starts_with("--drive=")) {
-      OptionValue(argc, argv, &i, "--drive", &mapping);
-      if (mapping.size() < 3 || mapping[1] != '=' || !std::isalpha(static_cast<unsigned char>(mapping[0]))) {
-        *err = "--drive wants X=DIR, got \"" + mapping + "\"";
-        return false;
-      }
-      opts->drives.emplace_back(mapping[0], mapping.substr(2));
+    Given given;
+    if (const Option* o = Match(argc, argv, &i, &given)) {
+      if (!o->take(given, opts, err)) return false;
     } else if (arg.size() > 1 && arg[0] == '-') {
       *err = "unknown option " + arg;
       return false;
@@ -160,8 +224,8 @@ bool FindOwnFiles(std::string* err) {
     const char* variable;
   };
   const OwnFile files[] = {
-      {vorhost::Host::ModuleDirectory(), "VORMIS.DCL", "VORMIS_FILES"},
-      {vorhost::Host::ResourceDirectory(), "BASE.DCL", "VORHOST_RESOURCES"},
+      {vorhost::ModuleDirectory(), "VORMIS.DCL", "VORMIS_FILES"},
+      {vorhost::ResourceDirectory(), "BASE.DCL", "VORHOST_RESOURCES"},
   };
   for (const OwnFile& f : files) {
     std::error_code ec;
@@ -195,46 +259,21 @@ bool MountDrives(const Options& opts, std::string* err) {
 bool WriteResults(vorhost::Host& host, const Options& opts) {
   std::string err;
   bool ok = true;
-  if (!opts.save.empty() && !vorhost::SaveDxf(host.drawing(), host.sysvars(), opts.save, &err)) {
+  if (!opts.save.empty() && !vorhost::SaveDxf(host.document().drawing(), host.document().sysvars(), opts.save, &err)) {
     std::cerr << "vorhost: " << err << "\n";
     ok = false;
   }
-  if (!opts.svg.empty() && !vorhost::SaveSvg(host.drawing(), host.sysvars(), opts.svg, &err)) {
+  if (!opts.svg.empty() && !vorhost::SaveSvg(host.document().drawing(), host.document().sysvars(), opts.svg, &err)) {
     std::cerr << "vorhost: " << err << "\n";
     ok = false;
   }
-  if (opts.dump) std::cout << vorhost::DumpDrawing(host.drawing());
+  if (opts.dump) std::cout << vorhost::DumpDrawing(host.document().drawing());
   return ok;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  for (int i = 1; i < argc; i++)
-    if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
-      std::cout << kUsage;
-      return 0;
-    } else if (std::strcmp(argv[i], "--version") == 0) {
-      std::cout << kVersion;
-      return 0;
-    }
-  Options opts;
-  std::string err;
-  if (!ParseOptions(argc, argv, &opts, &err)) {
-    std::cerr << "vorhost: " << err << "\n" << kUsage;
-    return 2;
-  }
-  if (!opts.conversions.empty()) return ConvertFiles(opts);
-  if (!MountDrives(opts, &err)) {
-    std::cerr << "vorhost: " << err << "\n" << kUsage;
-    return 2;
-  }
-  if (!FindOwnFiles(&err)) {
-    std::cerr << "vorhost: " << err << "\n";
-    return 2;
-  }
-  vorhost::Files().SetCurrentDrive(3);
-
+// Runs the script the options name, or a person at the terminal, in a host
+// with the module loaded; the program's exit status.
+int RunSession(const Options& opts) {
   std::ifstream file;
   std::istream* in = &std::cin;
   if (opts.script != "-") {
@@ -248,21 +287,56 @@ int main(int argc, char** argv) {
   }
   vorhost::Host host(&std::cout);
   vorhost::ScriptUser script(host, opts.script == "-" ? "<stdin>" : opts.script, in);
-  host.set_user(&script);
+  host.console().set_user(&script);
   bool person = opts.script == "-" && isatty(STDIN_FILENO);
   if (person) std::cout << kVersion;
-  host.set_echo_answers(!person);
+  host.console().set_echo_answers(!person);
   script.set_interactive(person);
+  std::string err;
   if (!opts.open.empty() && !host.OpenDrawing(opts.open, &err)) {
     std::cerr << "vorhost: " << err << "\n";
     return 2;
   }
-  host.LoadModule(acrxEntryPoint);
-  host.Run();
-  host.UnloadModule();
+  host.module().Load(acrxEntryPoint);
+  host.command_line().Run();
+  host.module().Unload();
   std::cout.flush();
   int status = script.failed() ? 1 : 0;
   if (script.failed()) std::cerr << script.failure() << "\n";
   if (!WriteResults(host, opts)) status = status ? status : 3;
   return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  // --help and --version answer whatever else is given.
+  for (int i = 1; i < argc; i++) {
+    std::string_view arg = argv[i];
+    if (arg == "--help" || arg == "-h") {
+      std::cout << Usage();
+      return 0;
+    }
+    if (arg == "--version") {
+      std::cout << kVersion;
+      return 0;
+    }
+  }
+  Options opts;
+  std::string err;
+  if (!ParseOptions(argc, argv, &opts, &err)) {
+    std::cerr << "vorhost: " << err << "\n" << Usage();
+    return 2;
+  }
+  if (!opts.conversions.empty()) return ConvertFiles(opts);
+  if (!MountDrives(opts, &err)) {
+    std::cerr << "vorhost: " << err << "\n" << Usage();
+    return 2;
+  }
+  if (!FindOwnFiles(&err)) {
+    std::cerr << "vorhost: " << err << "\n";
+    return 2;
+  }
+  vorhost::Files().SetCurrentDrive(3);
+  return RunSession(opts);
 }

@@ -15,6 +15,7 @@
 
 #include "emulator/core/sysvars.h"
 #include "emulator/drawing/drawing.h"
+#include "emulator/drawing/layout.h"
 #include "emulator/drawing/textmetric.h"
 #include "emulator/io/dxf.h"
 
@@ -44,12 +45,8 @@ class Symbol {
               short h = 0) {
     Point3 insertion = at;
     if (h != 0) insertion = JustifiedInsertion(MeasureText(value, kTextHeight, 1, false), at, h, 0, 0);
-    std::vector<Group> groups = {{10, insertion}, {40, kTextHeight}, {1, value}, {2, tag}, {3, prompt},
-                                 {70, short{0}}, {73, short{0}}, {50, 0.0}, {41, 1.0}, {51, 0.0},
-                                 {7, std::string("STANDARD")}, {71, short{0}}, {72, h}};
-    if (h != 0) groups.push_back({11, at});
-    groups.push_back({74, short{0}});
-    Add("ATTDEF", std::move(groups));
+    Add("ATTDEF", LayOut("ATTDEF", {{10, insertion}, {40, kTextHeight}, {1, value}, {2, tag},
+                                    {3, prompt}, {72, h}, {11, at}}));
   }
   Drawing& drawing() { return drawing_; }
 

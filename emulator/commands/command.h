@@ -1,7 +1,7 @@
 // command.h - a host command as a little state machine: it shows a prompt,
 // takes one answer at a time, and finishes, asks again, or refuses the
 // answer. The same machine serves a person typing and a program feeding
-// ads_command.
+// ads_command; it reaches the host only through its CommandContext.
 #ifndef VORHOST_COMMANDS_COMMAND_H
 #define VORHOST_COMMANDS_COMMAND_H
 
@@ -9,11 +9,22 @@
 #include <string>
 #include <string_view>
 
-#include "emulator/commands/answer.h"
+#include "emulator/core/answer.h"
+#include "emulator/core/input.h"
+#include "emulator/drawing/document.h"
 
 namespace vorhost {
 
-class Host;
+// What a command may reach of the host: the document it works on, and the
+// command line for the texts it prints.
+class CommandContext {
+ public:
+  virtual ~CommandContext() = default;
+  virtual Document& document() = 0;
+  // Text a command prints, such as "Linetype DASHED loaded.": shown when
+  // the command's prompts are.
+  virtual void Message(std::string_view text) = 0;
+};
 
 enum class Step {
   kAsk,     // wants another answer: see Prompt()
@@ -23,7 +34,7 @@ enum class Step {
 
 class Command {
  public:
-  explicit Command(Host& host) : host_(host) {}
+  explicit Command(CommandContext& context) : context_(context) {}
   virtual ~Command() = default;
   Command(const Command&) = delete;
   Command& operator=(const Command&) = delete;
@@ -34,6 +45,9 @@ class Command {
   // What the command asks now (Big5), beginning with "\n" when the host
   // shows it on a line of its own.
   virtual std::string Prompt() const = 0;
+  // What kind of answer the prompt wants, for a front end that offers
+  // picking: kSelection while the command selects objects.
+  virtual Asking asking() const { return Asking::kPrompt; }
   virtual Step Feed(const Answer& answer) = 0;
   // Called when the command is cancelled before it finished.
   virtual void Cancelled() {}
@@ -46,8 +60,10 @@ class Command {
     refusal_ = std::move(why);
     return Step::kReject;
   }
+  Document& doc() const { return context_.document(); }
+  void Message(std::string_view text) const { context_.Message(text); }
 
-  Host& host_;
+  CommandContext& context_;
 
  private:
   std::string refusal_;
@@ -55,7 +71,7 @@ class Command {
 
 // Makes the command of that name (upper case, without a leading "-", "_"
 // or "."), or nullptr when the host has none.
-std::unique_ptr<Command> MakeCommand(Host& host, std::string_view name);
+std::unique_ptr<Command> MakeCommand(CommandContext& context, std::string_view name);
 
 // One line per command, for help texts: "NAME  what it does".
 std::string CommandSummary();

@@ -6,7 +6,7 @@
 #include "emulator/commands/selection.h"
 #include "emulator/core/numbers.h"
 #include "emulator/drawing/geometry.h"
-#include "emulator/host.h"
+#include "emulator/drawing/layout.h"
 
 namespace vorhost {
 namespace {
@@ -27,10 +27,10 @@ class LineCommand : public Command {
 
   Step Feed(const Answer& a) override {
     if (from_) {
-      std::optional<Point3> p = a.IsEnter() ? host_.LastPoint() : AnswerPoint(a, host_.LastPoint());
+      std::optional<Point3> p = a.IsEnter() ? doc().LastPoint() : AnswerPoint(a, doc().LastPoint());
       if (!p) return Reject(kInvalidPoint);
       start_ = last_ = *p;
-      host_.SetLastPoint(*p);
+      doc().SetLastPoint(*p);
       from_ = false;
       return Step::kAsk;
     }
@@ -38,11 +38,11 @@ class LineCommand : public Command {
     std::string key = a.kind == Answer::Kind::kText ? MatchKeyword(a.text, {"Close", "Undo"}) : "";
     if (key == "UNDO") {
       if (segments_.empty()) return Reject("All segments already undone.");
-      const Entity* e = host_.drawing().Find(segments_.back());
+      const Entity* e = doc().drawing().Find(segments_.back());
       last_ = e->Point(10);
-      host_.drawing().Erase(segments_.back());
+      doc().drawing().Erase(segments_.back());
       segments_.pop_back();
-      host_.SetLastPoint(last_);
+      doc().SetLastPoint(last_);
       return Step::kAsk;
     }
     if (key == "CLOSE") {
@@ -58,11 +58,11 @@ class LineCommand : public Command {
 
  private:
   void Segment(const Point3& to) {
-    Entity e = host_.NewEntity("LINE");
-    e.groups = {{10, last_}, {11, to}};
-    segments_.push_back(host_.drawing().Append(std::move(e)));
+    Entity e = doc().NewEntity("LINE");
+    e.groups = LayOut("LINE", {{10, last_}, {11, to}});
+    segments_.push_back(doc().drawing().Append(std::move(e)));
     last_ = to;
-    host_.SetLastPoint(to);
+    doc().SetLastPoint(to);
   }
 
   bool from_ = true;
@@ -95,7 +95,7 @@ class PlineCommand : public Command {
 
   Step Begin() override {
     SysValue w;
-    if (host_.sysvars().Get("PLINEWID", &w)) start_width_ = end_width_ = std::get<double>(w);
+    if (doc().sysvars().Get("PLINEWID", &w)) start_width_ = end_width_ = std::get<double>(w);
     return Step::kAsk;
   }
 
@@ -120,11 +120,11 @@ class PlineCommand : public Command {
   double Factor() const { return half_ ? 2 : 1; }
 
   Step From(const Answer& a) {
-    std::optional<Point3> p = AnswerPoint(a, host_.LastPoint());
+    std::optional<Point3> p = AnswerPoint(a, doc().LastPoint());
     if (!p) return Reject(kInvalidPoint);
     vertices_.push_back({*p});
-    host_.SetLastPoint(*p);
-    host_.CommandMessage("Current line-width is " + FormatNumber(end_width_));
+    doc().SetLastPoint(*p);
+    Message("Current line-width is " + FormatNumber(end_width_));
     state_ = State::kMain;
     return Step::kAsk;
   }
@@ -181,7 +181,7 @@ class PlineCommand : public Command {
       if (vertices_.size() < 2) return Reject("All segments already undone.");
       vertices_.pop_back();
       vertices_.back().bulge = 0;
-      host_.SetLastPoint(vertices_.back().at);
+      doc().SetLastPoint(vertices_.back().at);
     } else {
       std::optional<Point3> p = AnswerPoint(a, vertices_.back().at);
       if (!p) return Reject(arc_mode_ ? "Invalid point or option keyword." : kInvalidPoint);
@@ -210,34 +210,33 @@ class PlineCommand : public Command {
     }
     start_width_ = end_width_;
     vertices_.push_back({q, start_width_, end_width_});
-    host_.SetLastPoint(q);
+    doc().SetLastPoint(q);
   }
 
   Step Finish(bool closed) {
-    host_.sysvars().Force("PLINEWID", end_width_);
+    doc().sysvars().Force("PLINEWID", end_width_);
     if (vertices_.size() < 2) return Step::kDone;
     SysValue type;
-    bool light = host_.sysvars().Get("PLINETYPE", &type) && std::get<short>(type) == 2;
+    bool light = doc().sysvars().Get("PLINETYPE", &type) && std::get<short>(type) == 2;
     light ? MakeLight(closed) : MakeOldStyle(closed);
     return Step::kDone;
   }
 
   void MakeOldStyle(bool closed) {
-    Drawing& d = host_.drawing();
-    Entity head = host_.NewEntity("POLYLINE");
-    head.groups = {{66, short{1}}, {10, Point3{0, 0, vertices_[0].at[2]}}, {70, short(closed ? 1 : 0)},
-                   {40, 0.0}, {41, 0.0}};
+    Drawing& d = doc().drawing();
+    Entity head = doc().NewEntity("POLYLINE");
+    head.groups = LayOut("POLYLINE", {{10, Point3{0, 0, vertices_[0].at[2]}}, {70, short(closed ? 1 : 0)}});
     d.Append(head);
     for (const Vertex& v : vertices_) {
-      Entity e = host_.NewEntity("VERTEX");
-      e.groups = {{10, v.at}, {40, v.start_width}, {41, v.end_width}, {42, v.bulge}, {70, short{0}}};
+      Entity e = doc().NewEntity("VERTEX");
+      e.groups = LayOut("VERTEX", {{10, v.at}, {40, v.start_width}, {41, v.end_width}, {42, v.bulge}});
       d.Append(std::move(e));
     }
-    d.Append(host_.NewEntity("SEQEND"));
+    d.Append(doc().NewEntity("SEQEND"));
   }
 
   void MakeLight(bool closed) {
-    Entity e = host_.NewEntity("LWPOLYLINE");
+    Entity e = doc().NewEntity("LWPOLYLINE");
     e.groups = {{90, static_cast<long>(vertices_.size())}, {70, short(closed ? 1 : 0)}};
     for (const Vertex& v : vertices_) {
       e.groups.push_back({10, Point3{v.at[0], v.at[1], 0}});
@@ -245,7 +244,7 @@ class PlineCommand : public Command {
       e.groups.push_back({41, v.end_width});
       e.groups.push_back({42, v.bulge});
     }
-    host_.drawing().Append(std::move(e));
+    doc().drawing().Append(std::move(e));
   }
 
   State state_ = State::kFrom;
@@ -305,7 +304,7 @@ class ArcCommand : public Command {
       return Make(centre_, Distance(centre_, start_), *deg > 0 ? a1 : a1 + *deg * M_PI / 180,
                   *deg > 0 ? a1 + *deg * M_PI / 180 : a1);
     }
-    std::optional<Point3> p = AnswerPoint(a, host_.LastPoint());
+    std::optional<Point3> p = AnswerPoint(a, doc().LastPoint());
     if (!p) return Reject(kInvalidPoint);
     switch (state_) {
       case State::kFirst: start_ = *p; start_given_ = true; state_ = State::kSecond; break;
@@ -339,10 +338,10 @@ class ArcCommand : public Command {
   Step Make(const Point3& c, double r, double a1, double a2) {
     if (r <= 0) return Reject("The arc has no radius.");
     if (!InRange(c) || !InRange(r)) return Reject(kValueOutOfRange);
-    Entity e = host_.NewEntity("ARC");
-    e.groups = {{10, c}, {40, r}, {50, NormalAngle(a1)}, {51, NormalAngle(a2)}};
-    host_.drawing().Append(std::move(e));
-    host_.SetLastPoint({c[0] + r * std::cos(a2), c[1] + r * std::sin(a2), c[2]});
+    Entity e = doc().NewEntity("ARC");
+    e.groups = LayOut("ARC", {{10, c}, {40, r}, {50, NormalAngle(a1)}, {51, NormalAngle(a2)}});
+    doc().drawing().Append(std::move(e));
+    doc().SetLastPoint({c[0] + r * std::cos(a2), c[1] + r * std::sin(a2), c[2]});
     return Step::kDone;
   }
 
@@ -388,14 +387,14 @@ class CircleCommand : public Command {
       case State::kPoint1: return TakePoint(a, &points_[0], State::kPoint2);
       case State::kPoint2:
         if (two_) {
-          std::optional<Point3> p = AnswerPoint(a, host_.LastPoint());
+          std::optional<Point3> p = AnswerPoint(a, doc().LastPoint());
           if (!p) return Reject(kInvalidPoint);
           Point3 c{(points_[0][0] + (*p)[0]) / 2, (points_[0][1] + (*p)[1]) / 2, points_[0][2]};
           return Make(c, std::hypot((*p)[0] - c[0], (*p)[1] - c[1]));
         }
         return TakePoint(a, &points_[1], State::kPoint3);
       case State::kPoint3: {
-        std::optional<Point3> p = AnswerPoint(a, host_.LastPoint());
+        std::optional<Point3> p = AnswerPoint(a, doc().LastPoint());
         Point3 c;
         if (!p) return Reject(kInvalidPoint);
         if (!Circumcentre(points_[0], points_[1], *p, &c)) return Reject("Points are collinear.");
@@ -410,11 +409,11 @@ class CircleCommand : public Command {
 
   double DefaultRadius() const {
     SysValue v;
-    return host_.sysvars().Get("CIRCLERAD", &v) ? std::get<double>(v) : 1.0;
+    return doc().sysvars().Get("CIRCLERAD", &v) ? std::get<double>(v) : 1.0;
   }
 
   Step TakePoint(const Answer& a, Point3* slot, State next) {
-    std::optional<Point3> p = AnswerPoint(a, host_.LastPoint());
+    std::optional<Point3> p = AnswerPoint(a, doc().LastPoint());
     if (!p) return Reject(kInvalidPoint);
     *slot = *p;
     state_ = next;
@@ -434,10 +433,10 @@ class CircleCommand : public Command {
   Step Make(const Point3& c, double r) {
     if (r <= 0) return Reject("The circle has no radius.");
     if (!InRange(c) || !InRange(r)) return Reject(kValueOutOfRange);
-    Entity e = host_.NewEntity("CIRCLE");
-    e.groups = {{10, c}, {40, r}};
-    host_.drawing().Append(std::move(e));
-    host_.sysvars().Force("CIRCLERAD", r);
+    Entity e = doc().NewEntity("CIRCLE");
+    e.groups = LayOut("CIRCLE", {{10, c}, {40, r}});
+    doc().drawing().Append(std::move(e));
+    doc().sysvars().Force("CIRCLERAD", r);
     return Step::kDone;
   }
 
@@ -450,13 +449,14 @@ class CircleCommand : public Command {
 
 class EraseCommand : public Command {
  public:
-  explicit EraseCommand(Host& host) : Command(host), selector_(host) {}
+  explicit EraseCommand(CommandContext& context) : Command(context), selector_(context) {}
   std::string Prompt() const override { return selector_.Prompt(); }
+  Asking asking() const override { return selector_.asking(); }
   Step Feed(const Answer& a) override {
     Step s = selector_.Feed(a);
     if (s == Step::kReject) return Reject(selector_.refusal());
     if (s == Step::kDone)
-      for (uint64_t id : selector_.selected()) host_.drawing().Erase(id);
+      for (uint64_t id : selector_.selected()) doc().drawing().Erase(id);
     return s;
   }
 
@@ -464,12 +464,16 @@ class EraseCommand : public Command {
   ObjectSelector selector_;
 };
 
+const CommandEntry kDrawCommands[] = {
+    {"ARC", "an arc through three points, or from its centre", Make<ArcCommand>},
+    {"CIRCLE", "a circle by centre and radius or diameter, or through two or three points", Make<CircleCommand>},
+    {"ERASE", "erase objects", Make<EraseCommand>},
+    {"LINE", "line segments", Make<LineCommand>},
+    {"PLINE", "a polyline of lines and arcs, with widths", Make<PlineCommand>},
+};
+
 }  // namespace
 
-std::unique_ptr<Command> MakeLine(Host& host) { return std::make_unique<LineCommand>(host); }
-std::unique_ptr<Command> MakePline(Host& host) { return std::make_unique<PlineCommand>(host); }
-std::unique_ptr<Command> MakeArc(Host& host) { return std::make_unique<ArcCommand>(host); }
-std::unique_ptr<Command> MakeCircle(Host& host) { return std::make_unique<CircleCommand>(host); }
-std::unique_ptr<Command> MakeErase(Host& host) { return std::make_unique<EraseCommand>(host); }
+std::span<const CommandEntry> DrawCommands() { return kDrawCommands; }
 
 }  // namespace vorhost

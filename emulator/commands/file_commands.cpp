@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "emulator/commands/registry.h"
-#include "emulator/host.h"
+#include "emulator/core/text.h"
 #include "emulator/io/dxf.h"
 #include "emulator/platform/filesystem.h"
 #include "emulator/platform/replace_file.h"
@@ -33,34 +33,38 @@ class SaveAsCommand : public Command {
     std::error_code ec;
     if (std::filesystem::is_directory(linux_path, ec))
       return Reject("Invalid file name " + dos + ": it is a directory.");
-    std::string upper = UpperAscii(dos);
+    std::string upper = UpperName(dos);
     if (upper.size() < 4 || upper.compare(upper.size() - 4, 4, ".DXF") != 0) dos += ".DXF";
     std::string full = Files().DosPath(dos);
     if (!Files().Resolve(dos, &linux_path)) return Reject("Invalid file name " + dos + ".");
     std::string text;
-    if (!DrawingDxf(host_.drawing(), host_.sysvars(), &text))
+    if (!DrawingDxf(doc().drawing(), doc().sysvars(), &text))
       return Reject("Cannot save " + full + ": " + kNotFiniteReason + ".");
     if (!ReplaceFile(linux_path, text, full, &why)) return Reject(why);
     size_t slash = FindLastSeparator(full);  // never the second byte of a Big5 character
-    host_.sysvars().Force("DWGNAME", full.substr(slash + 1));
-    host_.sysvars().Force("DWGPREFIX", full.substr(0, slash + 1));
-    host_.CommandMessage("Saved " + full + ".");
+    doc().sysvars().Force("DWGNAME", full.substr(slash + 1));
+    doc().sysvars().Force("DWGPREFIX", full.substr(0, slash + 1));
+    Message("Saved " + full + ".");
     return Step::kDone;
   }
 
  private:
   std::string DefaultName() const {
     SysValue prefix, name;
-    host_.sysvars().Get("DWGPREFIX", &prefix);
-    host_.sysvars().Get("DWGNAME", &name);
+    doc().sysvars().Get("DWGPREFIX", &prefix);
+    doc().sysvars().Get("DWGNAME", &name);
     std::string n = std::get<std::string>(name);
     size_t dot = n.rfind('.');
     return std::get<std::string>(prefix) + n.substr(0, dot) + ".DXF";
   }
 };
 
+const CommandEntry kFileCommands[] = {
+    {"SAVEAS", "save the drawing as a DXF file", Make<SaveAsCommand>},
+};
+
 }  // namespace
 
-std::unique_ptr<Command> MakeSaveAs(Host& host) { return std::make_unique<SaveAsCommand>(host); }
+std::span<const CommandEntry> FileCommands() { return kFileCommands; }
 
 }  // namespace vorhost

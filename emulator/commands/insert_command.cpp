@@ -3,8 +3,10 @@
 #include <cmath>
 
 #include "emulator/commands/registry.h"
+#include "emulator/core/text.h"
 #include "emulator/drawing/blocks.h"
-#include "emulator/host.h"
+#include "emulator/drawing/layout.h"
+#include "emulator/platform/search_path.h"
 #include "emulator/io/dxf.h"
 #include "emulator/platform/filesystem.h"
 
@@ -27,7 +29,7 @@ void Merge(SymbolTable<Record>& into, const SymbolTable<Record>& from) {
 // block insert itself (the file's model space inserting name, directly or
 // through the drawing's blocks or the file's) is refused, and the drawing
 // is left as it was.
-bool DefineFromFile(Host& host, const std::string& name, const std::string& path, std::string* why) {
+bool DefineFromFile(Document& doc, const std::string& name, const std::string& path, std::string* why) {
   Drawing file;
   SysVarTable vars;
   if (!OpenDxf(path, &file, &vars, why, Files().ShownName(path))) return false;
@@ -39,7 +41,7 @@ bool DefineFromFile(Host& host, const std::string& name, const std::string& path
     block.entities.push_back(e);
     if (e.type == "ATTDEF") block.flags |= 2;
   }
-  Tables& t = host.tables();
+  Tables& t = doc.tables();
   SymbolTable<BlockRecord> blocks = t.blocks();
   Merge(blocks, file.tables().blocks());
   blocks.Put(std::move(block));
@@ -78,10 +80,10 @@ class InsertCommand : public Command {
     switch (state_) {
       case State::kName: return Name(a);
       case State::kPoint: {
-        std::optional<Point3> p = AnswerPoint(a, host_.LastPoint());
+        std::optional<Point3> p = AnswerPoint(a, doc().LastPoint());
         if (!p) return Reject("Invalid point.");
         at_ = *p;
-        host_.SetLastPoint(*p);
+        doc().SetLastPoint(*p);
         state_ = State::kXScale;
         return Step::kAsk;
       }
@@ -107,18 +109,18 @@ class InsertCommand : public Command {
 
   // An entity of the block being inserted, by its index in the block.
   const Entity& Definition(size_t index) const {
-    return host_.tables().blocks().Find(name_)->entities[index];
+    return doc().tables().blocks().Find(name_)->entities[index];
   }
 
   std::string LastName() const {
     SysValue v;
-    return host_.sysvars().Get("INSNAME", &v) ? std::get<std::string>(v) : "";
+    return doc().sysvars().Get("INSNAME", &v) ? std::get<std::string>(v) : "";
   }
 
   Step Name(const Answer& a) {
-    std::string typed = a.IsEnter() ? LastName() : UpperAscii(a.Echo());
+    std::string typed = a.IsEnter() ? LastName() : UpperName(a.Echo());
     if (typed == "?") {
-      for (const BlockRecord& b : host_.tables().blocks().records()) host_.CommandMessage(b.name);
+      for (const BlockRecord& b : doc().tables().blocks().records()) Message(b.name);
       return Step::kAsk;
     }
     size_t eq = typed.find('=');
@@ -126,18 +128,18 @@ class InsertCommand : public Command {
     std::string file = eq == std::string::npos ? "" : typed.substr(eq + 1);
     if (name.empty() || name.size() > 31 || (eq != std::string::npos && file.empty()))
       return Reject("Invalid block name.");
-    if (file.empty() && host_.tables().blocks().Find(name)) {
-      name_ = host_.tables().blocks().Find(name)->name;
+    if (file.empty() && doc().tables().blocks().Find(name)) {
+      name_ = doc().tables().blocks().Find(name)->name;
     } else {
       std::string wanted = file.empty() ? name : file;
-      if (wanted.size() < 4 || UpperAscii(wanted.substr(wanted.size() - 4)) != ".DXF") wanted += ".DXF";
-      std::optional<std::string> path = host_.FindFile(wanted);
+      if (wanted.size() < 4 || UpperName(wanted.substr(wanted.size() - 4)) != ".DXF") wanted += ".DXF";
+      std::optional<std::string> path = FindFile(wanted);
       if (!path) return Reject("Block " + name + " not found, and no drawing file " + wanted + " on the search path.");
       std::string why;
-      if (!DefineFromFile(host_, name, *path, &why)) return Reject(why);
+      if (!DefineFromFile(doc(), name, *path, &why)) return Reject(why);
       name_ = name;
     }
-    host_.sysvars().Force("INSNAME", name_);
+    doc().sysvars().Force("INSNAME", name_);
     state_ = State::kPoint;
     return Step::kAsk;
   }
@@ -154,9 +156,9 @@ class InsertCommand : public Command {
   // The attributes' places, heights and angles (the block's, scaled and
   // turned by the insert's) must be in range, or the rotation is refused.
   Step StartAttributes() {
-    const BlockRecord* block = host_.tables().blocks().Find(name_);
+    const BlockRecord* block = doc().tables().blocks().Find(name_);
     SysValue req;
-    bool ask = !host_.sysvars().Get("ATTREQ", &req) || std::get<short>(req) != 0;
+    bool ask = !doc().sysvars().Get("ATTREQ", &req) || std::get<short>(req) != 0;
     defs_.clear();
     pending_.clear();
     for (size_t i = 0; i < block->entities.size(); i++) {
@@ -167,7 +169,7 @@ class InsertCommand : public Command {
       if (ask && !(e.Short(70) & kPreset)) pending_.push_back(i);
     }
     if (pending_.empty()) return Make();
-    host_.CommandMessage("Enter attribute values");
+    Message("Enter attribute values");
     state_ = State::kAttribute;
     return Step::kAsk;
   }
@@ -179,25 +181,23 @@ class InsertCommand : public Command {
   }
 
   Entity Attribute(const Entity& def, const std::string& value, const Point3& base) const {
-    Entity e = host_.NewEntity("ATTRIB");
+    Entity e = doc().NewEntity("ATTRIB");
     if (def.layer != "0") e.layer = def.layer;
-    e.groups = {{10, Place(def.Point(10), base)}, {40, def.Real(40, 1) * std::fabs(sy_)}, {1, value},
-                {2, def.Text(2)}, {70, short(def.Short(70) & kInvisible)}, {73, short{0}},
-                {50, def.Real(50) + rotation_}, {41, def.Real(41, 1) * std::fabs(sx_ / sy_)},
-                {51, def.Real(51)}, {7, def.Text(7, "STANDARD")}, {71, def.Short(71)},
-                {72, def.Short(72)}};
-    if (def.Short(72) != 0 || def.Short(74) != 0) e.groups.push_back({11, Place(def.Point(11), base)});
-    e.groups.push_back({74, def.Short(74)});
+    e.groups = LayOut("ATTRIB", {{10, Place(def.Point(10), base)}, {40, def.Real(40, 1) * std::fabs(sy_)},
+                                 {1, value}, {2, def.Text(2)}, {70, short(def.Short(70) & kInvisible)},
+                                 {50, def.Real(50) + rotation_}, {41, def.Real(41, 1) * std::fabs(sx_ / sy_)},
+                                 {51, def.Real(51)}, {7, def.Text(7, "STANDARD")}, {71, def.Short(71)},
+                                 {72, def.Short(72)}, {11, Place(def.Point(11), base)}, {74, def.Short(74)}});
     return e;
   }
 
   Step Make() {
-    const BlockRecord* block = host_.tables().blocks().Find(name_);
-    Drawing& d = host_.drawing();
-    Entity insert = host_.NewEntity("INSERT");
-    insert.groups = {{66, short(defs_.empty() ? 0 : 1)}, {2, block->name}, {10, at_}, {41, sx_},
-                     {42, sy_}, {43, sx_}, {50, rotation_}};
-    if (defs_.empty()) insert.Remove(66);
+    const BlockRecord* block = doc().tables().blocks().Find(name_);
+    Drawing& d = doc().drawing();
+    Entity insert = doc().NewEntity("INSERT");
+    std::vector<Group> groups = {{2, block->name}, {10, at_}, {41, sx_}, {42, sy_}, {43, sx_}, {50, rotation_}};
+    if (!defs_.empty()) groups.push_back({66, short{1}});  // ATTRIBs follow
+    insert.groups = LayOut("INSERT", std::move(groups));
     d.Append(std::move(insert));
     size_t asked = 0;
     for (size_t index : defs_) {
@@ -206,7 +206,7 @@ class InsertCommand : public Command {
       std::string value = was_asked ? values_[asked++] : def.Text(1);
       d.Append(Attribute(def, value, block->base));
     }
-    if (!defs_.empty()) d.Append(host_.NewEntity("SEQEND"));
+    if (!defs_.empty()) d.Append(doc().NewEntity("SEQEND"));
     return Step::kDone;
   }
 
@@ -219,8 +219,12 @@ class InsertCommand : public Command {
   std::vector<std::string> values_;
 };
 
+const CommandEntry kInsertCommands[] = {
+    {"INSERT", "insert a block, from the drawing or a drawing file on the search path", Make<InsertCommand>},
+};
+
 }  // namespace
 
-std::unique_ptr<Command> MakeInsert(Host& host) { return std::make_unique<InsertCommand>(host); }
+std::span<const CommandEntry> InsertCommands() { return kInsertCommands; }
 
 }  // namespace vorhost

@@ -2,21 +2,21 @@
 // variables typed as commands.
 #include <cmath>
 #include <deque>
-#include <fstream>
 #include <sstream>
 
 #include "emulator/commands/registry.h"
 #include "emulator/commands/selection.h"
+#include "emulator/core/text.h"
 #include "emulator/core/wcmatch.h"
 #include "emulator/drawing/linfile.h"
-#include "emulator/host.h"
+#include "emulator/platform/search_path.h"
 
 namespace vorhost {
 namespace {
 
-std::string CurrentText(Host& host, const char* var) {
+std::string CurrentText(const Document& doc, const char* var) {
   SysValue v;
-  return host.sysvars().Get(var, &v) ? FormatSysValue(v) : "";
+  return doc.sysvars().Get(var, &v) ? FormatSysValue(v) : "";
 }
 
 // The names of a comma-separated answer, upper-cased; empty entries dropped.
@@ -25,7 +25,7 @@ std::vector<std::string> NameList(const std::string& text) {
   std::stringstream in(text);
   for (std::string item; std::getline(in, item, ',');) {
     size_t b = item.find_first_not_of(' '), e = item.find_last_not_of(' ');
-    if (b != std::string::npos) names.push_back(UpperAscii(item.substr(b, e - b + 1)));
+    if (b != std::string::npos) names.push_back(UpperName(item.substr(b, e - b + 1)));
   }
   return names;
 }
@@ -38,31 +38,30 @@ std::string ColorName(short c) {
 // on the search path into the drawing. Already loaded ones are reloaded
 // when reload says so. Messages go through the host; false with *why when
 // the file cannot be had.
-bool ReadLinetypeFile(Host& host, const std::string& file, std::vector<LinetypeRecord>* records,
+bool ReadLinetypeFile(const std::string& file, std::vector<LinetypeRecord>* records,
                       std::string* why) {
   std::string name = file.empty() ? "ACAD.LIN" : file;
-  std::optional<std::string> path = host.FindFile(name);
-  if (!path && name.find('.') == std::string::npos) path = host.FindFile(name + ".LIN");
+  std::optional<std::string> path = FindFile(name);
+  if (!path && name.find('.') == std::string::npos) path = FindFile(name + ".LIN");
   if (!path) {
     *why = "Can't find file " + name + ".";
     return false;
   }
-  std::ifstream in(*path, std::ios::binary);
-  std::stringstream contents;
-  contents << in.rdbuf();
-  return ParseLinetypes(contents.str(), name, records, why);
+  std::string contents;
+  ReadWholeFile(*path, &contents);  // one that cannot be read holds no linetype
+  return ParseLinetypes(contents, name, records, why);
 }
 
 // Makes a linetype known to the drawing, looking in ACAD.LIN for one that
 // is not loaded yet; false when it is nowhere.
-bool EnsureLinetype(Host& host, const std::string& name) {
-  if (host.tables().linetypes().Find(name)) return true;
+bool EnsureLinetype(Document& doc, const std::string& name) {
+  if (doc.tables().linetypes().Find(name)) return true;
   std::vector<LinetypeRecord> records;
   std::string why;
-  if (!ReadLinetypeFile(host, "ACAD.LIN", &records, &why)) return false;
+  if (!ReadLinetypeFile("ACAD.LIN", &records, &why)) return false;
   for (LinetypeRecord& r : records)
-    if (SymbolTable<LinetypeRecord>::SameName(r.name, name)) {
-      host.tables().linetypes().Put(std::move(r));
+    if (SameName(r.name, name)) {
+      doc.tables().linetypes().Put(std::move(r));
       return true;
     }
   return false;
@@ -78,10 +77,10 @@ class LayerCommand : public Command {
     switch (state_) {
       case State::kMain: return "\n?/Make/Set/New/ON/OFF/Color/Ltype/Freeze/Thaw/LOck/Unlock: ";
       case State::kNew: return "\nNew layer name(s): ";
-      case State::kCurrent: return "\nNew current layer <" + CurrentText(host_, "CLAYER") + ">: ";
+      case State::kCurrent: return "\nNew current layer <" + CurrentText(doc(), "CLAYER") + ">: ";
       case State::kColor: return "\nColor: ";
       case State::kLinetype: return "\nLinetype (or ?) <CONTINUOUS>: ";
-      case State::kNames: return "\nLayer name(s) " + names_prompt_ + " <" + CurrentText(host_, "CLAYER") + ">: ";
+      case State::kNames: return "\nLayer name(s) " + names_prompt_ + " <" + CurrentText(doc(), "CLAYER") + ">: ";
       case State::kList: return "\nLayer name(s) to list <*>: ";
     }
     return "";
@@ -99,10 +98,10 @@ class LayerCommand : public Command {
         return AskNames("for color " + ColorName(*c));
       }
       case State::kLinetype: {
-        std::string name = UpperAscii(a.text);
+        std::string name = UpperName(a.text);
         if (a.IsEnter()) name = "CONTINUOUS";
-        if (!EnsureLinetype(host_, name)) return Reject("Linetype " + name + " not found.");
-        linetype_ = host_.tables().linetypes().Find(name)->name;
+        if (!EnsureLinetype(doc(), name)) return Reject("Linetype " + name + " not found.");
+        linetype_ = doc().tables().linetypes().Find(name)->name;
         return AskNames("for linetype " + linetype_);
       }
       case State::kNames: return Names(a);
@@ -148,20 +147,20 @@ class LayerCommand : public Command {
     for (const std::string& n : names)
       if (!ValidSymbolName(n)) return Reject("Invalid layer name: " + n);
     for (const std::string& n : names)
-      if (!host_.tables().layers().Find(n)) host_.tables().layers().Put(LayerRecord{n});
+      if (!doc().tables().layers().Find(n)) doc().tables().layers().Put(LayerRecord{n});
     state_ = State::kMain;
     return Step::kAsk;
   }
 
   Step Current(const Answer& a) {
     if (!a.IsEnter()) {
-      std::string name = UpperAscii(a.text);
+      std::string name = UpperName(a.text);
       if (!ValidSymbolName(name)) return Reject("Invalid layer name.");
-      if (!host_.tables().layers().Find(name)) {
+      if (!doc().tables().layers().Find(name)) {
         if (action_ == "SET") return Reject("Cannot find layer " + name + ".");
-        host_.tables().layers().Put(LayerRecord{name});
+        doc().tables().layers().Put(LayerRecord{name});
       }
-      host_.sysvars().Force("CLAYER", host_.tables().layers().Find(name)->name);
+      doc().sysvars().Force("CLAYER", doc().tables().layers().Find(name)->name);
     }
     state_ = State::kMain;
     return Step::kAsk;
@@ -169,17 +168,17 @@ class LayerCommand : public Command {
 
   // Applies the chosen change to the layers the answer names (patterns allowed).
   Step Names(const Answer& a) {
-    std::vector<std::string> patterns = a.IsEnter() ? std::vector<std::string>{CurrentText(host_, "CLAYER")}
+    std::vector<std::string> patterns = a.IsEnter() ? std::vector<std::string>{CurrentText(doc(), "CLAYER")}
                                                     : NameList(a.text);
     int changed = 0;
-    for (const LayerRecord& r : host_.tables().layers().records())
+    for (const LayerRecord& r : doc().tables().layers().records())
       for (const std::string& p : patterns)
         if (WcMatch(r.name, p)) {
-          Change(*host_.tables().layers().Find(r.name));
+          Change(*doc().tables().layers().Find(r.name));
           changed++;
           break;
         }
-    if (changed == 0) host_.CommandMessage("No matching layer names found.");
+    if (changed == 0) Message("No matching layer names found.");
     state_ = State::kMain;
     return Step::kAsk;
   }
@@ -198,9 +197,9 @@ class LayerCommand : public Command {
   }
 
   Step List(const Answer& a) {
-    std::string pattern = a.IsEnter() ? "*" : UpperAscii(a.text);
-    host_.CommandMessage("Layer name          State      Color   Linetype");
-    for (const LayerRecord& r : host_.tables().layers().records())
+    std::string pattern = a.IsEnter() ? "*" : UpperName(a.text);
+    Message("Layer name          State      Color   Linetype");
+    for (const LayerRecord& r : doc().tables().layers().records())
       if (WcMatch(r.name, pattern)) {
         std::string state = r.color < 0 ? "Off" : "On";
         if (r.flags & 1) state += " Frozen";
@@ -208,7 +207,7 @@ class LayerCommand : public Command {
         std::string line = r.name;
         line.resize(std::max<size_t>(line.size() + 1, 20), ' ');
         state.resize(11, ' ');
-        host_.CommandMessage(line + state + std::to_string(std::abs(r.color)) + "       " + r.linetype);
+        Message(line + state + std::to_string(std::abs(r.color)) + "       " + r.linetype);
       }
     state_ = State::kMain;
     return Step::kAsk;
@@ -232,7 +231,7 @@ class LinetypeCommand : public Command {
       case State::kFile: return "\nFile to search <ACAD.LIN>: ";
       case State::kReload:
         return "\nLinetype " + queue_.front().name + " is already loaded.  Reload it? <Y> ";
-      case State::kSet: return "\nNew object linetype (or ?) <" + CurrentText(host_, "CELTYPE") + ">: ";
+      case State::kSet: return "\nNew object linetype (or ?) <" + CurrentText(doc(), "CELTYPE") + ">: ";
     }
     return "";
   }
@@ -276,13 +275,13 @@ class LinetypeCommand : public Command {
   Step Load(const Answer& a) {
     std::vector<LinetypeRecord> records;
     std::string why;
-    if (!ReadLinetypeFile(host_, a.Echo(), &records, &why)) return Reject(why);
+    if (!ReadLinetypeFile(a.Echo(), &records, &why)) return Reject(why);
     bool all = wanted_.size() == 1 && wanted_[0] == "*";
     for (const std::string& name : wanted_) {
       if (all) break;
       bool found = false;
-      for (const LinetypeRecord& r : records) found = found || SymbolTable<LinetypeRecord>::SameName(r.name, name);
-      if (!found) host_.CommandMessage("Linetype " + name + " not found in " + a.Echo() + ".");
+      for (const LinetypeRecord& r : records) found = found || SameName(r.name, name);
+      if (!found) Message("Linetype " + name + " not found in " + a.Echo() + ".");
     }
     for (LinetypeRecord& r : records) {
       bool asked = all;
@@ -296,9 +295,9 @@ class LinetypeCommand : public Command {
   // unless EXPERT is 3 or more.
   Step Continue() {
     SysValue expert;
-    bool ask = !host_.sysvars().Get("EXPERT", &expert) || std::get<short>(expert) < 3;
+    bool ask = !doc().sysvars().Get("EXPERT", &expert) || std::get<short>(expert) < 3;
     while (!queue_.empty()) {
-      if (host_.tables().linetypes().Find(queue_.front().name)) {
+      if (doc().tables().linetypes().Find(queue_.front().name)) {
         if (ask) {
           state_ = State::kReload;
           return Step::kAsk;
@@ -314,26 +313,26 @@ class LinetypeCommand : public Command {
   }
 
   void Put(const LinetypeRecord& r, const char* how) {
-    host_.tables().linetypes().Put(r);
-    host_.CommandMessage("Linetype " + r.name + " " + how + ".");
+    doc().tables().linetypes().Put(r);
+    Message("Linetype " + r.name + " " + how + ".");
   }
 
   Step Set(const Answer& a) {
     if (!a.IsEnter()) {
-      std::string name = UpperAscii(a.text);
-      if (name != "BYLAYER" && name != "BYBLOCK" && !EnsureLinetype(host_, name))
+      std::string name = UpperName(a.text);
+      if (name != "BYLAYER" && name != "BYBLOCK" && !EnsureLinetype(doc(), name))
         return Reject("Linetype " + name + " not found.  Use the Load option to load it.");
-      host_.sysvars().Force("CELTYPE", name == "BYLAYER" || name == "BYBLOCK"
+      doc().sysvars().Force("CELTYPE", name == "BYLAYER" || name == "BYBLOCK"
                                            ? name
-                                           : host_.tables().linetypes().Find(name)->name);
+                                           : doc().tables().linetypes().Find(name)->name);
     }
     state_ = State::kMain;
     return Step::kAsk;
   }
 
   void List() {
-    for (const LinetypeRecord& r : host_.tables().linetypes().records())
-      host_.CommandMessage(r.name + "  " + r.description);
+    for (const LinetypeRecord& r : doc().tables().linetypes().records())
+      Message(r.name + "  " + r.description);
   }
 
   State state_ = State::kMain;
@@ -347,14 +346,14 @@ class LtscaleCommand : public Command {
  public:
   using Command::Command;
   std::string Prompt() const override {
-    return "\nNew scale factor <" + CurrentText(host_, "LTSCALE") + ">: ";
+    return "\nNew scale factor <" + CurrentText(doc(), "LTSCALE") + ">: ";
   }
   Step Feed(const Answer& a) override {
     if (a.IsEnter()) return Step::kDone;
     std::optional<double> v = AnswerReal(a);
     if (!v || *v <= 0) return Reject("Requires a positive number.");
-    host_.sysvars().Force("LTSCALE", *v);
-    host_.CommandMessage("Regenerating drawing.");
+    doc().sysvars().Force("LTSCALE", *v);
+    Message("Regenerating drawing.");
     return Step::kDone;
   }
 };
@@ -363,7 +362,7 @@ class LtscaleCommand : public Command {
 
 class ChpropCommand : public Command {
  public:
-  explicit ChpropCommand(Host& host) : Command(host), selector_(host) {}
+  explicit ChpropCommand(CommandContext& context) : Command(context), selector_(context) {}
 
   std::string Prompt() const override {
     switch (state_) {
@@ -378,6 +377,7 @@ class ChpropCommand : public Command {
     }
     return "";
   }
+  Asking asking() const override { return state_ == State::kSelect ? selector_.asking() : Asking::kPrompt; }
 
   Step Feed(const Answer& a) override {
     if (state_ == State::kSelect) {
@@ -415,7 +415,7 @@ class ChpropCommand : public Command {
     std::string common;
     bool first = true;
     for (uint64_t id : selector_.selected()) {
-      const Entity* e = host_.drawing().Find(id);
+      const Entity* e = doc().drawing().Find(id);
       if (!e) continue;
       std::string v = value(*e);
       if (!first && v != common) return "varies";
@@ -428,7 +428,7 @@ class ChpropCommand : public Command {
   // Applies f to each selected entity and to its vertices and end marker.
   template <typename F>
   void ForEach(F f) {
-    Drawing& d = host_.drawing();
+    Drawing& d = doc().drawing();
     for (uint64_t id : selector_.selected()) {
       Entity* e = d.Find(id);
       if (!e) continue;
@@ -452,17 +452,17 @@ class ChpropCommand : public Command {
         break;
       }
       case State::kLayer: {
-        std::string name = UpperAscii(a.Echo());
-        const LayerRecord* layer = host_.tables().layers().Find(name);
+        std::string name = UpperName(a.Echo());
+        const LayerRecord* layer = doc().tables().layers().Find(name);
         if (!layer) return Reject("Cannot find layer " + name + ".");
         ForEach([&](Entity& e) { e.layer = layer->name; });
         break;
       }
       case State::kLinetype: {
-        std::string name = UpperAscii(a.Echo());
-        if (name != "BYLAYER" && name != "BYBLOCK" && !EnsureLinetype(host_, name))
+        std::string name = UpperName(a.Echo());
+        if (name != "BYLAYER" && name != "BYBLOCK" && !EnsureLinetype(doc(), name))
           return Reject("Linetype " + name + " not found.  Use the LINETYPE command to load it.");
-        std::string stored = name == "BYLAYER" ? "" : name == "BYBLOCK" ? name : host_.tables().linetypes().Find(name)->name;
+        std::string stored = name == "BYLAYER" ? "" : name == "BYBLOCK" ? name : doc().tables().linetypes().Find(name)->name;
         ForEach([&](Entity& e) { e.linetype = stored; });
         break;
       }
@@ -502,32 +502,32 @@ bool ParseSysValue(const Answer& a, const SysValue& like, SysValue* out) {
     if (!p) return false;
     *out = *p;
   } else {
-    *out = UpperAscii(a.Echo());
+    *out = UpperName(a.Echo());
   }
   return true;
 }
 
 class SysvarCommand : public Command {
  public:
-  SysvarCommand(Host& host, std::string name) : Command(host), name_(std::move(name)) {}
+  SysvarCommand(CommandContext& context, std::string name) : Command(context), name_(std::move(name)) {}
 
   Step Begin() override {
-    const SysVar* var = host_.sysvars().Find(name_);
+    const SysVar* var = doc().sysvars().Find(name_);
     if (var->read_only) {
-      host_.CommandMessage(name_ + " = " + FormatSysValue(var->value) + " (read only)");
+      Message(name_ + " = " + FormatSysValue(var->value) + " (read only)");
       return Step::kDone;
     }
     return Step::kAsk;
   }
   std::string Prompt() const override {
-    return "\nNew value for " + name_ + " <" + CurrentText(host_, name_.c_str()) + ">: ";
+    return "\nNew value for " + name_ + " <" + CurrentText(doc(), name_.c_str()) + ">: ";
   }
   Step Feed(const Answer& a) override {
     if (a.IsEnter()) return Step::kDone;
     SysValue value;
     std::string why = "Invalid value.";
-    if (ParseSysValue(a, host_.sysvars().Find(name_)->value, &value) &&
-        host_.sysvars().Set(name_, value, &why))
+    if (ParseSysValue(a, doc().sysvars().Find(name_)->value, &value) &&
+        doc().SetVariable(name_, value, &why))
       return Step::kDone;
     return Reject(why);
   }
@@ -536,16 +536,21 @@ class SysvarCommand : public Command {
   std::string name_;
 };
 
+const CommandEntry kPropertyCommands[] = {
+    {"CHPROP", "change colour, layer, linetype, linetype scale or thickness of objects", Make<ChpropCommand>},
+    {"LAYER", "make, set and change layers", Make<LayerCommand>},
+    {"LINETYPE", "load linetypes from a file, set the current one", Make<LinetypeCommand>},
+    {"LTSCALE", "the scale of all linetypes", Make<LtscaleCommand>},
+};
+
 }  // namespace
 
-std::unique_ptr<Command> MakeLayer(Host& host) { return std::make_unique<LayerCommand>(host); }
-std::unique_ptr<Command> MakeLinetype(Host& host) { return std::make_unique<LinetypeCommand>(host); }
-std::unique_ptr<Command> MakeLtscale(Host& host) { return std::make_unique<LtscaleCommand>(host); }
-std::unique_ptr<Command> MakeChprop(Host& host) { return std::make_unique<ChpropCommand>(host); }
 
-std::unique_ptr<Command> MakeSysvarCommand(Host& host, std::string_view name) {
-  if (!host.sysvars().Find(name)) return nullptr;
-  return std::make_unique<SysvarCommand>(host, std::string(name));
+std::unique_ptr<Command> MakeSysvarCommand(CommandContext& context, std::string_view name) {
+  if (!context.document().sysvars().Find(name)) return nullptr;
+  return std::make_unique<SysvarCommand>(context, std::string(name));
 }
+
+std::span<const CommandEntry> PropertyCommands() { return kPropertyCommands; }
 
 }  // namespace vorhost

@@ -1,46 +1,46 @@
-// registry.cpp - the host's command table: names, what they do, makers.
+// registry.cpp - the host's command table: every file's commands, and the
+// names that are other spellings of them.
 #include "emulator/commands/registry.h"
 
-#include "emulator/host.h"
+#include <algorithm>
+#include <vector>
 
 namespace vorhost {
 namespace {
 
-struct CommandEntry {
+// Other names of commands: DTEXT is TEXT, DXFOUT and SAVE are SAVEAS.
+struct Alias {
   const char* name;
-  const char* help;
-  std::unique_ptr<Command> (*make)(Host&);
+  const char* command;
 };
+constexpr Alias kAliases[] = {{"DTEXT", "TEXT"}, {"DXFOUT", "SAVEAS"}, {"SAVE", "SAVEAS"}};
 
-const CommandEntry kCommands[] = {
-    {"ARC", "an arc through three points, or from its centre", MakeArc},
-    {"CHPROP", "change colour, layer, linetype, linetype scale or thickness of objects", MakeChprop},
-    {"CIRCLE", "a circle by centre and radius or diameter, or through two or three points", MakeCircle},
-    {"ERASE", "erase objects", MakeErase},
-    {"INSERT", "insert a block, from the drawing or a drawing file on the search path", MakeInsert},
-    {"LAYER", "make, set and change layers", MakeLayer},
-    {"LINE", "line segments", MakeLine},
-    {"LINETYPE", "load linetypes from a file, set the current one", MakeLinetype},
-    {"LTSCALE", "the scale of all linetypes", MakeLtscale},
-    {"PLINE", "a polyline of lines and arcs, with widths", MakePline},
-    {"SAVEAS", "save the drawing as a DXF file", MakeSaveAs},
-    {"STYLE", "make or change a text style", MakeStyle},
-    {"TEXT", "a line of text", MakeText},
-};
+// Every command, by name.
+const std::vector<CommandEntry>& Commands() {
+  static const std::vector<CommandEntry> commands = [] {
+    std::vector<CommandEntry> all;
+    for (auto table : {DrawCommands(), TextCommands(), PropertyCommands(), InsertCommands(), FileCommands()})
+      all.insert(all.end(), table.begin(), table.end());
+    std::sort(all.begin(), all.end(),
+              [](const CommandEntry& a, const CommandEntry& b) { return std::string_view(a.name) < b.name; });
+    return all;
+  }();
+  return commands;
+}
 
 }  // namespace
 
-std::unique_ptr<Command> MakeCommand(Host& host, std::string_view name) {
-  for (const CommandEntry& c : kCommands)
-    if (name == c.name) return c.make(host);
-  if (name == "DTEXT") return MakeText(host);
-  if (name == "DXFOUT" || name == "SAVE") return MakeSaveAs(host);
-  return MakeSysvarCommand(host, name);
+std::unique_ptr<Command> MakeCommand(CommandContext& context, std::string_view name) {
+  for (const Alias& alias : kAliases)
+    if (name == alias.name) name = alias.command;
+  for (const CommandEntry& c : Commands())
+    if (name == c.name) return c.make(context);
+  return MakeSysvarCommand(context, name);
 }
 
 std::string CommandSummary() {
   std::string out;
-  for (const CommandEntry& c : kCommands) out += std::string(c.name) + "  " + c.help + "\n";
+  for (const CommandEntry& c : Commands()) out += std::string(c.name) + "  " + c.help + "\n";
   out += "NEW  a new, empty drawing\n";
   out += "(any system variable)  show or set it\n";
   return out;

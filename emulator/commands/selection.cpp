@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <limits>
 
+#include "emulator/core/numbers.h"
 #include "emulator/drawing/geometry.h"
-#include "emulator/host.h"
 
 namespace vorhost {
 namespace {
@@ -37,10 +37,20 @@ std::string ObjectSelector::Prompt() const {
   return removing_ ? "\nRemove objects: " : "\nSelect objects: ";
 }
 
+Asking ObjectSelector::asking() const {
+  switch (state_) {
+    case State::kFirstCorner:
+    case State::kOtherCorner: return Asking::kPoint;
+    case State::kHandle: return Asking::kPrompt;
+    case State::kObjects: break;
+  }
+  return Asking::kSelection;
+}
+
 void ObjectSelector::Take(const std::vector<uint64_t>& candidates) {
   std::vector<uint64_t> found;
   for (uint64_t id : candidates) {
-    const Entity* e = host_.drawing().Find(id);
+    const Entity* e = context_.document().drawing().Find(id);
     if (e && !e->erased && !e->IsSubEntity()) found.push_back(id);
   }
   size_t before = selected_.size(), duplicates = 0;
@@ -57,11 +67,11 @@ void ObjectSelector::Take(const std::vector<uint64_t>& candidates) {
   std::string message = std::to_string(found.size()) + " found";
   if (duplicates) message += " (" + std::to_string(duplicates) + " duplicate)";
   if (removing_) message += ", " + std::to_string(before - selected_.size()) + " removed";
-  host_.CommandMessage(message);
+  context_.Message(message);
 }
 
 Step ObjectSelector::Corner(const Answer& answer) {
-  std::optional<Point3> p = AnswerPoint(answer, host_.LastPoint());
+  std::optional<Point3> p = AnswerPoint(answer, context_.document().LastPoint());
   if (!p) {
     refusal_ = "Invalid point.";
     return Step::kReject;
@@ -71,20 +81,23 @@ Step ObjectSelector::Corner(const Answer& answer) {
     state_ = State::kOtherCorner;
     return Step::kAsk;
   }
+  state_ = State::kObjects;
+  return Window(first_corner_, *p, crossing_);
+}
+
+Step ObjectSelector::Window(const Point3& a, const Point3& b, bool crossing) {
   std::vector<uint64_t> found;
-  const Drawing& drawing = host_.drawing();
+  const Drawing& drawing = context_.document().drawing();
   for (uint64_t id : drawing.MainEntities()) {
     std::vector<Chain> outline = EntityOutline(drawing, id);
-    if (crossing_ ? CrossesWindow(outline, first_corner_, *p) : InsideWindow(outline, first_corner_, *p))
-      found.push_back(id);
+    if (crossing ? CrossesWindow(outline, a, b) : InsideWindow(outline, a, b)) found.push_back(id);
   }
-  state_ = State::kObjects;
   Take(found);
   return Step::kAsk;
 }
 
 Step ObjectSelector::Pick(const Point3& p) {
-  const Drawing& drawing = host_.drawing();
+  const Drawing& drawing = context_.document().drawing();
   double best = PickBox(drawing);
   uint64_t chosen = 0;
   for (uint64_t id : drawing.MainEntities())
@@ -99,55 +112,48 @@ Step ObjectSelector::Pick(const Point3& p) {
         }
       }
   if (!chosen) {
-    host_.CommandMessage("0 found");
+    context_.Message("0 found");
     return Step::kAsk;
   }
   Take({chosen});
   return Step::kAsk;
 }
 
-Step ObjectSelector::Feed(const Answer& answer) {
-  if (state_ == State::kFirstCorner || state_ == State::kOtherCorner) return Corner(answer);
-  const Drawing& drawing = host_.drawing();
-  if (state_ == State::kHandle) {
-    state_ = State::kObjects;
-    char* end = nullptr;
-    unsigned long handle = std::strtoul(answer.text.c_str(), &end, 16);
-    const Entity* e = answer.text.empty() || *end ? nullptr : drawing.FindByHandle(static_cast<uint32_t>(handle));
-    if (!e || e->erased || e->IsSubEntity()) {
-      refusal_ = "No object has the handle " + answer.text + ".";
-      return Step::kReject;
-    }
-    Take({e->id});
-    return Step::kAsk;
+Step ObjectSelector::Handle(const Answer& answer) {
+  state_ = State::kObjects;
+  char* end = nullptr;
+  unsigned long handle = std::strtoul(answer.text.c_str(), &end, 16);
+  const Entity* e = answer.text.empty() || *end
+                        ? nullptr
+                        : context_.document().drawing().FindByHandle(static_cast<uint32_t>(handle));
+  if (!e || e->erased || e->IsSubEntity()) {
+    refusal_ = "No object has the handle " + answer.text + ".";
+    return Step::kReject;
   }
-  switch (answer.kind) {
-    case Answer::Kind::kName:
-    case Answer::Kind::kSet: {
-      bool any = std::any_of(answer.entities.begin(), answer.entities.end(), [&](uint64_t id) {
-        const Entity* e = drawing.Find(id);
-        return e && !e->erased && !e->IsSubEntity();
-      });
-      if (!any) {
-        refusal_ = "Invalid selection.";
-        return Step::kReject;
-      }
-      Take(answer.entities);
-      return Step::kAsk;
-    }
-    case Answer::Kind::kPoint: return Pick(answer.point);
-    default: break;
+  Take({e->id});
+  return Step::kAsk;
+}
+
+Step ObjectSelector::Entities(const std::vector<uint64_t>& ids) {
+  const Drawing& drawing = context_.document().drawing();
+  bool any = std::any_of(ids.begin(), ids.end(), [&](uint64_t id) {
+    const Entity* e = drawing.Find(id);
+    return e && !e->erased && !e->IsSubEntity();
+  });
+  if (!any) {
+    refusal_ = "Invalid selection.";
+    return Step::kReject;
   }
-  if (answer.IsEnter()) {
-    host_.previous_selection() = selected_;
-    return Step::kDone;
-  }
-  if (std::optional<Point3> p = AnswerPoint(answer, host_.LastPoint())) return Pick(*p);
-  std::string key = MatchKeyword(answer.text, {"ALL", "Last", "Window", "Crossing", "Handle",
-                                               "Previous", "Remove", "Add"});
+  Take(ids);
+  return Step::kAsk;
+}
+
+Step ObjectSelector::Keyword(const std::string& typed) {
+  const Drawing& drawing = context_.document().drawing();
+  std::string key = MatchKeyword(typed, {"ALL", "Last", "Window", "Crossing", "Handle", "Previous", "Remove", "Add"});
   if (key == "ALL") Take(drawing.MainEntities());
   else if (key == "LAST") Take(drawing.Last() ? std::vector<uint64_t>{drawing.Last()} : std::vector<uint64_t>{});
-  else if (key == "PREVIOUS") Take(host_.previous_selection());
+  else if (key == "PREVIOUS") Take(context_.document().selection_sets().previous());
   else if (key == "REMOVE") removing_ = true;
   else if (key == "ADD") removing_ = false;
   else if (key == "HANDLE") state_ = State::kHandle;
@@ -159,6 +165,33 @@ Step ObjectSelector::Feed(const Answer& answer) {
     return Step::kReject;
   }
   return Step::kAsk;
+}
+
+Step ObjectSelector::Feed(const Answer& answer) {
+  switch (state_) {
+    case State::kFirstCorner:
+    case State::kOtherCorner: return Corner(answer);
+    case State::kHandle: return Handle(answer);
+    case State::kObjects: break;
+  }
+  switch (answer.kind) {
+    case Answer::Kind::kName:
+    case Answer::Kind::kSet: return Entities(answer.entities);
+    case Answer::Kind::kPoint: return Pick(answer.point);
+    case Answer::Kind::kWindow:
+      if (!InRange(answer.point) || !InRange(answer.corner)) {
+        refusal_ = "Invalid point.";
+        return Step::kReject;
+      }
+      return Window(answer.point, answer.corner, answer.crossing);
+    default: break;
+  }
+  if (answer.IsEnter()) {
+    context_.document().selection_sets().previous() = selected_;
+    return Step::kDone;
+  }
+  if (std::optional<Point3> p = AnswerPoint(answer, context_.document().LastPoint())) return Pick(*p);
+  return Keyword(answer.text);
 }
 
 }  // namespace vorhost

@@ -15,13 +15,17 @@ namespace vorhost {
 // corners (objects inside the window, or also those crossing it); H and a
 // handle; P (the previous selection); R and A to switch between removing
 // and adding; a point (the object passing nearest within the pick box);
-// from programs, entity names and selection sets. Only main entities
+// from programs, entity names and selection sets; from a front end that
+// draws the drawing, objects picked and windows drawn. Only main entities
 // that are not erased are ever selected.
 class ObjectSelector {
  public:
-  explicit ObjectSelector(Host& host) : host_(host) {}
+  explicit ObjectSelector(CommandContext& context) : context_(context) {}
 
   std::string Prompt() const;
+  // kSelection at "Select objects:", kPoint at a window's corners, kPrompt
+  // for a handle.
+  Asking asking() const;
   // kDone when Enter ended the selection, kAsk for more, kReject with
   // refusal() for an answer it does not understand.
   Step Feed(const Answer& answer);
@@ -35,9 +39,14 @@ class ObjectSelector {
   // drawing, and says how many were found.
   void Take(const std::vector<uint64_t>& candidates);
   Step Corner(const Answer& answer);
+  // Takes the objects inside the window from a to b, or also crossing it.
+  Step Window(const Point3& a, const Point3& b, bool crossing);
+  Step Handle(const Answer& answer);
+  Step Entities(const std::vector<uint64_t>& ids);
+  Step Keyword(const std::string& typed);
   Step Pick(const Point3& p);
 
-  Host& host_;
+  CommandContext& context_;
   State state_ = State::kObjects;
   bool removing_ = false;
   bool crossing_ = false;

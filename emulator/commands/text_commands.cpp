@@ -2,8 +2,9 @@
 #include <cmath>
 
 #include "emulator/commands/registry.h"
+#include "emulator/core/text.h"
+#include "emulator/drawing/layout.h"
 #include "emulator/drawing/textmetric.h"
-#include "emulator/host.h"
 
 namespace vorhost {
 namespace {
@@ -41,9 +42,9 @@ const Justification* FindJustification(std::string_view typed) {
   return nullptr;
 }
 
-std::string CurrentStyleName(Host& host) {
+std::string CurrentStyleName(const Document& doc) {
   SysValue v;
-  host.sysvars().Get("TEXTSTYLE", &v);
+  doc.sysvars().Get("TEXTSTYLE", &v);
   return std::get<std::string>(v);
 }
 
@@ -57,7 +58,7 @@ class TextCommand : public Command {
   std::string Prompt() const override {
     switch (state_) {
       case State::kMain: return kJustifications[0].prompt;
-      case State::kStyle: return "\nStyle name (or ?) <" + CurrentStyleName(host_) + ">: ";
+      case State::kStyle: return "\nStyle name (or ?) <" + CurrentStyleName(doc()) + ">: ";
       case State::kJustify: return "\nAlign/Fit/Center/Middle/Right/TL/TC/TR/ML/MC/MR/BL/BC/BR: ";
       case State::kPoint: return just_->prompt;
       case State::kSecondPoint: return "\nSecond text line point: ";
@@ -90,11 +91,11 @@ class TextCommand : public Command {
  private:
   enum class State { kMain, kStyle, kJustify, kPoint, kSecondPoint, kHeight, kRotation, kText };
 
-  const StyleRecord* CurrentStyle() const { return host_.tables().styles().Find(CurrentStyleName(host_)); }
+  const StyleRecord* CurrentStyle() const { return doc().tables().styles().Find(CurrentStyleName(doc())); }
   bool Vertical() const { const StyleRecord* s = CurrentStyle(); return s && (s->flags & 4); }
   double TextSize() const {
     SysValue v;
-    return host_.sysvars().Get("TEXTSIZE", &v) ? std::get<double>(v) : 2.5;
+    return doc().sysvars().Get("TEXTSIZE", &v) ? std::get<double>(v) : 2.5;
   }
   double DefaultRotation() const { return Vertical() ? 270 : 0; }
 
@@ -124,18 +125,18 @@ class TextCommand : public Command {
       state_ = State::kMain;
       return Step::kAsk;
     }
-    std::string name = UpperAscii(a.text);
-    if (!host_.tables().styles().Find(name)) return Reject("Cannot find text style " + a.text + ".");
-    host_.sysvars().Force("TEXTSTYLE", name);
+    std::string name = UpperName(a.text);
+    if (!doc().tables().styles().Find(name)) return Reject("Cannot find text style " + a.text + ".");
+    doc().sysvars().Force("TEXTSTYLE", name);
     state_ = State::kMain;
     return Step::kAsk;
   }
 
   Step FirstPoint(const Answer& a) {
-    std::optional<Point3> p = AnswerPoint(a, host_.LastPoint());
+    std::optional<Point3> p = AnswerPoint(a, doc().LastPoint());
     if (!p) return Reject("Invalid point or option keyword.");
     first_ = *p;
-    host_.SetLastPoint(*p);
+    doc().SetLastPoint(*p);
     if (just_->h == 3 || just_->h == 5) {
       state_ = State::kSecondPoint;
       return Step::kAsk;
@@ -164,7 +165,7 @@ class TextCommand : public Command {
     std::optional<double> h = a.IsEnter() ? TextSize() : AnswerReal(a);
     if (!h || *h <= 0) return Reject("Requires a positive height.");
     height_ = *h;
-    host_.sysvars().Force("TEXTSIZE", *h);
+    doc().sysvars().Force("TEXTSIZE", *h);
     state_ = just_->h == 5 ? State::kText : State::kRotation;
     return Step::kAsk;
   }
@@ -183,7 +184,7 @@ class TextCommand : public Command {
 
   // Enter at the first prompt: the same settings, one line further down.
   Step UnderPrevious() {
-    const Entity* prev = host_.drawing().Find(host_.last_text());
+    const Entity* prev = doc().drawing().Find(doc().last_text());
     if (!prev || prev->erased) return Reject("No previous text to continue.");
     under_ = true;
     height_ = prev->Real(40, TextSize());
@@ -207,7 +208,7 @@ class TextCommand : public Command {
   Step Write(const Answer& a) {
     std::string text = a.Echo();
     if (text.empty()) return Step::kDone;  // Enter: no text at all
-    const StyleRecord* style = host_.tables().styles().Find(under_ ? style_ : CurrentStyleName(host_));
+    const StyleRecord* style = doc().tables().styles().Find(under_ ? style_ : CurrentStyleName(doc()));
     std::string style_name = style ? style->name : "STANDARD";
     bool vertical = style && (style->flags & 4);
     double width_factor = under_ ? width_factor_ : style ? style->width : 1;
@@ -224,14 +225,13 @@ class TextCommand : public Command {
                            ? first_
                            : JustifiedInsertion(box, first_, just_->h, just_->v,
                                                 rotation_ - (vertical ? 3 * M_PI / 2 : 0));
-    Entity e = host_.NewEntity("TEXT");
-    e.groups = {{10, insertion}, {40, height}, {1, text}, {50, rotation_}, {41, width_factor},
-                {51, style ? style->oblique : 0.0}, {7, style_name},
-                {71, style ? style->generation : short{0}}, {72, just_->h}};
-    if (just_->h != 0 || just_->v != 0) e.groups.push_back({11, just_->h == 3 || just_->h == 5 ? second_ : first_});
-    e.groups.push_back({73, just_->v});
+    Entity e = doc().NewEntity("TEXT");
+    e.groups = LayOut("TEXT", {{10, insertion}, {40, height}, {1, text}, {50, rotation_}, {41, width_factor},
+                               {51, style ? style->oblique : 0.0}, {7, style_name},
+                               {71, style ? style->generation : short{0}}, {72, just_->h},
+                               {11, just_->h == 3 || just_->h == 5 ? second_ : first_}, {73, just_->v}});
     if (!e.NumbersInRange()) return Reject(kValueOutOfRange);
-    host_.set_last_text(host_.drawing().Append(std::move(e)));
+    doc().set_last_text(doc().drawing().Append(std::move(e)));
     return Step::kDone;
   }
 
@@ -248,7 +248,7 @@ class TextCommand : public Command {
 // Fonts that can be written vertically: the host's own (SHX) fonts, not
 // TrueType ones.
 bool FontCanBeVertical(const std::string& font) {
-  std::string upper = UpperAscii(font);
+  std::string upper = UpperName(font);
   return !(upper.size() > 4 && upper.compare(upper.size() - 4, 4, ".TTF") == 0);
 }
 
@@ -266,7 +266,7 @@ class StyleCommand : public Command {
   std::string Prompt() const override {
     const StyleRecord& s = style_;
     switch (state_) {
-      case State::kName: return "\nText style name (or ?) <" + CurrentStyleName(host_) + ">: ";
+      case State::kName: return "\nText style name (or ?) <" + CurrentStyleName(doc()) + ">: ";
       case State::kFont: {
         std::string fonts = s.font + (s.big_font.empty() ? "" : "," + s.big_font);
         return "\nFont file <" + fonts + ">: ";
@@ -311,14 +311,14 @@ class StyleCommand : public Command {
   enum class State { kName, kFont, kHeight, kWidth, kOblique, kBackwards, kUpsideDown, kVertical };
 
   Step Name(const Answer& a) {
-    std::string name = a.IsEnter() ? CurrentStyleName(host_) : UpperAscii(a.text);
+    std::string name = a.IsEnter() ? CurrentStyleName(doc()) : UpperName(a.text);
     if (!ValidSymbolName(name)) return Reject("Invalid text style name.");
-    if (const StyleRecord* old = host_.tables().styles().Find(name)) {
+    if (const StyleRecord* old = doc().tables().styles().Find(name)) {
       style_ = *old;
-      host_.CommandMessage("Existing style.");
+      Message("Existing style.");
     } else {
       style_ = StyleRecord{name};
-      host_.CommandMessage("New style.");
+      Message("New style.");
     }
     state_ = State::kFont;
     return Step::kAsk;
@@ -355,9 +355,9 @@ class StyleCommand : public Command {
   }
 
   Step Finish() {
-    host_.tables().styles().Put(style_);
-    host_.sysvars().Force("TEXTSTYLE", style_.name);
-    host_.CommandMessage(style_.name + " is now the current text style.");
+    doc().tables().styles().Put(style_);
+    doc().sysvars().Force("TEXTSTYLE", style_.name);
+    Message(style_.name + " is now the current text style.");
     return Step::kDone;
   }
 
@@ -365,9 +365,13 @@ class StyleCommand : public Command {
   StyleRecord style_;
 };
 
+const CommandEntry kTextCommands[] = {
+    {"STYLE", "make or change a text style", Make<StyleCommand>},
+    {"TEXT", "a line of text", Make<TextCommand>},
+};
+
 }  // namespace
 
-std::unique_ptr<Command> MakeText(Host& host) { return std::make_unique<TextCommand>(host); }
-std::unique_ptr<Command> MakeStyle(Host& host) { return std::make_unique<StyleCommand>(host); }
+std::span<const CommandEntry> TextCommands() { return kTextCommands; }
 
 }  // namespace vorhost

@@ -1,5 +1,5 @@
-// numbers.h - the range of the numbers a drawing keeps, and how the host
-// shows a real to people (the command line, the dump) and in pictures.
+// numbers.h - points, colour numbers, and the range of the numbers a
+// drawing keeps.
 //
 // Every real that enters a drawing or a system variable (typed, sent by a
 // program, read from a file) must be finite and at most kMaxMagnitude in
@@ -12,9 +12,15 @@
 
 #include <array>
 #include <cmath>
-#include <string>
 
 namespace vorhost {
+
+using Point3 = std::array<double, 3>;
+
+// The colour numbers that stand for the colour of the layer and of the
+// block; the others are 1 to 255.
+constexpr short kColorByBlock = 0;
+constexpr short kColorByLayer = 256;
 
 constexpr double kMaxMagnitude = 1e99;
 
@@ -22,17 +28,10 @@ constexpr double kMaxMagnitude = 1e99;
 constexpr long kShortMin = -32768, kShortMax = 32767;
 
 inline bool InRange(double v) { return std::isfinite(v) && std::fabs(v) <= kMaxMagnitude; }
-inline bool InRange(const std::array<double, 3>& p) {
+inline bool InRange(const Point3& p) {
   return InRange(p[0]) && InRange(p[1]) && InRange(p[2]);
 }
 inline bool IsShort(long v) { return v >= kShortMin && v <= kShortMax; }
-
-// v with `decimals` places, trailing zeros (and a bare point) dropped and
-// no "-0": "2.5", "100", "-90". From 1e15 on, where the fixed form would
-// run to dozens of digits, the exponent form every reader takes
-// ("1e+99", "-2.5e+20"). A value that is not finite, which the host never
-// keeps, is written "0" rather than a word no reader takes.
-std::string DecimalText(double v, int decimals);
 
 }  // namespace vorhost
 

@@ -150,6 +150,27 @@ std::string DescribeList(const resbuf* list) {
   return out + ")";
 }
 
+namespace {
+constexpr long kEntityTag = 0x454E54;  // "ENT"
+constexpr long kSetTag = 0x534554;     // "SET"
+}  // namespace
+
+void EntityName(uint64_t id, long name[2]) {
+  name[0] = static_cast<long>(id);
+  name[1] = kEntityTag;
+}
+
+uint64_t EntityId(const long name[2]) {
+  return name && name[1] == kEntityTag && name[0] > 0 ? static_cast<uint64_t>(name[0]) : 0;
+}
+
+void SetName(long number, long name[2]) {
+  name[0] = number;
+  name[1] = kSetTag;
+}
+
+long SetNumber(const long name[2]) { return name && name[1] == kSetTag && name[0] > 0 ? name[0] : 0; }
+
 }  // namespace vorhost
 
 extern "C" resbuf* ads_newrb(int v) { return vorhost::NewRb(v); }

@@ -4,6 +4,7 @@
 #define VORHOST_CORE_RESBUF_H
 
 #include <cstdarg>
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -32,6 +33,16 @@ resbuf* BuildList(int first_type, va_list values);
 
 // A text form of a list for tests and messages: ((5005 . "A") (5003 . 1)).
 std::string DescribeList(const resbuf* list);
+
+// An entity's name as the module holds it ({id, tag}), and back; 0 for a
+// name that is not an entity's.
+void EntityName(uint64_t id, long name[2]);
+uint64_t EntityId(const long name[2]);
+
+// A selection set's name ({number, tag}), and back; 0 for a name that is
+// not a set's.
+void SetName(long number, long name[2]);
+long SetNumber(const long name[2]);
 
 struct ListReleaser {
   void operator()(resbuf* list) const { ReleaseList(list); }

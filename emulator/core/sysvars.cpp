@@ -5,16 +5,10 @@
 #include <cstdio>
 
 #include "emulator/core/numbers.h"
+#include "emulator/core/text.h"
 
 namespace vorhost {
 namespace {
-
-std::string Upper(std::string_view s) {
-  std::string out(s);
-  for (char& c : out)
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  return out;
-}
 
 struct Default {
   const char* name;
@@ -92,14 +86,8 @@ bool IsCheckedText(std::string_view name) {
   return name == "TEXTSTYLE" || name == "CLAYER" || name == "CELTYPE" || name == "CECOLOR";
 }
 
-// Four decimals, as the host shows reals; the exponent form for the large
-// ones, which would otherwise run to a hundred digits.
-std::string Real4(double v) {
-  if (!(std::fabs(v) < 1e15)) return DecimalText(v, 4);
-  char buf[32];
-  std::snprintf(buf, sizeof buf, "%.4f", v);
-  return buf;
-}
+// Four decimals, as the host shows reals.
+std::string Real4(double v) { return FixedText(v, 4); }
 
 }  // namespace
 
@@ -115,7 +103,7 @@ SysVarTable::SysVarTable() {
 }
 
 const SysVar* SysVarTable::Find(std::string_view name) const {
-  auto it = vars_.find(Upper(name));
+  auto it = vars_.find(UpperName(name));
   return it == vars_.end() ? nullptr : &it->second;
 }
 
@@ -126,8 +114,9 @@ bool SysVarTable::Get(std::string_view name, SysValue* value) const {
   return true;
 }
 
-bool SysVarTable::Set(std::string_view name, const SysValue& value, std::string* why) {
-  std::string key = Upper(name);
+bool SysVarTable::Set(std::string_view name, const SysValue& value, std::string* why,
+                      const TextCheck& check) {
+  std::string key = UpperName(name);
   auto it = vars_.find(key);
   if (it == vars_.end()) {
     *why = "Unknown variable name.";
@@ -156,8 +145,8 @@ bool SysVarTable::Set(std::string_view name, const SysValue& value, std::string*
     *why = "Value must be between " + std::to_string(var.min) + " and " + std::to_string(var.max) + ".";
     return false;
   }
-  if (auto* text = std::get_if<std::string>(&v); text && IsCheckedText(key) && text_check_ &&
-                                                  !text_check_(key, text)) {
+  if (auto* text = std::get_if<std::string>(&v); text && IsCheckedText(key) && check &&
+                                                  !check(key, text)) {
     *why = "Cannot set " + key + " to \"" + *text + "\".";
     return false;
   }
@@ -166,7 +155,7 @@ bool SysVarTable::Set(std::string_view name, const SysValue& value, std::string*
 }
 
 void SysVarTable::Force(std::string_view name, SysValue value) {
-  vars_[Upper(name)].value = std::move(value);
+  vars_[UpperName(name)].value = std::move(value);
 }
 
 }  // namespace vorhost

@@ -10,9 +10,9 @@
 #include <string_view>
 #include <variant>
 
-namespace vorhost {
+#include "emulator/core/numbers.h"
 
-using Point3 = std::array<double, 3>;
+namespace vorhost {
 
 // A variable's value: an integer (the host's short), a real, a text or a point.
 using SysValue = std::variant<short, double, std::string, Point3>;
@@ -31,26 +31,26 @@ class SysVarTable {
   // A table holding the host's defaults for a new drawing.
   SysVarTable();
 
-  // Checks a new text value (an existing style, layer or linetype name, or
-  // a colour) and may rewrite it (upper case, a colour's number); false
-  // refuses it.
-  using TextCheck = std::function<bool(std::string_view name, std::string* value)>;
-  void SetTextCheck(TextCheck check) { text_check_ = std::move(check); }
-
   const SysVar* Find(std::string_view name) const;
   bool Get(std::string_view name, SysValue* value) const;
 
+  // Checks a new text value of TEXTSTYLE, CLAYER, CELTYPE or CECOLOR (an
+  // existing style, layer or linetype name, or a colour) and may rewrite it
+  // (a name in upper case, a colour's number); false refuses it.
+  using TextCheck = std::function<bool(std::string_view name, std::string* value)>;
+
   // Sets a writable variable to a value of its own type (an integer is also
-  // taken for a real). False, with *why set, when the name is unknown, the
-  // variable is read-only, the type is wrong or the value out of range.
-  bool Set(std::string_view name, const SysValue& value, std::string* why);
+  // taken for a real), a text that names something passing check. False,
+  // with *why set, when the name is unknown, the variable is read-only, the
+  // type is wrong or the value out of range or refused by check.
+  bool Set(std::string_view name, const SysValue& value, std::string* why,
+           const TextCheck& check = {});
 
   // Sets any variable, read-only ones included (the host's own bookkeeping).
   void Force(std::string_view name, SysValue value);
 
  private:
   std::map<std::string, SysVar> vars_;  // upper-case names
-  TextCheck text_check_;
 };
 
 }  // namespace vorhost

@@ -6,13 +6,12 @@
 #include <cmath>
 
 #include "emulator/core/encoding.h"
+#include "emulator/core/text.h"
 
 namespace vorhost::dcl {
 namespace {
 
 constexpr char kEndOfFile = '\x1A';
-constexpr size_t kContextBefore = 40;  // bytes of a long line shown before the caret
-constexpr size_t kContextWidth = 72;   // bytes of a long line shown in all
 
 bool IsNameStart(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; }
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
@@ -32,29 +31,8 @@ std::string ShowChar(char c) {
 bool ReportError(std::string_view file, std::string_view text, Place place,
                  std::string_view message, std::string* err) {
   if (!err) return false;
-  size_t offset = std::min(place.offset, text.size());
-  size_t line_start = offset;
-  while (line_start > 0 && text[line_start - 1] != '\n') line_start--;
-  size_t line_end = text.find('\n', offset);
-  if (line_end == std::string_view::npos) line_end = text.size();
-  if (line_end > line_start && text[line_end - 1] == '\r') line_end--;
-
-  // Clip a long line around the caret, stepping by characters so that a
-  // Big5 character is never cut in two.
-  size_t start = line_start;
-  while (offset > start + kContextBefore) start += Big5CharLength(text, start);
-  size_t end = start;
-  while (end < line_end && end - start < kContextWidth) end += Big5CharLength(text, end);
-  end = std::min(end, line_end);
-
-  std::string shown = start > line_start ? "..." : "";
-  std::string caret(shown.size(), ' ');
-  shown += text.substr(start, end - start);
-  if (end < line_end) shown += "...";
-  for (size_t i = start; i < offset && i < end; ++i) caret += text[i] == '\t' ? '\t' : ' ';
-
-  *err = std::string(file) + ":" + std::to_string(place.line) + ": " + std::string(message) + "\n" +
-         shown + "\n" + caret + "^ near here";
+  *err = FileLineMessage(file, static_cast<size_t>(place.line), message) + "\n" +
+         SourceExcerpt(text, place.offset, "^ near here");
   return false;
 }
 

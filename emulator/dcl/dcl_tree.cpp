@@ -9,6 +9,7 @@
 #include <set>
 #include <utility>
 
+#include "emulator/core/text.h"
 #include "emulator/dcl/dcl_parser.h"
 
 namespace vorhost::dcl {
@@ -103,9 +104,7 @@ std::string AttrValue::ToString() const {
   if (is_reserved()) return word();
   if (is_boolean()) return boolean() ? "true" : "false";
   if (is_integer()) return std::to_string(std::get<int>(value_));
-  char buf[32];
-  auto result = std::to_chars(buf, buf + sizeof buf, std::get<double>(value_));
-  return std::string(buf, result.ptr);
+  return ShortestText(std::get<double>(value_));
 }
 
 // ---- Tiles --------------------------------------------------------------------------

@@ -1,53 +1,14 @@
-// dialogs.cpp - loading dialog files, the modal loop, and the user's events.
+// dialogs.cpp - loading dialog files, the modal loop, and lists filled by the module.
 #include "emulator/dialogs/dialogs.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <fstream>
-#include <set>
-#include <sstream>
 
-#include "emulator/host.h"
+#include "emulator/core/text.h"
 #include "emulator/platform/filesystem.h"
+#include "emulator/platform/search_path.h"
 
 namespace vorhost {
 namespace {
-
-// Splits "verb key rest": rest is everything after the single space that
-// follows the key, blanks included.
-void SplitEvent(const std::string& line, std::string* verb, std::string* key, std::string* rest) {
-  size_t b = line.find_first_not_of(' ');
-  std::string s = b == std::string::npos ? "" : line.substr(b);
-  size_t sp1 = s.find(' ');
-  *verb = s.substr(0, sp1);
-  if (sp1 == std::string::npos) return;
-  size_t kb = s.find_first_not_of(' ', sp1);
-  if (kb == std::string::npos) return;
-  size_t sp2 = s.find(' ', kb);
-  *key = s.substr(kb, sp2 - kb);
-  if (sp2 != std::string::npos) *rest = s.substr(sp2 + 1);
-}
-
-std::optional<size_t> RowIndex(const std::string& text) {
-  if (text.empty() || text.find_first_not_of("0123456789") != std::string::npos || text.size() > 6)
-    return std::nullopt;
-  return static_cast<size_t>(std::atoi(text.c_str()));
-}
-
-// The chosen rows of a list's value, in ascending order.
-std::set<size_t> ChosenRows(const std::string& value) {
-  std::set<size_t> rows;
-  std::istringstream in(value);
-  for (long n; in >> n;)
-    if (n >= 0) rows.insert(static_cast<size_t>(n));
-  return rows;
-}
-
-std::string JoinRows(const std::set<size_t>& rows) {
-  std::string out;
-  for (size_t r : rows) out += (out.empty() ? "" : " ") + std::to_string(r);
-  return out;
-}
 
 bool Contains(LiveTile& tile, const LiveTile* wanted) {
   if (&tile == wanted) return true;
@@ -56,28 +17,19 @@ bool Contains(LiveTile& tile, const LiveTile* wanted) {
   return false;
 }
 
-bool ReadWhole(const std::string& path, std::string* contents) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return false;
-  std::stringstream s;
-  s << in.rdbuf();
-  *contents = s.str();
-  return true;
-}
-
 }  // namespace
 
 int DialogManager::Load(const std::string& file, int* id) {
   dcl::Loader loader = [this](const std::string& name, std::string* contents, std::string* where) {
-    std::optional<std::string> path = host_.FindFile(name);
-    if (!path || !ReadWhole(*path, contents)) return false;
+    std::optional<std::string> path = FindFile(name);
+    if (!path || !ReadWholeFile(*path, contents)) return false;
     *where = Files().ShownName(*path);
     return true;
   };
   auto library = std::make_unique<dcl::Library>();
   std::string err;
   if (!library->Load(file, loader, &err)) {
-    host_.transcript().WriteLine("Dialog file error: " + err);
+    transcript_.WriteLine("Dialog file error: " + err);
     return RTERROR;
   }
   *id = next_id_++;
@@ -119,11 +71,11 @@ int DialogManager::Start(ads_hdlg hdlg, int* status) {
   if (!dialog || dialog->started) return RTERROR;
   dialog->started = true;
   open_.push_back(dialog);
-  host_.transcript().WriteLine("[Dialog " + dialog->name() + "]");
+  transcript_.WriteLine("[Dialog " + dialog->name() + "]");
   while (!dialog->done && TakeEvent(*dialog)) {
   }
   open_.pop_back();
-  host_.transcript().WriteLine("[Dialog " + dialog->name() + " closed: " + std::to_string(dialog->status) + "]");
+  transcript_.WriteLine("[Dialog " + dialog->name() + " closed: " + std::to_string(dialog->status) + "]");
   if (status) *status = dialog->status;
   std::erase_if(created_, [dialog](const std::unique_ptr<Dialog>& d) { return d.get() == dialog; });
   return RTNORM;
@@ -147,113 +99,15 @@ int DialogManager::TerminateAll() {
 
 bool DialogManager::TakeEvent(Dialog& dialog) {
   for (;;) {
-    Input in = host_.Ask("\n" + dialog.name() + "> ", Asking::kDialog);
-    if (in.kind == Input::Kind::kEnd) {
+    DialogInput in = events_.NextEvent(dialog);
+    if (in.kind == DialogInput::Kind::kEnd) {
       TerminateAll();
       return false;
     }
-    std::string line = in.kind == Input::Kind::kCancel ? "cancel" : in.text;
-    std::string why;
-    if (Apply(dialog, line, &why)) return true;
-    host_.transcript().WriteLine(why);
-    if (host_.user()) host_.user()->Misstep(why);
+    std::string why = in.why;
+    if (in.kind != DialogInput::Kind::kMistake && ApplyEvent(dialog, in.event, &why)) return true;
+    events_.Misstep(why);
   }
-}
-
-void DialogManager::Fire(Dialog& dialog, LiveTile& tile, int reason) {
-  CLIENTFUNC action = tile.action;
-  if (!action) {
-    if (tile.key() == "accept" || tile.key() == "cancel") {
-      dialog.done = true;
-      dialog.status = tile.key() == "accept" ? DLGOK : DLGCANCEL;
-      return;
-    }
-    action = dialog.default_action();
-  }
-  if (!action) return;
-  std::string value = tile.value;  // the action gets its own copy to read
-  ads_callback_packet packet{&dialog, &tile, value.data(), nullptr, reason, 0, 0};
-  action(&packet);
-}
-
-void DialogManager::Accept(Dialog& dialog, LiveTile& tile) {
-  if (dialog.done || !tile.def().IsTrue("allow_accept")) return;
-  if (LiveTile* ok = dialog.Find("accept"); ok && ok->Usable()) Fire(dialog, *ok, CBR_SELECT);
-}
-
-bool DialogManager::Apply(Dialog& dialog, const std::string& line, std::string* why) {
-  std::string verb, key, rest;
-  SplitEvent(line, &verb, &key, &rest);
-  if (verb == "ok") key = "accept";
-  if (verb == "cancel") key = "cancel";
-  static const std::set<std::string> kVerbs = {"select", "double-click", "type", "enter", "press",
-                                                "toggle", "choose", "ok", "cancel"};
-  if (!kVerbs.count(verb)) {
-    *why = "not a dialog event: \"" + line + "\" (select, double-click, type, enter, press, toggle, choose, ok, cancel)";
-    return false;
-  }
-  LiveTile* tile = key.empty() ? nullptr : dialog.Find(key);
-  if (!tile) {
-    *why = "dialog " + dialog.name() + " has no tile \"" + key + "\"";
-    return false;
-  }
-  if (!tile->Usable()) {
-    *why = "tile \"" + key + "\" of dialog " + dialog.name() + " is disabled";
-    return false;
-  }
-  auto wrong_kind = [&](const char* wanted) {
-    *why = "tile \"" + key + "\" is a " + dcl::KindName(tile->kind()) + ", not " + wanted;
-    return false;
-  };
-  if (verb == "select" || verb == "double-click") {
-    if (!tile->IsList()) return wrong_kind("a list");
-    std::optional<size_t> row = RowIndex(rest);
-    if (!row || *row >= tile->rows.size()) {
-      *why = "list \"" + key + "\" has no row " + rest + " (it has " + std::to_string(tile->rows.size()) + ")";
-      return false;
-    }
-    if (tile->MultipleSelect()) {
-      std::set<size_t> chosen = ChosenRows(tile->value);
-      if (!chosen.erase(*row)) chosen.insert(*row);
-      tile->value = JoinRows(chosen);
-      Fire(dialog, *tile, CBR_SELECT);
-      return true;
-    }
-    tile->value = std::to_string(*row);
-    Fire(dialog, *tile, CBR_SELECT);
-    if (verb == "double-click" && !dialog.done) {
-      Fire(dialog, *tile, CBR_DOUBLE_CLICK);
-      Accept(dialog, *tile);
-    }
-    return true;
-  }
-  if (verb == "type" || verb == "enter") {
-    if (tile->kind() != dcl::TileKind::kEditBox) return wrong_kind("an edit box");
-    tile->value = rest;
-    Fire(dialog, *tile, verb == "type" ? CBR_LOST_FOCUS : CBR_SELECT);
-    if (verb == "enter") Accept(dialog, *tile);
-    return true;
-  }
-  if (verb == "toggle") {
-    if (tile->kind() != dcl::TileKind::kToggle) return wrong_kind("a toggle");
-    tile->value = tile->value == "1" ? "0" : "1";
-    Fire(dialog, *tile, CBR_SELECT);
-    return true;
-  }
-  if (verb == "choose") {
-    if (tile->kind() != dcl::TileKind::kRadioButton) return wrong_kind("a radio button");
-    dialog.SetValue(*tile, "1");
-    if (tile->action) Fire(dialog, *tile, CBR_SELECT);
-    LiveTile* cluster = tile->parent();
-    if (!dialog.done && cluster && (cluster->action || (!tile->action && dialog.default_action())))
-      Fire(dialog, *cluster, CBR_SELECT);
-    return true;
-  }
-  // press, ok, cancel
-  if (tile->kind() != dcl::TileKind::kButton && tile->kind() != dcl::TileKind::kImageButton)
-    return wrong_kind("a button");
-  Fire(dialog, *tile, CBR_SELECT);
-  return true;
 }
 
 int DialogManager::StartList(ads_hdlg hdlg, const std::string& key, short operation, short index) {

@@ -10,16 +10,29 @@
 #include <string>
 #include <vector>
 
+#include "emulator/core/transcript.h"
 #include "emulator/dcl/dcl_tree.h"
 #include "emulator/dialogs/dialog.h"
+#include "emulator/dialogs/events.h"
 
 namespace vorhost {
 
-class Host;
+// Where the runtime gets the user's events from: whoever plays the user,
+// asked by the host.
+class EventSource {
+ public:
+  virtual ~EventSource() = default;
+  // The user's next event in dialog, the one on top.
+  virtual DialogInput NextEvent(Dialog& dialog) = 0;
+  // The last input could not be taken; why says so (a script stops there,
+  // a person tries again).
+  virtual void Misstep(const std::string& why) = 0;
+};
 
 class DialogManager {
  public:
-  explicit DialogManager(Host& host) : host_(host) {}
+  // Reports go to transcript; events come from events (neither owned).
+  DialogManager(Transcript& transcript, EventSource& events) : transcript_(transcript), events_(events) {}
   DialogManager(const DialogManager&) = delete;
   DialogManager& operator=(const DialogManager&) = delete;
 
@@ -54,16 +67,9 @@ class DialogManager {
   // Takes one event of the user's for the top dialog; false when the
   // user's input ended (every dialog is then ended).
   bool TakeEvent(Dialog& dialog);
-  // Applies one event line; false with *why when it cannot be applied.
-  bool Apply(Dialog& dialog, const std::string& line, std::string* why);
-  // Runs a tile's action with value and reason; accept and cancel without
-  // one end the dialog with 1 and 0.
-  void Fire(Dialog& dialog, LiveTile& tile, int reason);
-  // Enter in an edit box, or a double click in a list, whose tile allows
-  // it presses the dialog's OK button as well.
-  void Accept(Dialog& dialog, LiveTile& tile);
 
-  Host& host_;
+  Transcript& transcript_;
+  EventSource& events_;
   std::map<int, std::unique_ptr<dcl::Library>> files_;
   int next_id_ = 1;
   std::vector<std::unique_ptr<Dialog>> created_;  // created and not yet ended

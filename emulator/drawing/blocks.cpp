@@ -37,7 +37,7 @@ std::vector<std::string> BlockCycle(const SymbolTable<BlockRecord>& blocks, std:
   std::vector<char> state(records.size(), kNew);
   std::vector<size_t> roots;
   for (size_t i = 0; i < records.size(); i++)
-    if (!start.empty() && SymbolTable<BlockRecord>::SameName(records[i].name, start)) roots.push_back(i);
+    if (!start.empty() && SameName(records[i].name, start)) roots.push_back(i);
   for (size_t i = 0; i < records.size(); i++) roots.push_back(i);
 
   for (size_t root : roots) {

@@ -4,23 +4,9 @@
 // host's file format: POLYLINE, its VERTEXes, SEQEND; INSERT, its ATTRIBs,
 // SEQEND.
 //
-// The groups of each type the host makes, in this order (angles in radians):
-//   LINE      10 start, 11 end
-//   CIRCLE    10 centre, 40 radius
-//   ARC       10 centre, 40 radius, 50 start angle, 51 end angle
-//   POLYLINE  66 (1), 10 (0,0,elevation), 70 flags (1 closed), 40/41 default widths
-//   VERTEX    10 location, 40 start width, 41 end width, 42 bulge, 70 flags (0)
-//   TEXT      10 insertion, 40 height, 1 text, 50 rotation, 41 width factor,
-//             51 oblique, 7 style, 71 generation, 72 horizontal justification,
-//             11 alignment point (when 72 or 73 is not 0), 73 vertical justification
-//   INSERT    66 (1 when ATTRIBs follow), 2 block, 10 insertion, 41/42/43 scales,
-//             50 rotation
-//   ATTRIB    10, 40, 1 value, 2 tag, 70 flags, 73 field length (0), 50, 41, 51,
-//             7, 71, 72, 11 (when 72 or 74 is not 0), 74 vertical justification
-//   ATTDEF    as ATTRIB with 1 the default and 3 the prompt after 2
-//   SEQEND    nothing of its own (its owner gives -2)
-// Records of other types, read from files, keep the groups they came with,
-// x/y/z coordinate groups joined into points.
+// The groups of each type the host makes, and their order, are in
+// layout.h; records of other types, read from files, keep the groups they
+// came with, x/y/z coordinate groups joined into points.
 #ifndef VORHOST_DRAWING_ENTITY_H
 #define VORHOST_DRAWING_ENTITY_H
 
@@ -31,9 +17,9 @@
 #include <variant>
 #include <vector>
 
-namespace vorhost {
+#include "emulator/core/numbers.h"
 
-using Point3 = std::array<double, 3>;
+namespace vorhost {
 
 // The value of one group: its kind follows from the group code (see
 // ValueOf in core/resbuf.h): texts, reals, points, 16-bit and 32-bit ints.
@@ -43,9 +29,6 @@ struct Group {
   int code;
   GroupValue value;
 };
-
-constexpr short kColorByBlock = 0;
-constexpr short kColorByLayer = 256;
 
 class Entity {
  public:

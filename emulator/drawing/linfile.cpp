@@ -9,6 +9,7 @@
 
 #include "emulator/core/encoding.h"
 #include "emulator/core/numbers.h"
+#include "emulator/core/text.h"
 
 namespace vorhost {
 namespace {
@@ -17,27 +18,10 @@ constexpr char kEndOfFile = '\x1A';
 constexpr size_t kMaxNameBytes = 255;
 constexpr size_t kMaxQuotedBytes = 32;  // of a faulty item in a message
 
-bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\r'; }
+// Blanks around items; a line end may be left from a CR LF file.
+constexpr std::string_view kSpace = " \t\r";
 
-std::string_view Trim(std::string_view s) {
-  while (!s.empty() && IsSpace(s.front())) s.remove_prefix(1);
-  while (!s.empty() && IsSpace(s.back())) s.remove_suffix(1);
-  return s;
-}
-
-char UpperAscii(char c) { return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c; }
-
-// Folds ASCII letters only, stepping over Big5 characters, whose trail bytes
-// may be letters.
-std::string UpperBig5(std::string_view s) {
-  std::string out(s);
-  for (size_t i = 0; i < out.size();) {
-    size_t n = Big5CharLength(out, i);
-    if (n == 1) out[i] = UpperAscii(out[i]);
-    i += n;
-  }
-  return out;
-}
+std::string_view TrimSpace(std::string_view s) { return Trim(s, kSpace); }
 
 // An item as it appears in a message: quoted, and clipped (at a character
 // boundary) so that a line of garbage does not flood the report.
@@ -57,7 +41,7 @@ struct Where {
   std::string* err = nullptr;
 
   bool Fail(const std::string& message) const {
-    if (err) *err = std::string(file) + ":" + std::to_string(line) + ": " + message;
+    if (err) *err = FileLineMessage(file, line, message);
     return false;
   }
 };
@@ -106,7 +90,7 @@ bool ParseAngle(std::string_view s, double* degrees) {
     }
   }
   double v = 0;
-  if (!ParseNumber(Trim(s), &v)) return false;
+  if (!ParseNumber(TrimSpace(s), &v)) return false;
   *degrees = v * factor;
   return true;
 }
@@ -121,7 +105,7 @@ class Cursor {
   char Peek() const { return AtEnd() ? '\0' : line_[pos_]; }
   void Advance() { pos_ += AtEnd() ? 0 : Big5CharLength(line_, pos_); }
   void SkipSpaces() {
-    while (!AtEnd() && IsSpace(line_[pos_])) pos_++;
+    while (!AtEnd() && kSpace.find(line_[pos_]) != std::string_view::npos) pos_++;
   }
   std::string_view Rest() const { return line_.substr(pos_); }
 
@@ -130,7 +114,7 @@ class Cursor {
   std::string_view ReadUntil(std::string_view stops) {
     size_t start = pos_;
     while (!AtEnd() && stops.find(line_[pos_]) == std::string_view::npos) Advance();
-    return Trim(line_.substr(start, pos_ - start));
+    return TrimSpace(line_.substr(start, pos_ - start));
   }
 
   // A double-quoted string at the cursor, unescaped. False when the line
@@ -163,8 +147,8 @@ class Cursor {
 bool ParseOption(std::string_view item, const Where& where, LinetypeElement* element) {
   size_t eq = item.find('=');
   if (eq == std::string_view::npos) return where.Fail("option " + Quote(item) + " has no '='");
-  std::string_view key = Trim(item.substr(0, eq));
-  std::string_view value = Trim(item.substr(eq + 1));
+  std::string_view key = TrimSpace(item.substr(0, eq));
+  std::string_view value = TrimSpace(item.substr(eq + 1));
   char k = key.size() == 1 ? UpperAscii(key[0]) : '\0';
   bool ok = false;
   switch (k) {
@@ -261,7 +245,7 @@ bool ParseElements(Cursor* cur, const Where& where, std::vector<LinetypeElement>
 // True for a line that is a pattern line by its first item, "A" alone.
 bool IsPatternLine(std::string_view line) {
   if (line.empty() || UpperAscii(line[0]) != 'A') return false;
-  std::string_view rest = Trim(line.substr(1));
+  std::string_view rest = TrimSpace(line.substr(1));
   return rest.empty() || rest[0] == ',';
 }
 
@@ -281,9 +265,9 @@ bool ParseHeader(std::string_view line, const Where& where, LinetypeRecord* reco
   std::string_view name = cur.ReadUntil(",");
   if (name.empty()) return where.Fail("a linetype header without a name");
   if (name.size() > kMaxNameBytes) return where.Fail("linetype name longer than 255 bytes");
-  record->name = UpperBig5(name);
+  record->name = UpperName(name);
   cur.Advance();  // ',' if any
-  record->description = Trim(cur.Rest());
+  record->description = TrimSpace(cur.Rest());
   return true;
 }
 
@@ -304,9 +288,7 @@ void Define(LinetypeRecord record, std::vector<LinetypeRecord>* records) {
 
 // Shortest text that reads back to exactly v, without a leading zero.
 std::string FormatNumber(double v) {
-  char buf[32];
-  auto [end, ec] = std::to_chars(buf, buf + sizeof buf, v);
-  std::string s(buf, ec == std::errc() ? end : buf);
+  std::string s = ShortestText(v);
   if (s.starts_with("0.")) s.erase(0, 1);
   if (s.starts_with("-0.")) s.erase(1, 1);
   return s;
@@ -347,7 +329,7 @@ bool ParseLinetypes(std::string_view contents, std::string_view file_name,
   for (size_t pos = 0; pos < contents.size();) {
     size_t eol = contents.find('\n', pos);
     if (eol == std::string_view::npos) eol = contents.size();
-    std::string_view line = Trim(contents.substr(pos, eol - pos));
+    std::string_view line = TrimSpace(contents.substr(pos, eol - pos));
     pos = eol + 1;
     where.line++;
     if (line.empty() || line[0] == ';') continue;

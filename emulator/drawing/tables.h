@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "emulator/core/text.h"
 #include "emulator/drawing/entity.h"
-#include "host/ads.h"
 
 namespace vorhost {
 
@@ -60,7 +60,8 @@ struct LinetypeRecord {
   double PatternLength() const;
 };
 
-// Records of one kind, found by name without regard to case.
+// Records of one kind, found by name without regard to the case of ASCII
+// letters (SameName).
 template <typename Record>
 class SymbolTable {
  public:
@@ -80,23 +81,9 @@ class SymbolTable {
   }
   const std::vector<Record>& records() const { return records_; }
 
-  static bool SameName(std::string_view a, std::string_view b);
-
  private:
   std::vector<Record> records_;
 };
-
-template <typename Record>
-bool SymbolTable<Record>::SameName(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (size_t i = 0; i < a.size(); i++) {
-    char x = a[i], y = b[i];
-    if (x >= 'a' && x <= 'z') x = static_cast<char>(x - 32);
-    if (y >= 'a' && y <= 'z') y = static_cast<char>(y - 32);
-    if (x != y) return false;
-  }
-  return true;
-}
 
 // The tables of one drawing, as a new drawing has them: style STANDARD,
 // layer 0, linetypes BYBLOCK, BYLAYER and CONTINUOUS.
@@ -112,11 +99,6 @@ class Tables {
   const SymbolTable<LayerRecord>& layers() const { return layers_; }
   const SymbolTable<LinetypeRecord>& linetypes() const { return linetypes_; }
   const SymbolTable<BlockRecord>& blocks() const { return blocks_; }
-
-  // The record's data as the host gives it to ads_tblsearch: (0 . "STYLE")
-  // (2 . name) and the table's groups; nullptr for an unknown table or name,
-  // or when memory is short.
-  resbuf* Search(std::string_view table, std::string_view name) const;
 
  private:
   SymbolTable<StyleRecord> styles_;

@@ -6,7 +6,8 @@
 #include <cstdio>
 
 #include "emulator/core/encoding.h"
-#include "emulator/core/numbers.h"
+#include "emulator/core/text.h"
+#include "emulator/drawing/layout.h"
 
 namespace vorhost {
 namespace {
@@ -44,7 +45,7 @@ void DumpRecord(const Entity& e, const std::string& indent, std::string* out) {
   *out += indent + e.type + " layer=" + Quoted(e.layer) +
           " linetype=" + (e.linetype.empty() ? "BYLAYER" : Quoted(e.linetype)) +
           " color=" + std::to_string(e.color);
-  for (const Group& g : e.groups) *out += " " + std::to_string(g.code) + "=" + Value(g.value);
+  for (const Group* g : GroupsInOrder(e)) *out += " " + std::to_string(g->code) + "=" + Value(g->value);
   *out += "\n";
 }
 
@@ -53,18 +54,12 @@ void DumpRecords(const std::vector<Entity>& records, const std::string& indent, 
     if (!e.erased) DumpRecord(e, e.IsSubEntity() ? indent + "  " : indent, out);
 }
 
-std::string Upper(std::string s) {
-  for (char& c : s)
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
-  return s;
-}
-
 template <typename Record>
 std::vector<const Record*> Sorted(const SymbolTable<Record>& table) {
   std::vector<const Record*> out;
   for (const Record& r : table.records()) out.push_back(&r);
   std::sort(out.begin(), out.end(),
-            [](const Record* a, const Record* b) { return Upper(a->name) < Upper(b->name); });
+            [](const Record* a, const Record* b) { return UpperName(a->name) < UpperName(b->name); });
   return out;
 }
 

@@ -8,6 +8,7 @@
 #include <set>
 #include <unordered_set>
 
+#include "emulator/core/text.h"
 #include "emulator/drawing/geometry.h"
 #include "emulator/io/dxf_format.h"
 #include "emulator/io/dxf_text.h"
@@ -28,9 +29,7 @@ using dxf::kCodeStart;
 std::string RealText(double v) {
   if (!std::isfinite(v)) v = 0;
   if (v == 0) v = 0;  // no "-0"
-  char buf[64];
-  auto r = std::to_chars(buf, buf + sizeof buf, v);
-  std::string s(buf, r.ptr);
+  std::string s = ShortestText(v);
   if (s.find_first_of(".e") == std::string::npos) s += ".0";
   return s;
 }
@@ -229,8 +228,8 @@ void WriteVportTable(const Box& extents, GroupSink* out) {
 void WriteLtypeTable(const Tables& tables, GroupSink* out) {
   std::vector<const LinetypeRecord*> written;
   for (const LinetypeRecord& t : tables.linetypes().records())
-    if (!SymbolTable<LinetypeRecord>::SameName(t.name, "BYLAYER") &&
-        !SymbolTable<LinetypeRecord>::SameName(t.name, "BYBLOCK"))
+    if (!SameName(t.name, "BYLAYER") &&
+        !SameName(t.name, "BYBLOCK"))
       written.push_back(&t);
   BeginTable("LTYPE", written.size(), out);
   for (const LinetypeRecord* t : written) {

@@ -10,16 +10,16 @@
 #include <cstdint>
 #include <cstdio>
 #include <cmath>
-#include <fstream>
 #include <limits>
 #include <map>
 #include <optional>
 #include <span>
-#include <sstream>
 
 #include "emulator/core/numbers.h"
 #include "emulator/core/resbuf.h"
+#include "emulator/core/text.h"
 #include "emulator/drawing/blocks.h"
+#include "emulator/drawing/layout.h"
 #include "emulator/io/dxf.h"
 #include "emulator/io/dxf_format.h"
 #include "emulator/io/dxf_text.h"
@@ -34,12 +34,6 @@ struct RawGroup {
   std::string_view value;
   int line;  // of the value
 };
-
-std::string_view Trim(std::string_view s) {
-  while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
-  while (!s.empty() && (s.back() == ' ' || s.back() == '\t')) s.remove_suffix(1);
-  return s;
-}
 
 // A text of the file for a message: bytes outside printable ASCII as \xNN.
 std::string Shown(std::string_view text) {
@@ -121,100 +115,12 @@ RbValue KindOf(int code) {
   return RbValue::kString;
 }
 
-bool SameName(std::string_view a, std::string_view b) {
-  return SymbolTable<LayerRecord>::SameName(a, b);
-}
-
-// A name as SameName compares it.
-std::string Upper(std::string_view name) {
-  std::string out(name);
-  for (char& c : out)
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
-  return out;
-}
-
 // The blocks that hold model and paper space in files of any version; the
 // host's model space is its entity list and it has no paper space.
 bool IsLayoutBlock(std::string_view name) {
   for (std::string_view prefix : {"$MODEL_SPACE", "$PAPER_SPACE", "*MODEL_SPACE", "*PAPER_SPACE"})
     if (name.size() >= prefix.size() && SameName(name.substr(0, prefix.size()), prefix)) return true;
   return false;
-}
-
-// One place in the host's group order of a type, with the value a file
-// that leaves the group out stands for.
-struct Slot {
-  int code;
-  GroupValue fallback;
-};
-
-const std::vector<Slot>* HostLayout(std::string_view type) {
-  static const Point3 o{0, 0, 0};
-  static const std::map<std::string_view, std::vector<Slot>> layouts = {
-      {"LINE", {{10, o}, {11, o}}},
-      {"CIRCLE", {{10, o}, {40, 0.0}}},
-      {"ARC", {{10, o}, {40, 0.0}, {50, 0.0}, {51, 0.0}}},
-      {"POLYLINE", {{66, short{1}}, {10, o}, {70, short{0}}, {40, 0.0}, {41, 0.0}}},
-      {"VERTEX", {{10, o}, {40, 0.0}, {41, 0.0}, {42, 0.0}, {70, short{0}}}},
-      {"TEXT", {{10, o}, {40, 2.5}, {1, std::string()}, {50, 0.0}, {41, 1.0}, {51, 0.0},
-                {7, std::string("STANDARD")}, {71, short{0}}, {72, short{0}}, {11, o}, {73, short{0}}}},
-      {"INSERT", {{66, short{0}}, {2, std::string()}, {10, o}, {41, 1.0}, {42, 1.0}, {43, 1.0},
-                  {50, 0.0}}},
-      {"ATTRIB", {{10, o}, {40, 2.5}, {1, std::string()}, {2, std::string()}, {70, short{0}},
-                  {73, short{0}}, {50, 0.0}, {41, 1.0}, {51, 0.0}, {7, std::string("STANDARD")},
-                  {71, short{0}}, {72, short{0}}, {11, o}, {74, short{0}}}},
-      {"ATTDEF", {{10, o}, {40, 2.5}, {1, std::string()}, {2, std::string()}, {3, std::string()},
-                  {70, short{0}}, {73, short{0}}, {50, 0.0}, {41, 1.0}, {51, 0.0},
-                  {7, std::string("STANDARD")}, {71, short{0}}, {72, short{0}}, {11, o},
-                  {74, short{0}}}},
-      {"SEQEND", {}},
-  };
-  auto it = layouts.find(type);
-  return it == layouts.end() ? nullptr : &it->second;
-}
-
-// Whether a slot is written for this record: the alignment point only for
-// justified texts, INSERT's 66 only when the file had it.
-bool SlotApplies(const Entity& e, const Slot& slot, bool present) {
-  if (slot.code == 11 && e.type != "LINE") {
-    int vertical = e.type == "TEXT" ? 73 : 74;
-    return e.Short(72) != 0 || e.Short(vertical) != 0;
-  }
-  if (slot.code == 66 && e.type == "INSERT") return present;
-  return true;
-}
-
-// Puts a record of the host's own types into the host's group order, with
-// defaults for what the file left out (a vertex's widths default to its
-// polyline's) and the file's other groups after them in file order.
-void Canonicalize(Entity* e, const Entity* polyline) {
-  const std::vector<Slot>* layout = HostLayout(e->type);
-  if (!layout) return;
-  std::vector<Group> read = std::move(e->groups);
-  std::vector<bool> used(read.size(), false);
-  e->groups = read;  // SlotApplies looks at 72, 73 and 74
-  std::vector<Group> out;
-  for (const Slot& slot : *layout) {
-    auto it = std::find_if(read.begin(), read.end(), [&](const Group& g) { return g.code == slot.code; });
-    bool present = it != read.end() && !used[it - read.begin()];
-    if (!SlotApplies(*e, slot, present)) {
-      if (present) used[it - read.begin()] = true;
-      continue;
-    }
-    if (present) {
-      used[it - read.begin()] = true;
-      out.push_back(*it);
-    } else if (slot.code == 11) {
-      out.push_back({11, e->Point(10)});
-    } else if (polyline && (slot.code == 40 || slot.code == 41)) {
-      out.push_back({slot.code, polyline->Real(slot.code)});
-    } else {
-      out.push_back({slot.code, slot.fallback});
-    }
-  }
-  for (size_t i = 0; i < read.size(); i++)
-    if (!used[i]) out.push_back(read[i]);
-  e->groups = std::move(out);
 }
 
 // Header variables of the file, converted, waiting for the tables they
@@ -226,28 +132,72 @@ struct HeaderValues {
   std::map<std::string, std::vector<Group>> values;      // the same, converted
 };
 
-class Parser {
+// The file as (code, value, line) groups, read in order from a cursor; the
+// values converted to what their codes hold, and the file's faults
+// reported at their lines.
+class GroupStream {
  public:
-  Parser(std::string path, std::string data) : path_(std::move(path)), data_(std::move(data)) {}
+  GroupStream(std::string path, std::string data) : path_(std::move(path)), data_(std::move(data)) {}
 
-  bool Run(Drawing* drawing, std::vector<std::pair<std::string, SysValue>>* vars);
+  // Splits the file into groups; false (and the error) for a file that is
+  // binary, or has a code line that holds no group code or no value after it.
+  bool Split();
+  // Sets the error: the file and line, the message, and the line itself.
+  bool Fail(int line, const std::string& message);
   const std::string& error() const { return error_; }
 
- private:
-  bool Split();
-  bool Fail(int line, const std::string& message);
-  // Whether the data ran out; sets the error then.
+  // Whether the groups ran out; sets the error then.
   bool AtEnd();
   // The same, or the next group is the file's EOF while a section is open.
   bool SectionEnds();
-  bool Is(size_t i, int code, std::string_view value) const {
-    return i < groups_.size() && groups_[i].code == code && Trim(groups_[i].value) == value;
+  // Whether the group ahead of the cursor (0 for the one at it) has this
+  // code and value.
+  bool At(int code, std::string_view value, size_t ahead = 0) const {
+    return pos_ + ahead < groups_.size() && groups_[pos_ + ahead].code == code &&
+           Trim(groups_[pos_ + ahead].value) == value;
   }
-  std::span<const RawGroup> Record();
+  bool Has(size_t ahead) const { return pos_ + ahead < groups_.size(); }
+  const RawGroup& Peek(size_t ahead = 0) const { return groups_[pos_ + ahead]; }
+  // The group at the cursor, which moves past it.
+  const RawGroup& Next() { return groups_[pos_++]; }
+  void Skip(size_t count = 1) { pos_ += count; }
+  // The groups from the cursor up to the next group 0 (or group stop).
+  std::span<const RawGroup> Record(int stop = dxf::kCodeStart);
+  // Steps to the next record of a section: true with its type and groups;
+  // false at the section's ENDSEC (*ended set) or when the file ends
+  // inside the section (the error set).
+  bool NextRecord(std::string_view* type, std::span<const RawGroup>* raws, bool* ended);
 
+  // Texts are decoded in the file's code page, once the header names it.
+  void ChooseCodePage(const std::string& version, const std::string& code_page) {
+    decoder_.Choose(version, code_page);
+  }
+  // Typed groups of a record. Owner handles, reactor and dictionary
+  // brackets and comments say nothing the host keeps and are left out.
   bool Convert(std::span<const RawGroup> raws, std::vector<Group>* out);
+
+ private:
   bool ConvertOne(std::span<const RawGroup> raws, size_t* i, std::vector<Group>* out);
 
+  std::string path_;
+  std::string data_;
+  std::vector<std::string_view> lines_;
+  std::vector<RawGroup> groups_;
+  size_t pos_ = 0;
+  std::string error_;
+  dxf::TextDecoder decoder_;
+};
+
+// The sections of a file read into a drawing and its header's variables.
+class Parser {
+ public:
+  Parser(std::string path, std::string data) : in_(std::move(path), std::move(data)) {}
+
+  bool Run(Drawing* drawing, std::vector<std::pair<std::string, SysValue>>* vars);
+  const std::string& error() const { return in_.error(); }
+
+ private:
+  bool ReadSection();
   bool ReadHeader();
   bool ReadTables();
   bool ReadTableEntry(std::string_view type, std::span<const RawGroup> raws);
@@ -264,13 +214,7 @@ class Parser {
   std::optional<SysValue> HeaderValue(std::string_view name, int code) const;
   void ResolveLinetypeStyles();
 
-  std::string path_;
-  std::string data_;
-  std::vector<std::string_view> lines_;
-  std::vector<RawGroup> groups_;
-  size_t pos_ = 0;
-  std::string error_;
-  dxf::TextDecoder decoder_;
+  GroupStream in_;
   HeaderValues header_;
   Drawing drawing_;
   std::map<uint32_t, std::string> style_handles_;  // STYLE handle -> name
@@ -285,30 +229,29 @@ class Parser {
   std::map<std::string, InsertLines> block_inserts_;
 };
 
-bool Parser::Fail(int line, const std::string& message) {
-  error_ = path_ + ":" + std::to_string(line) + ": " + message;
+bool GroupStream::Fail(int line, const std::string& message) {
+  error_ = FileLineMessage(path_, static_cast<size_t>(line), message);
   if (line >= 1 && static_cast<size_t>(line) <= lines_.size()) {
     error_ += "\n" + Shown(lines_[line - 1].substr(0, 80)) + "\n^";
   }
   return false;
 }
 
-bool Parser::AtEnd() {
+bool GroupStream::AtEnd() {
   if (pos_ < groups_.size()) return false;
   Fail(std::max(1, static_cast<int>(lines_.size())), "the file ends without EOF");
   return true;
 }
 
-bool Parser::SectionEnds() {
+bool GroupStream::SectionEnds() {
   if (AtEnd()) return true;
-  if (!Is(pos_, 0, "EOF")) return false;
+  if (!At(0, "EOF")) return false;
   Fail(groups_[pos_].line, "EOF inside a section (no ENDSEC)");
   return true;
 }
 
-// The file as pairs: every code line must hold an integer and have a
-// value line after it.
-bool Parser::Split() {
+// Every code line must hold an integer and have a value line after it.
+bool GroupStream::Split() {
   // Binary files start with a line naming themselves "... Binary DXF".
   if (data_.substr(0, data_.find('\n')).find("Binary DXF") != std::string::npos)
     return Fail(1, "binary DXF files are not read");
@@ -334,14 +277,29 @@ bool Parser::Split() {
   return true;
 }
 
-// The groups after the current record's group 0, up to the next group 0.
-std::span<const RawGroup> Parser::Record() {
+std::span<const RawGroup> GroupStream::Record(int stop) {
   size_t start = pos_;
-  while (pos_ < groups_.size() && groups_[pos_].code != dxf::kCodeStart) pos_++;
+  while (pos_ < groups_.size() && groups_[pos_].code != dxf::kCodeStart && groups_[pos_].code != stop) pos_++;
   return std::span<const RawGroup>(groups_).subspan(start, pos_ - start);
 }
 
-bool Parser::ConvertOne(std::span<const RawGroup> raws, size_t* i, std::vector<Group>* out) {
+bool GroupStream::NextRecord(std::string_view* type, std::span<const RawGroup>* raws, bool* ended) {
+  *ended = false;
+  while (!SectionEnds()) {
+    const RawGroup& g = Next();
+    if (g.code != dxf::kCodeStart) continue;
+    *type = Trim(g.value);
+    if (*type == "ENDSEC") {
+      *ended = true;
+      return false;
+    }
+    *raws = Record();
+    return true;
+  }
+  return false;
+}
+
+bool GroupStream::ConvertOne(std::span<const RawGroup> raws, size_t* i, std::vector<Group>* out) {
   const RawGroup& g = raws[*i];
   // True when the text read as a number; else the error of its line.
   auto number = [&](const RawGroup& text, Parsed parsed) {
@@ -386,9 +344,7 @@ bool Parser::ConvertOne(std::span<const RawGroup> raws, size_t* i, std::vector<G
   }
 }
 
-// Typed groups of a record. Owner handles, reactor and dictionary brackets
-// and comments say nothing the host keeps and are left out.
-bool Parser::Convert(std::span<const RawGroup> raws, std::vector<Group>* out) {
+bool GroupStream::Convert(std::span<const RawGroup> raws, std::vector<Group>* out) {
   for (size_t i = 0; i < raws.size(); i++) {
     int code = raws[i].code;
     if (code == dxf::kCodeOwner || code == dxf::kCodeHardOwner || code == dxf::kCodeComment) continue;
@@ -407,22 +363,18 @@ bool Parser::Convert(std::span<const RawGroup> raws, std::vector<Group>* out) {
 }
 
 bool Parser::ReadHeader() {
-  while (!SectionEnds()) {
-    if (Is(pos_, 0, "ENDSEC")) {
-      pos_++;
+  while (!in_.SectionEnds()) {
+    if (in_.At(0, "ENDSEC")) {
+      in_.Skip();
       break;
     }
-    const RawGroup& g = groups_[pos_++];
+    const RawGroup& g = in_.Next();
     if (g.code != dxf::kCodeHeaderVar) continue;  // stray groups: nothing to keep
-    size_t start = pos_;
-    while (pos_ < groups_.size() && groups_[pos_].code != dxf::kCodeHeaderVar &&
-           groups_[pos_].code != dxf::kCodeStart)
-      pos_++;
     std::string name(Trim(g.value));
     if (name.starts_with("$")) name.erase(0, 1);
-    header_.raw[name] = std::span<const RawGroup>(groups_).subspan(start, pos_ - start);
+    header_.raw[name] = in_.Record(dxf::kCodeHeaderVar);
   }
-  if (!error_.empty()) return false;
+  if (!in_.error().empty()) return false;
   auto first = [&](const char* name) -> std::string {
     auto it = header_.raw.find(name);
     return it == header_.raw.end() || it->second.empty() ? "" : std::string(Trim(it->second[0].value));
@@ -430,12 +382,12 @@ bool Parser::ReadHeader() {
   header_.version = first("ACADVER");
   header_.code_page = first("DWGCODEPAGE");
   header_.seed = ParseHandle(first("HANDSEED"));
-  decoder_.Choose(header_.version, header_.code_page);
+  in_.ChooseCodePage(header_.version, header_.code_page);
   // Only the variables the host keeps are read; the others may hold what
   // they like.
   for (const dxf::HeaderVar& hv : dxf::kHeaderVars)
     if (auto it = header_.raw.find(hv.name); it != header_.raw.end())
-      if (!Convert(it->second, &header_.values[hv.name])) return false;
+      if (!in_.Convert(it->second, &header_.values[hv.name])) return false;
   return true;
 }
 
@@ -486,7 +438,7 @@ bool Parser::ReadTableEntry(std::string_view type, std::span<const RawGroup> raw
   // A linetype's total length (40) is not read: the host sums its elements.
   std::vector<RawGroup> kept(raws.begin(), raws.end());
   if (type == "LTYPE") std::erase_if(kept, [](const RawGroup& g) { return g.code == 40; });
-  if (!Convert(kept, &entry.groups)) return false;
+  if (!in_.Convert(kept, &entry.groups)) return false;
   if (type == "LTYPE") {
     std::vector<std::pair<size_t, uint32_t>> styles;
     LinetypeRecord t = ReadLinetype(entry, &styles);
@@ -507,16 +459,12 @@ bool Parser::ReadTableEntry(std::string_view type, std::span<const RawGroup> raw
 }
 
 bool Parser::ReadTables() {
-  while (!SectionEnds()) {
-    const RawGroup& g = groups_[pos_++];
-    if (g.code != dxf::kCodeStart) continue;
-    std::string_view type = Trim(g.value);
-    if (type == "ENDSEC") return true;
-    std::span<const RawGroup> raws = Record();
-    if (type == "TABLE" || type == "ENDTAB") continue;
-    if (!ReadTableEntry(type, raws)) return false;
-  }
-  return false;
+  std::string_view type;
+  std::span<const RawGroup> raws;
+  bool ended = false;
+  while (in_.NextRecord(&type, &raws, &ended))
+    if (type != "TABLE" && type != "ENDTAB" && !ReadTableEntry(type, raws)) return false;
+  return ended;
 }
 
 void Parser::ResolveLinetypeStyles() {
@@ -537,7 +485,7 @@ bool Parser::ReadEntity(std::string_view type, std::span<const RawGroup> raws,
                         const Entity* polyline, Entity* e) {
   e->type = std::string(type);
   std::vector<Group> groups;
-  if (!Convert(raws, &groups)) return false;
+  if (!in_.Convert(raws, &groups)) return false;
   bool keep_markers = !dxf::IsR12Type(type) && dxf::SubclassMarkerOf(type).empty();
   bool degrees = dxf::IsDegreeType(type);
   for (Group& g : groups) {
@@ -556,7 +504,9 @@ bool Parser::ReadEntity(std::string_view type, std::span<const RawGroup> raws,
       e->groups.push_back(std::move(g));
     }
   }
-  Canonicalize(e, e->type == "VERTEX" ? polyline : nullptr);
+  // The host's own types in the host's group order, with its defaults for
+  // what the file left out (a vertex's widths default to its polyline's).
+  e->groups = LayOut(e->type, std::move(e->groups), e->type == "VERTEX" ? polyline : nullptr);
   return true;
 }
 
@@ -565,13 +515,13 @@ bool Parser::ReadEntity(std::string_view type, std::span<const RawGroup> raws,
 // line where it does.
 bool Parser::ReadEntities(std::vector<Entity>* out, std::string_view end, InsertLines* insert_lines) {
   std::optional<size_t> polyline;  // index in *out of the open POLYLINE
-  while (!SectionEnds()) {
-    if (Is(pos_, 0, end)) return true;
-    if (Is(pos_, 0, "ENDSEC")) return Fail(groups_[pos_].line, "BLOCK without ENDBLK");
-    const RawGroup& g = groups_[pos_++];
+  while (!in_.SectionEnds()) {
+    if (in_.At(0, end)) return true;
+    if (in_.At(0, "ENDSEC")) return in_.Fail(in_.Peek().line, "BLOCK without ENDBLK");
+    const RawGroup& g = in_.Next();
     if (g.code != dxf::kCodeStart) continue;
     std::string_view type = Trim(g.value);
-    std::span<const RawGroup> raws = Record();
+    std::span<const RawGroup> raws = in_.Record();
     Entity e;
     if (!ReadEntity(type, raws, polyline ? &(*out)[*polyline] : nullptr, &e)) return false;
     if (type == "INSERT" && insert_lines) {
@@ -588,30 +538,28 @@ bool Parser::ReadEntities(std::vector<Entity>* out, std::string_view end, Insert
 }
 
 bool Parser::ReadBlocks() {
-  while (!SectionEnds()) {
-    const RawGroup& g = groups_[pos_++];
-    if (g.code != dxf::kCodeStart) continue;
-    std::string_view type = Trim(g.value);
-    if (type == "ENDSEC") return true;
-    std::span<const RawGroup> raws = Record();
+  std::string_view type;
+  std::span<const RawGroup> raws;
+  bool ended = false;
+  while (in_.NextRecord(&type, &raws, &ended)) {
     if (type != "BLOCK") continue;
     Entity head;
-    if (!Convert(raws, &head.groups)) return false;
+    if (!in_.Convert(raws, &head.groups)) return false;
     BlockRecord block{head.Text(2), head.Point(10), head.Short(70), {}};
     InsertLines inserts;
     if (!ReadEntities(&block.entities, "ENDBLK", &inserts)) return false;
-    block_inserts_[Upper(block.name)] = std::move(inserts);
-    pos_++;
-    Record();  // ENDBLK's own groups
+    block_inserts_[UpperName(block.name)] = std::move(inserts);
+    in_.Skip();
+    in_.Record();  // ENDBLK's own groups
     if (!IsLayoutBlock(block.name)) drawing_.tables().blocks().Put(std::move(block));
   }
-  return false;
+  return ended;
 }
 
 bool Parser::ReadEntitiesSection() {
   std::vector<Entity> records;
   if (!ReadEntities(&records, "ENDSEC")) return false;
-  pos_++;
+  in_.Skip();
   for (Entity& e : records) drawing_.Append(std::move(e));
   return true;
 }
@@ -623,17 +571,20 @@ bool Parser::CheckBlockCycles() {
   if (cycle.empty()) return true;
   const std::string& last = cycle[cycle.size() - 2];
   int line = 0;
-  for (const auto& [name, at] : block_inserts_[Upper(last)])
+  for (const auto& [name, at] : block_inserts_[UpperName(last)])
     if (SameName(name, cycle.back())) {
       line = at;
       break;
     }
-  return Fail(line, DescribeCycle(cycle));
+  return in_.Fail(line, DescribeCycle(cycle));
 }
 
 bool Parser::SkipSection() {
-  while (!SectionEnds())
-    if (Is(pos_++, 0, "ENDSEC")) return true;
+  while (!in_.SectionEnds()) {
+    bool end = in_.At(0, "ENDSEC");
+    in_.Skip();
+    if (end) return true;
+  }
   return false;
 }
 
@@ -676,23 +627,26 @@ void Parser::ApplyHeader(std::vector<std::pair<std::string, SysValue>>* vars) {
   }
 }
 
+// One section, from its SECTION group.
+bool Parser::ReadSection() {
+  if (!in_.At(0, "SECTION")) return in_.Fail(in_.Peek().line, "expected SECTION or EOF");
+  if (!in_.Has(1) || in_.Peek(1).code != dxf::kCodeName) return in_.Fail(in_.Peek().line, "SECTION without a name");
+  std::string_view name = Trim(in_.Peek(1).value);
+  in_.Skip(2);
+  return name == "HEADER"     ? ReadHeader()
+         : name == "TABLES"   ? ReadTables()
+         : name == "BLOCKS"   ? ReadBlocks()
+         : name == "ENTITIES" ? ReadEntitiesSection()
+                              : SkipSection();
+}
+
 bool Parser::Run(Drawing* drawing, std::vector<std::pair<std::string, SysValue>>* vars) {
-  if (!Split()) return false;
-  while (!AtEnd()) {
-    if (Is(pos_, 0, "EOF")) break;
-    if (!Is(pos_, 0, "SECTION")) return Fail(groups_[pos_].line, "expected SECTION or EOF");
-    if (pos_ + 1 >= groups_.size() || groups_[pos_ + 1].code != dxf::kCodeName)
-      return Fail(groups_[pos_].line, "SECTION without a name");
-    std::string_view name = Trim(groups_[pos_ + 1].value);
-    pos_ += 2;
-    bool ok = name == "HEADER"     ? ReadHeader()
-              : name == "TABLES"   ? ReadTables()
-              : name == "BLOCKS"   ? ReadBlocks()
-              : name == "ENTITIES" ? ReadEntitiesSection()
-                                   : SkipSection();
-    if (!ok) return false;
+  if (!in_.Split()) return false;
+  while (!in_.AtEnd()) {
+    if (in_.At(0, "EOF")) break;
+    if (!ReadSection()) return false;
   }
-  if (!error_.empty() || !CheckBlockCycles()) return false;
+  if (!in_.error().empty() || !CheckBlockCycles()) return false;
   ResolveLinetypeStyles();
   ApplyHeader(vars);
   uint32_t seed = std::max(header_.seed, drawing_.handle_seed());
@@ -724,14 +678,12 @@ bool ReadDxf(std::string where, std::string data, Drawing* drawing, SysVarTable*
 bool OpenDxf(const std::string& linux_path, Drawing* drawing, SysVarTable* vars, std::string* err,
              std::string_view shown_name) {
   std::string shown(shown_name.empty() ? std::string_view(linux_path) : shown_name);
-  std::ifstream in(linux_path, std::ios::binary);
-  if (!in) {
+  std::string data;
+  if (!ReadWholeFile(linux_path, &data)) {
     *err = shown + ": cannot open";
     return false;
   }
-  std::ostringstream data;
-  data << in.rdbuf();
-  return ReadDxf(std::move(shown), std::move(data).str(), drawing, vars, err);
+  return ReadDxf(std::move(shown), std::move(data), drawing, vars, err);
 }
 
 }  // namespace vorhost

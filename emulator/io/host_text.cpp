@@ -5,11 +5,10 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
-#include <sstream>
 #include <vector>
 
 #include "emulator/core/encoding.h"
+#include "emulator/core/text.h"
 #include "emulator/platform/replace_file.h"
 
 namespace vorhost {
@@ -51,22 +50,13 @@ bool Refuse(int line, std::string why, TextFault* fault) {
   return false;
 }
 
-bool ReadWhole(const std::string& path, std::string* out) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return false;
-  std::ostringstream s;
-  s << in.rdbuf();
-  *out = s.str();
-  return !in.bad();
-}
-
 using Conversion = bool (*)(std::string_view, std::string*, int*, TextFault*);
 
 ConvertResult ConvertFile(const std::string& path, Conversion convert, const char* done_as,
                           std::string* message) {
   std::string before, after;
   struct stat st;
-  if (stat(path.c_str(), &st) != 0 || !S_ISREG(st.st_mode) || !ReadWhole(path, &before)) {
+  if (stat(path.c_str(), &st) != 0 || !S_ISREG(st.st_mode) || !ReadWholeFile(path, &before)) {
     *message = path + ": cannot be read";
     return ConvertResult::kUnreadable;
   }
@@ -77,7 +67,7 @@ ConvertResult ConvertFile(const std::string& path, Conversion convert, const cha
   int lines = 0;
   TextFault fault;
   if (!convert(before, &after, &lines, &fault)) {
-    *message = path + ":" + std::to_string(fault.line) + ": " + fault.why + "; the file is unchanged";
+    *message = FileLineMessage(path, static_cast<size_t>(fault.line), fault.why + "; the file is unchanged");
     return ConvertResult::kRefused;
   }
   std::string err;

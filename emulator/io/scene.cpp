@@ -57,7 +57,7 @@ std::string Walker::LinetypeName(const Entity& e, const Context& ctx) const {
     const LayerRecord* layer = Layer(e, ctx);
     return layer ? layer->linetype : "CONTINUOUS";
   }
-  if (SymbolTable<LinetypeRecord>::SameName(e.linetype, "BYBLOCK")) return ctx.linetype;
+  if (SameName(e.linetype, "BYBLOCK")) return ctx.linetype;
   return e.linetype;
 }
 

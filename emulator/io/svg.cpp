@@ -13,6 +13,7 @@
 
 #include "emulator/core/encoding.h"
 #include "emulator/core/numbers.h"
+#include "emulator/core/text.h"
 #include "emulator/drawing/geometry.h"
 #include "emulator/drawing/textmetric.h"
 #include "emulator/io/aci.h"
@@ -121,6 +122,60 @@ std::vector<Vertex> PolylineVertices(std::span<const Entity> records) {
   return out;
 }
 
+// The page the drawing is painted on: its numbers, written with y negated,
+// and its frame, the box of the points written so far. A number that is
+// not finite, or a point past kMaxPage, spoils the record being painted.
+class PageFrame {
+ public:
+  // A number of the page.
+  std::string Num(double v) const {
+    if (!std::isfinite(v)) spoiled_ = true;
+    return DecimalText(v, 4);
+  }
+  // World to page: y negated; the frame grows to hold the point.
+  std::string At(const Point3& world);
+  std::string Matrix(const double m[6]) const;
+
+  // A new record is painted; whether something spoiled it since.
+  void BeginRecord() { spoiled_ = false; }
+  bool spoiled() const { return spoiled_; }
+
+  bool empty() const { return empty_; }
+  double x1() const { return x1_; }
+  double y1() const { return y1_; }
+  double x2() const { return x2_; }
+  double y2() const { return y2_; }
+
+ private:
+  double x1_ = 0, y1_ = 0, x2_ = 0, y2_ = 0;
+  bool empty_ = true;
+  mutable bool spoiled_ = false;
+};
+
+std::string PageFrame::At(const Point3& world) {
+  double x = world[0], y = -world[1];
+  if (!(std::fabs(x) <= kMaxPage && std::fabs(y) <= kMaxPage)) {
+    spoiled_ = true;
+    return "0,0";
+  }
+  if (empty_) {
+    x1_ = x2_ = x;
+    y1_ = y2_ = y;
+    empty_ = false;
+  }
+  x1_ = std::min(x1_, x);
+  x2_ = std::max(x2_, x);
+  y1_ = std::min(y1_, y);
+  y2_ = std::max(y2_, y);
+  return Num(x) + "," + Num(y);
+}
+
+std::string PageFrame::Matrix(const double m[6]) const {
+  std::string s = "matrix(";
+  for (int k = 0; k < 6; k++) s += (k ? " " : "") + Num(m[k]);
+  return s + ")";
+}
+
 class SvgPainter {
  public:
   SvgPainter(const Drawing& drawing, const SysVarTable& vars);
@@ -137,12 +192,8 @@ class SvgPainter {
   void PaintColumn(const std::vector<Cell>& cells, double height, const std::string& head);
   void PaintLine(const std::vector<Cell>& cells, double height, const std::string& head);
 
-  // A number of the page; one that is not finite marks the record being
-  // painted as one to leave out, as does a point past kMaxPage.
-  std::string Num(double v) const;
-  std::string TextMatrix(const double m[6]) const;
-  // World to page: y negated; the frame grows to hold the point.
-  std::string At(const Point3& world);
+  std::string Num(double v) const { return page_.Num(v); }
+  std::string At(const Point3& world) { return page_.At(world); }
   std::string Stroke(const PlacedRecord& p, double width) const;
   std::string DashArray(const PlacedRecord& p) const;
   void Sampled(const PlacedRecord& p, const Chain& chain);
@@ -153,9 +204,7 @@ class SvgPainter {
   double ltscale_ = 1;
   double thin_ = 1;  // stroke width of lines without one, set once the frame is known
   std::string body_;
-  double x1_ = 0, y1_ = 0, x2_ = 0, y2_ = 0;  // the frame, page coordinates
-  bool empty_ = true;
-  mutable bool non_finite_ = false;  // the record being painted met a number that is not
+  PageFrame page_;
   Point3 limmin_{0, 0, 0}, limmax_{420, 297, 0};
 };
 
@@ -164,29 +213,6 @@ SvgPainter::SvgPainter(const Drawing& drawing, const SysVarTable& vars) : drawin
   if (vars.Get("LTSCALE", &v) && std::holds_alternative<double>(v)) ltscale_ = std::get<double>(v);
   if (vars.Get("LIMMIN", &v) && std::holds_alternative<Point3>(v)) limmin_ = std::get<Point3>(v);
   if (vars.Get("LIMMAX", &v) && std::holds_alternative<Point3>(v)) limmax_ = std::get<Point3>(v);
-}
-
-std::string SvgPainter::Num(double v) const {
-  if (!std::isfinite(v)) non_finite_ = true;
-  return DecimalText(v, 4);
-}
-
-std::string SvgPainter::At(const Point3& world) {
-  double x = world[0], y = -world[1];
-  if (!(std::fabs(x) <= kMaxPage && std::fabs(y) <= kMaxPage)) {
-    non_finite_ = true;
-    return "0,0";
-  }
-  if (empty_) {
-    x1_ = x2_ = x;
-    y1_ = y2_ = y;
-    empty_ = false;
-  }
-  x1_ = std::min(x1_, x);
-  x2_ = std::max(x2_, x);
-  y1_ = std::min(y1_, y);
-  y2_ = std::max(y2_, y);
-  return Num(x) + "," + Num(y);
 }
 
 // The linetype's elements as SVG dashes: alternating dash and gap from a
@@ -359,12 +385,6 @@ void SvgPainter::PaintFace(const PlacedRecord& p, bool filled) {
   body_ += "<path d=\"" + d + " Z\"" + (filled ? Fill(p) + " stroke=\"none\"" : Stroke(p, 0)) + "/>\n";
 }
 
-std::string SvgPainter::TextMatrix(const double m[6]) const {
-  std::string s = "matrix(";
-  for (int k = 0; k < 6; k++) s += (k ? " " : "") + Num(m[k]);
-  return s + ")";
-}
-
 void SvgPainter::PaintLine(const std::vector<Cell>& cells, double height, const std::string& head) {
   std::string spans;
   for (size_t i = 0; i < cells.size();) {
@@ -422,7 +442,7 @@ void SvgPainter::PaintText(const PlacedRecord& p) {
       At({m[0] * sx - m[2] * by + m[4], -(m[1] * sx - m[3] * by + m[5]), 0});
     }
 
-  std::string head = "<text transform=\"" + TextMatrix(m) + "\"" + Fill(p);
+  std::string head = "<text transform=\"" + page_.Matrix(m) + "\"" + Fill(p);
   std::vector<Cell> cells = Cells(text);
   if (vertical) return PaintColumn(cells, height, head);
   double dy = h == 4 || v == 2 ? height / 2 : v == 3 ? height : 0;
@@ -442,14 +462,12 @@ void SvgPainter::PaintText(const PlacedRecord& p) {
 // the picture never holds "nan" or "inf".
 void SvgPainter::Paint(const PlacedRecord& p) {
   size_t mark = body_.size();
-  double frame[4] = {x1_, y1_, x2_, y2_};
-  bool was_empty = empty_;
-  non_finite_ = false;
+  PageFrame before = page_;
+  page_.BeginRecord();
   PaintRecord(p);
-  if (!non_finite_) return;
+  if (!page_.spoiled()) return;
   body_.resize(mark);
-  x1_ = frame[0], y1_ = frame[1], x2_ = frame[2], y2_ = frame[3];
-  empty_ = was_empty;
+  page_ = before;
 }
 
 void SvgPainter::PaintRecord(const PlacedRecord& p) {
@@ -483,13 +501,14 @@ std::string SvgPainter::Document() {
   if (!(thin_ > 0) || !std::isfinite(thin_)) thin_ = 0.1;
 
   WalkModelSpace(drawing_, [this](const PlacedRecord& p) { Paint(p); });
-  if (empty_) {
+  if (page_.empty()) {
     At(limmin_);
     At(limmax_);
   }
-  double size = std::max({x2_ - x1_, y2_ - y1_, 1e-6});
+  double x1 = page_.x1(), y1 = page_.y1(), x2 = page_.x2(), y2 = page_.y2();
+  double size = std::max({x2 - x1, y2 - y1, 1e-6});
   double margin = size * kMargin;
-  double vx = x1_ - margin, vy = y1_ - margin, vw = x2_ - x1_ + 2 * margin, vh = y2_ - y1_ + 2 * margin;
+  double vx = x1 - margin, vy = y1 - margin, vw = x2 - x1 + 2 * margin, vh = y2 - y1 + 2 * margin;
   double px = kPageSize / std::max(vw, vh);
   std::string out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
   out += "<svg xmlns=\"http://www.w3.org/2000/svg\" version=\"1.1\" width=\"" + Num(std::round(vw * px)) +

@@ -2,6 +2,7 @@
 #include "emulator/lisp/interp.h"
 
 #include "emulator/core/encoding.h"
+#include "emulator/core/text.h"
 
 #include <algorithm>
 #include <cctype>
@@ -243,17 +244,6 @@ class Nested {
   int* depth_;
 };
 
-}  // namespace
-
-std::string UpperName(std::string_view name) {
-  std::string out(name);
-  for (char& c : out)
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  return out;
-}
-
-namespace {
-
 // One expression at nesting level depth: each list and each quote goes one
 // level deeper.
 bool ReadAt(std::string_view text, size_t* pos, Value* out, std::string* err, int depth) {
@@ -299,7 +289,15 @@ bool Read(std::string_view text, size_t* pos, Value* out, std::string* err) {
   return ReadAt(text, pos, out, err, 0);
 }
 
-Interpreter::Interpreter() {
+Interpreter::Interpreter() { DefineBuiltins(); }
+
+void Interpreter::Reset() {
+  functions_.clear();
+  symbols_.clear();
+  DefineBuiltins();
+}
+
+void Interpreter::DefineBuiltins() {
   Define("LIST", [](const std::vector<Value>& args, Value* r, std::string* err) {
     Value list = Value::List(args);
     if (list.depth > kMaxNesting) {

@@ -33,6 +33,11 @@ class Interpreter {
   Interpreter(const Interpreter&) = delete;
   Interpreter& operator=(const Interpreter&) = delete;
 
+  // Forgets every symbol and every function but the language's own, as a
+  // new session starts. A call under way (one that opened a new drawing)
+  // goes on safely: it holds its own copy of its function.
+  void Reset();
+
   void Define(std::string_view name, Function fn);
   void Undefine(std::string_view name);
   bool IsDefined(std::string_view name) const;
@@ -56,14 +61,12 @@ class Interpreter {
   bool CallFunction(std::string_view name, const std::vector<Value>& args, Value* result,
                     std::string* err);
   bool EvalSetq(const Value& form, Value* result, std::string* err);
+  void DefineBuiltins();
 
   std::map<std::string, Function> functions_;
   std::map<std::string, Value> symbols_;
   int depth_ = 0;  // evaluations and calls under way, nested
 };
-
-// Upper-cases ASCII letters: the language's names are case-blind.
-std::string UpperName(std::string_view name);
 
 }  // namespace vorhost::lisp
 

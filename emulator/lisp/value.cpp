@@ -8,14 +8,13 @@
 #include "emulator/core/alloc.h"
 #include "emulator/core/encoding.h"
 #include "emulator/core/resbuf.h"
+#include "emulator/core/text.h"
 
 namespace vorhost::lisp {
 namespace {
 
 std::string PrintReal(double r) {
-  char buf[64];
-  std::snprintf(buf, sizeof buf, "%.6g", r);
-  std::string s = buf;
+  std::string s = SignificantText(r, 6);
   if (s.find_first_of(".eEn") == std::string::npos) s += ".0";
   return s;
 }

@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "emulator/core/encoding.h"
+#include "emulator/core/text.h"
 
 namespace vorhost {
 namespace {
@@ -16,8 +17,6 @@ namespace fs = std::filesystem;
 bool IsSeparator(char c) { return c == '\\' || c == '/'; }
 
 bool IsAsciiLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-
-char UpperAscii(char c) { return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c; }
 
 // 0 for A, 25 for Z, -1 for anything else.
 int LetterIndex(char letter) { return IsAsciiLetter(letter) ? UpperAscii(letter) - 'A' : -1; }
@@ -125,14 +124,6 @@ size_t FindLastSeparator(std::string_view dos_path) {
     if (IsSeparator(dos_path[pos])) last = pos;
   }
   return last;
-}
-
-std::string FoldCase(std::string_view big5) {
-  std::string folded(big5);
-  for (size_t pos = 0; pos < folded.size(); pos += Big5CharLength(big5, pos)) {
-    if (Big5CharLength(big5, pos) == 1) folded[pos] = UpperAscii(folded[pos]);
-  }
-  return folded;
 }
 
 bool MatchWildcard(std::string_view pattern_text, std::string_view name_text) {

@@ -100,9 +100,6 @@ FileSystem& Files();
 // The position of the last "\" or "/" separator, or npos.
 size_t FindLastSeparator(std::string_view dos_path);
 
-// The name with its single-byte ASCII letters in upper case.
-std::string FoldCase(std::string_view big5);
-
 // Whether a name matches a DOS pattern: "*" any run of characters, "?" one
 // character, letters in any case; a trailing ".*" also matches a name
 // without an extension, so "*.*" matches every name.

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "emulator/core/encoding.h"
+#include "emulator/core/text.h"
 #include "emulator/platform/filesystem.h"
 #include "emulator/platform/replace_file.h"
 #include "emulator/platform/textfile.h"
@@ -135,7 +136,7 @@ bool AddMatches(const std::string& dir, std::string_view pattern,
     std::string name;
     if (!Utf8ToBig5(it->path().filename().string(), &name)) continue;
     if (name.size() >= PLAT_NAME_MAX || !MatchWildcard(pattern, name)) continue;
-    Found item{FoldCase(name), {}};
+    Found item{UpperName(name), {}};
     if (Describe(it->path().string(), name, &item.entry)) found.push_back(std::move(item));
   }
   if (ec) return false;

@@ -6,21 +6,12 @@
 
 #include <cstdio>
 #include <fstream>
-#include <sstream>
 
 #include "emulator/core/encoding.h"
+#include "emulator/core/text.h"
 
 namespace vorhost {
 namespace {
-
-bool ReadAll(const std::string& path, std::string* out) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return false;
-  std::stringstream s;
-  s << in.rdbuf();
-  *out = s.str();
-  return true;
-}
 
 bool WriteAll(const std::string& path, const std::string& bytes) {
   std::ofstream out(path, std::ios::binary | std::ios::trunc);
@@ -61,7 +52,7 @@ EditOutcome EditInEditor(std::string* contents, std::string* why) {
   if (!editor || !*editor) editor = "vi";
   int status = std::system((std::string(editor) + " " + Quoted(temp)).c_str());
   std::string edited;
-  bool read = ReadAll(temp, &edited);
+  bool read = ReadWholeFile(temp, &edited);
   unlink(temp);
   if (status != 0 || !read) {
     *why = "The editor did not end normally; the file is unchanged.";

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "emulator/ui/user.h"
+#include "emulator/core/input.h"
 
 namespace vorhost {
 

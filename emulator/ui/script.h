@@ -9,7 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "emulator/ui/user.h"
+#include "emulator/session/user.h"
+#include "emulator/ui/directives.h"
 
 namespace vorhost {
 
@@ -23,12 +24,16 @@ class ScriptUser : public User {
   // A script read from in, a line at a time as the host asks, so that a
   // person can type it (in is not owned).
   ScriptUser(Host& host, std::string name, std::istream* in);
+  ScriptUser(const ScriptUser&) = delete;
+  ScriptUser& operator=(const ScriptUser&) = delete;
 
   // A person typing the script at a terminal edits files in an editor
   // rather than with #edit lines.
   void set_interactive(bool interactive) { interactive_ = interactive; }
 
   Input Read(Asking asking, std::string_view prompt) override;
+  // A line of the script read as an event of docs/scripting.md.
+  DialogInput ReadEvent(Dialog& dialog, std::string_view prompt) override;
   EditOutcome EditText(std::string* text, std::string* why) override;
   void Misstep(const std::string& why) override;
 
@@ -38,11 +43,6 @@ class ScriptUser : public User {
   const std::string& failure() const { return failure_; }
 
  private:
-  // What a directive did with the script: go on, or give the host an answer.
-  enum class Step { kNext, kAnswer, kFail };
-  Step Directive(const std::string& line, Input* answer);
-  bool Expect(const std::string& word, const std::string& arg);
-  bool ExpectOutput(const std::string& text, bool present);
   void Fail(int line, const std::string& message);
   bool ToBig5(const std::string& utf8, std::string* big5);
   // The next line of the script, without its line end; false at the end.
@@ -55,7 +55,7 @@ class ScriptUser : public User {
   std::istream* in_ = nullptr; // where lines come from after lines_
   int line_number_ = 0;        // of the line read last
   bool interactive_ = false;
-  size_t output_cursor_ = 0;   // where the next #expect-output starts looking
+  DirectiveContext directives_;
   std::string failure_;
 };
 

@@ -58,7 +58,7 @@ class CommandTest : public HostTest {
 TEST_F(CommandTest, LineAndItsEntityData) {
   ads_point a = {1, 2, 0}, b = {11, 2, 0}, c = {11, 12, 0};
   ASSERT_EQ(ads_command(RTSTR, "LINE", RT3DPOINT, a, RT3DPOINT, b, RT3DPOINT, c, RTSTR, "", 0), RTNORM);
-  EXPECT_FALSE(host_->command_pending());
+  EXPECT_FALSE(host_->commands().pending());
   resbuf* line = Last();
   EXPECT_EQ(Text(line, 0), "LINE");
   EXPECT_EQ(Text(line, 8), "0");
@@ -66,7 +66,7 @@ TEST_F(CommandTest, LineAndItsEntityData) {
   EXPECT_EQ(Group(line, 62), nullptr);
   EXPECT_EQ(Point(line, 10), (std::vector<double>{11, 2, 0}));
   EXPECT_EQ(Point(line, 11), (std::vector<double>{11, 12, 0}));
-  EXPECT_EQ(host_->drawing().MainEntities().size(), 2u);
+  EXPECT_EQ(host_->document().drawing().MainEntities().size(), 2u);
 }
 
 TEST_F(CommandTest, OldStylePolylineWithWidthsWalksIntoItsVertices) {
@@ -98,9 +98,9 @@ TEST_F(CommandTest, OldStylePolylineWithWidthsWalksIntoItsVertices) {
 
 TEST_F(CommandTest, TypedPolylineArcsGetTheirBulges) {
   Answer({"0,0", "0,10", "A", "10,10", "L", "@0,-10", ""});
-  host_->Execute("PLINE");
+  host_->command_line().Execute("PLINE");
   std::vector<double> bulges;
-  for (const Entity& e : host_->drawing().entities())
+  for (const Entity& e : host_->document().drawing().entities())
     if (e.type == "VERTEX") bulges.push_back(e.Real(42));
   ASSERT_EQ(bulges.size(), 4u);
   EXPECT_DOUBLE_EQ(bulges[0], 0);
@@ -120,8 +120,8 @@ TEST_F(CommandTest, TextAsksTheHeightOnlyWithoutAFixedHeight) {
   EXPECT_EQ(Group(t, 72)->resval.rint, 4);
   EXPECT_EQ(Point(t, 11), (std::vector<double>{10, 20, 0}));
 
-  host_->tables().styles().Put(StyleRecord{"FIXED", "romans", "", 3.5});
-  host_->sysvars().Force("TEXTSTYLE", std::string("FIXED"));
+  host_->document().tables().styles().Put(StyleRecord{"FIXED", "romans", "", 3.5});
+  host_->document().sysvars().Force("TEXTSTYLE", std::string("FIXED"));
   ASSERT_EQ(ads_command(RTSTR, "TEXT", RTSTR, "M", RT3DPOINT, p, RTREAL, 90.0, RTSTR, "x", 0), RTNORM);
   EXPECT_EQ(Real(Last(), 40), 3.5);
   // The long form against a fixed height shifts the answers: "" is taken as
@@ -160,8 +160,8 @@ TEST_F(CommandTest, StyleMakesBigFontAndVerticalStylesAndTextBoxesMeasureThem) {
                           RTSTR, "", RTSTR, "", RTSTR, vertical, 0),
               RTNORM);
   }
-  const StyleRecord* h = host_->tables().styles().Find("ROMANSAEH");
-  const StyleRecord* v = host_->tables().styles().Find("ROMANSAEV");
+  const StyleRecord* h = host_->document().tables().styles().Find("ROMANSAEH");
+  const StyleRecord* v = host_->document().tables().styles().Find("ROMANSAEV");
   ASSERT_TRUE(h && v);
   EXPECT_EQ(h->font, "ROMANS");
   EXPECT_EQ(h->big_font, "AE");
@@ -169,7 +169,7 @@ TEST_F(CommandTest, StyleMakesBigFontAndVerticalStylesAndTextBoxesMeasureThem) {
   EXPECT_EQ(v->flags & 4, 4);
   EXPECT_EQ(v->fixed_height, 0);
   SysValue style;
-  host_->sysvars().Get("TEXTSTYLE", &style);
+  host_->document().sysvars().Get("TEXTSTYLE", &style);
   EXPECT_EQ(std::get<std::string>(style), "ROMANSAEV");
 
   ads_point p = {0, 0, 0}, lo, hi;
@@ -199,19 +199,19 @@ TEST_F(CommandTest, LayerThenChpropFedOverSeveralCalls) {
 
   ASSERT_EQ(ads_command(RTSTR, "LAYER", RTSTR, "N", RTSTR, "E-POWER", RTSTR, "", 0), RTNORM);
   ASSERT_EQ(ads_command(RTSTR, "CHPROP", RTENAME, first, 0), RTNORM);
-  EXPECT_TRUE(host_->command_pending());
+  EXPECT_TRUE(host_->commands().pending());
   ASSERT_EQ(ads_command(RTENAME, second, 0), RTNORM);
   ASSERT_EQ(ads_command(RTSTR, "", RTSTR, "LT", RTSTR, "eline1", RTSTR, "LA", RTSTR, "E-POWER", RTSTR, "C",
                         RTSTR, "3", RTSTR, "", 0),
             RTNORM);
-  EXPECT_FALSE(host_->command_pending());
+  EXPECT_FALSE(host_->commands().pending());
   for (const long* name : {first, second}) {
     resbuf* data = Keep(ads_entget(name));
     EXPECT_EQ(Text(data, 6), "ELINE1");
     EXPECT_EQ(Text(data, 8), "E-POWER");
     EXPECT_EQ(Group(data, 62)->resval.rint, 3);
   }
-  const LayerRecord* layer = host_->tables().layers().Find("E-POWER");
+  const LayerRecord* layer = host_->document().tables().layers().Find("E-POWER");
   ASSERT_NE(layer, nullptr);
   EXPECT_EQ(layer->color, 7);
   EXPECT_EQ(layer->linetype, "CONTINUOUS");
@@ -221,7 +221,7 @@ TEST_F(CommandTest, LinetypeReloadsAskUnlessExpert) {
   WriteFile("SUPPORT/RUNS.LIN", ";; runs\r\n*ELINE1\r\nA,.5,-.25\r\n*ELINE2\r\nA,1,-.5\r\n\x1A");
   setenv("ACAD", "C:\\SUPPORT", 1);
   ASSERT_EQ(ads_command(RTSTR, "LINETYPE", RTSTR, "L", RTSTR, "*", RTSTR, "runs", RTSTR, "", 0), RTNORM);
-  EXPECT_NE(host_->tables().linetypes().Find("ELINE2"), nullptr);
+  EXPECT_NE(host_->document().tables().linetypes().Find("ELINE2"), nullptr);
   // EXPERT 0: the question comes, and "N" keeps the old definition.
   ASSERT_EQ(ads_command(RTSTR, "LINETYPE", RTSTR, "L", RTSTR, "ELINE1", RTSTR, "RUNS.LIN", RTSTR, "N",
                         RTSTR, "", 0),
@@ -230,13 +230,13 @@ TEST_F(CommandTest, LinetypeReloadsAskUnlessExpert) {
   // EXPERT 3: no question; the same answer list would now be wrong.
   Var("EXPERT", 3);
   ASSERT_EQ(ads_command(RTSTR, "LINETYPE", RTSTR, "L", RTSTR, "*", RTSTR, "RUNS.LIN", RTSTR, "", 0), RTNORM);
-  EXPECT_FALSE(host_->command_pending());
+  EXPECT_FALSE(host_->commands().pending());
   ASSERT_EQ(ads_command(RTSTR, "LINETYPE", RTSTR, "S", RTSTR, "ELINE2", RTSTR, "", 0), RTNORM);
   SysValue celtype;
-  host_->sysvars().Get("CELTYPE", &celtype);
+  host_->document().sysvars().Get("CELTYPE", &celtype);
   EXPECT_EQ(std::get<std::string>(celtype), "ELINE2");
   EXPECT_NE(ads_command(RTSTR, "LINETYPE", RTSTR, "L", RTSTR, "*", RTSTR, "NOFILE.LIN", 0), RTNORM);
-  EXPECT_FALSE(host_->command_pending());
+  EXPECT_FALSE(host_->commands().pending());
   unsetenv("ACAD");
 }
 
@@ -247,22 +247,22 @@ TEST_F(CommandTest, ThePanelBoxIsDrawnDashedFromTheHostsOwnLinetypes) {
   ASSERT_EQ(ads_command(RTSTR, "LINE", RT3DPOINT, c[0], RT3DPOINT, c[1], RT3DPOINT, c[2], RT3DPOINT, c[3],
                         RTSTR, "C", 0),
             RTNORM);
-  EXPECT_FALSE(host_->command_pending());
+  EXPECT_FALSE(host_->commands().pending());
   ASSERT_EQ(ads_command(RTSTR, "LINETYPE", RTSTR, "S", RTSTR, "BYLAYER", RTSTR, "", 0), RTNORM);
-  std::vector<uint64_t> lines = host_->drawing().MainEntities();
+  std::vector<uint64_t> lines = host_->document().drawing().MainEntities();
   ASSERT_EQ(lines.size(), 4u);
-  for (uint64_t id : lines) EXPECT_EQ(host_->drawing().Find(id)->linetype, "DASHED");
-  EXPECT_EQ(host_->drawing().Find(lines.back())->Point(11), (Point3{-525, -715, 0}));
+  for (uint64_t id : lines) EXPECT_EQ(host_->document().drawing().Find(id)->linetype, "DASHED");
+  EXPECT_EQ(host_->document().drawing().Find(lines.back())->Point(11), (Point3{-525, -715, 0}));
   SysValue v;
-  host_->sysvars().Get("LTSCALE", &v);
+  host_->document().sysvars().Get("LTSCALE", &v);
   EXPECT_EQ(std::get<double>(v), 100);
-  host_->sysvars().Get("CELTYPE", &v);
+  host_->document().sysvars().Get("CELTYPE", &v);
   EXPECT_EQ(std::get<std::string>(v), "BYLAYER");
 }
 
 TEST_F(CommandTest, ARejectedAnswerCancelsTheCommandAndFailsTheCall) {
   EXPECT_NE(ads_command(RTSTR, "LINE", RTSTR, "not a point", 0), RTNORM);
-  EXPECT_FALSE(host_->command_pending());
+  EXPECT_FALSE(host_->commands().pending());
   EXPECT_NE(Output().find("Invalid point."), std::string::npos);
   EXPECT_NE(ads_command(RTSTR, "NOSUCHCOMMAND", 0), RTNORM);
   EXPECT_NE(ads_command(RTSTR, "TEXTSTYLE", RTSTR, "NOSUCHSTYLE", 0), RTNORM);
@@ -296,12 +296,12 @@ TEST_F(CommandTest, NumbersOutOfRangeAreRefused) {
     std::vector<std::string> lines = t.answers;
     lines.push_back("#cancel");
     Answer(lines);
-    host_->Execute(t.command);
+    host_->command_line().Execute(t.command);
     EXPECT_NE(Output().find(t.answers.back() + "\n" + t.refusal), std::string::npos)
         << t.command << " " << t.answers.back() << "\n" << Output();
   }
   SysValue size;
-  ASSERT_TRUE(host_->sysvars().Get("TEXTSIZE", &size));
+  ASSERT_TRUE(host_->document().sysvars().Get("TEXTSIZE", &size));
   EXPECT_EQ(std::get<double>(size), 2.5);
 
   ads_point o = {0, 0, 0}, far = {1e99, 0, 0}, other_side = {-1e99, 0, 0}, inf = {INFINITY, 0, 0};
@@ -310,8 +310,8 @@ TEST_F(CommandTest, NumbersOutOfRangeAreRefused) {
   EXPECT_EQ(ads_command(RTSTR, "CIRCLE", RT3DPOINT, o, RTREAL, 1e300, 0), RTREJ);
   EXPECT_EQ(ads_command(RTSTR, "ARC", RTSTR, "C", RT3DPOINT, far, RT3DPOINT, other_side, RT3DPOINT, o, 0), RTREJ);
   EXPECT_EQ(ads_command(RTSTR, "TEXT", RT3DPOINT, o, RTREAL, 2.5, RTANG, INFINITY, 0), RTREJ);
-  EXPECT_FALSE(host_->command_pending());
-  EXPECT_TRUE(host_->drawing().MainEntities().empty()) << Output();
+  EXPECT_FALSE(host_->commands().pending());
+  EXPECT_TRUE(host_->document().drawing().MainEntities().empty()) << Output();
 }
 
 // setvar and ads_setvar refuse what a variable cannot hold: no 16-bit
@@ -321,7 +321,7 @@ TEST_F(CommandTest, SystemVariablesRefuseNumbersOutOfRange) {
                           "(setvar \"INSBASE\" '(0 1e100))", "(setvar \"INSBASE\" '(0 \"1\"))",
                           "(setvar \"CMDECHO\" T)", "(setvar \"CECOLOR\" \"70000\")"}) {
     size_t before = Output().size();
-    host_->Execute(set);
+    host_->command_line().Execute(set);
     EXPECT_NE(Output().find("error: the host rejected the value\n", before), std::string::npos) << set;
   }
   resbuf rb{};
@@ -332,18 +332,18 @@ TEST_F(CommandTest, SystemVariablesRefuseNumbersOutOfRange) {
   rb.resval.rpoint[0] = NAN;
   EXPECT_EQ(ads_setvar("INSBASE", &rb), RTERROR);
   SysValue v;
-  ASSERT_TRUE(host_->sysvars().Get("CMDECHO", &v));
+  ASSERT_TRUE(host_->document().sysvars().Get("CMDECHO", &v));
   EXPECT_EQ(std::get<short>(v), 1);
-  ASSERT_TRUE(host_->sysvars().Get("LTSCALE", &v));
+  ASSERT_TRUE(host_->document().sysvars().Get("LTSCALE", &v));
   EXPECT_EQ(std::get<double>(v), 1.0);
-  ASSERT_TRUE(host_->sysvars().Get("INSBASE", &v));
+  ASSERT_TRUE(host_->document().sysvars().Get("INSBASE", &v));
   EXPECT_EQ(std::get<Point3>(v), (Point3{0, 0, 0}));
   // The current colour is kept as new records read it: a number, BYLAYER
   // or BYBLOCK.
-  host_->Execute("(setvar \"CECOLOR\" \"red\")");
-  ASSERT_TRUE(host_->sysvars().Get("CECOLOR", &v));
+  host_->command_line().Execute("(setvar \"CECOLOR\" \"red\")");
+  ASSERT_TRUE(host_->document().sysvars().Get("CECOLOR", &v));
   EXPECT_EQ(std::get<std::string>(v), "1");
-  EXPECT_EQ(host_->NewEntity("LINE").color, 1);
+  EXPECT_EQ(host_->document().NewEntity("LINE").color, 1);
 }
 
 TEST_F(CommandTest, CmdechoDecidesWhetherProgramCommandsAreShown) {
@@ -359,9 +359,9 @@ TEST_F(CommandTest, CmdechoDecidesWhetherProgramCommandsAreShown) {
 
 TEST_F(CommandTest, APendingCommandGoesOnWithTheUser) {
   Answer({"(command \"LINE\" '(0 0) '(3 4))", "@3,0", ""});
-  host_->Run();
-  EXPECT_EQ(host_->drawing().MainEntities().size(), 2u);
-  EXPECT_EQ(host_->drawing().Find(host_->drawing().Last())->Point(11), (Point3{6, 4, 0}));
+  host_->command_line().Run();
+  EXPECT_EQ(host_->document().drawing().MainEntities().size(), 2u);
+  EXPECT_EQ(host_->document().drawing().Find(host_->document().drawing().Last())->Point(11), (Point3{6, 4, 0}));
 }
 
 TEST_F(CommandTest, SelectionByTheUser) {
@@ -423,20 +423,20 @@ TEST_F(CommandTest, PointsAskedByTheModule) {
 
 TEST_F(CommandTest, ArcsCirclesAndErase) {
   Answer({"0,0", "10,10", "20,0", "C", "0,0", "10,0", "A", "90"});
-  host_->Execute("ARC");
+  host_->command_line().Execute("ARC");
   resbuf* arc = Last();
   EXPECT_EQ(Point(arc, 10), (std::vector<double>{10, 0, 0}));
   EXPECT_NEAR(Real(arc, 40), 10, 1e-12);
   EXPECT_NEAR(Real(arc, 50), 0, 1e-12);  // clockwise points: from the third point
   EXPECT_NEAR(Real(arc, 51), M_PI, 1e-12);
-  host_->Execute("ARC");
+  host_->command_line().Execute("ARC");
   resbuf* quarter = Last();
   EXPECT_NEAR(Real(quarter, 51), M_PI / 2, 1e-12);
   Answer({"5,5", "D", "4", "L", ""});
-  host_->Execute("CIRCLE");
+  host_->command_line().Execute("CIRCLE");
   EXPECT_EQ(Real(Last(), 40), 2);
-  host_->Execute("ERASE");
-  EXPECT_EQ(host_->drawing().MainEntities().size(), 2u);
+  host_->command_line().Execute("ERASE");
+  EXPECT_EQ(host_->document().drawing().MainEntities().size(), 2u);
 }
 
 }  // namespace
@@ -478,7 +478,7 @@ TEST_F(InsertTest, AsksAttributesInBlockOrderAndWalksIntoThem) {
                         RTSTR, "225AF", RTSTR, "25KA", 0),
             RTNORM)
       << Output();
-  EXPECT_FALSE(host_->command_pending());
+  EXPECT_FALSE(host_->commands().pending());
   EXPECT_NE(Output().find("Frame size (AF) <100AF>: 225AF"), std::string::npos) << Output();
   ads_name insert, first, second, end;
   ASSERT_EQ(ads_entlast(insert), RTNORM);
@@ -494,7 +494,7 @@ TEST_F(InsertTest, AsksAttributesInBlockOrderAndWalksIntoThem) {
   EXPECT_EQ(Text(Keep(ads_entget(second)), 1), "25KA");
   ASSERT_EQ(ads_entnext(second, end), RTNORM);
   EXPECT_EQ(Text(Keep(ads_entget(end)), 0), "SEQEND");
-  EXPECT_NE(host_->tables().blocks().Find("NFB"), nullptr);
+  EXPECT_NE(host_->document().tables().blocks().Find("NFB"), nullptr);
 
   // Defined now: no file needed; ATTREQ 0 takes every default.
   Var("ATTREQ", 0);
@@ -526,24 +526,24 @@ TEST_F(InsertTest, ABlockFileThatInsertsItselfIsRefused) {
   write("INNER.DXF", "OUTER");
   Entity inner("INSERT");
   inner.groups = {{2, std::string("INNER")}, {10, Point3{0, 0, 0}}};
-  host_->tables().blocks().Put({"OUTER", {0, 0, 0}, 0, {inner}});
+  host_->document().tables().blocks().Put({"OUTER", {0, 0, 0}, 0, {inner}});
   ads_point at = {0, 0, 0};
   EXPECT_EQ(ads_command(RTSTR, "INSERT", RTSTR, "SELF", RT3DPOINT, at, 0), RTREJ);
   EXPECT_NE(Output().find("Block SELF inserts itself.\n*Cancel*"), std::string::npos) << Output();
   EXPECT_EQ(ads_command(RTSTR, "INSERT", RTSTR, "INNER", RT3DPOINT, at, 0), RTREJ);
   EXPECT_NE(Output().find("Block INNER inserts itself through OUTER.\n*Cancel*"), std::string::npos);
-  EXPECT_EQ(host_->tables().blocks().records().size(), 1u);
-  EXPECT_TRUE(host_->drawing().entities().empty());
+  EXPECT_EQ(host_->document().tables().blocks().records().size(), 1u);
+  EXPECT_TRUE(host_->document().drawing().entities().empty());
 }
 
 TEST_F(InsertTest, AttributesScaledOutOfRangeRefuseTheInsert) {
   ads_point at = {0, 0, 0};
-  size_t before = host_->drawing().entities().size();
+  size_t before = host_->document().drawing().entities().size();
   EXPECT_EQ(ads_command(RTSTR, "INSERT", RTSTR, "NFB", RT3DPOINT, at, RTSTR, "1e99", RTSTR, "", RTSTR, "0", 0),
             RTREJ);
   EXPECT_NE(Output().find("Rotation angle <0>: 0\nValue out of range.\n*Cancel*"), std::string::npos)
       << Output();
-  EXPECT_EQ(host_->drawing().entities().size(), before);
+  EXPECT_EQ(host_->document().drawing().entities().size(), before);
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 
 #include "emulator/core/encoding.h"
 #include "emulator/dcl/dcl_tree.h"
+#include "emulator/core/text.h"
 
 namespace vorhost::dcl {
 namespace {
@@ -21,14 +22,7 @@ namespace {
 // The module's dialog files sit in dcl/ beside the host's resources/.
 const std::string kDclDir = std::string(VORMIS_FILES) + "/";
 
-bool ReadBytes(const std::string& path, std::string* out) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return false;
-  std::ostringstream text;
-  text << in.rdbuf();
-  *out = text.str();
-  return true;
-}
+bool ReadBytes(const std::string& path, std::string* out) { return ReadWholeFile(path, out); }
 
 bool LoadFile(const std::string& name, Library* library, std::string* err) {
   Loader loader = [](const std::string& file, std::string* contents, std::string* where) {

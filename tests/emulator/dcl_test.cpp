@@ -12,6 +12,7 @@
 #include "emulator/dcl/dcl_parser.h"
 #include "emulator/dcl/dcl_tree.h"
 #include "support/show_bytes.h"
+#include "support/files.h"
 
 namespace vorhost::dcl {
 namespace {
@@ -21,10 +22,7 @@ using vorhost::testing::Show;
 std::string FirstLine(const std::string& s) { return s.substr(0, s.find('\n')); }
 
 std::string ReadResource(const std::string& name) {
-  std::ifstream in(std::string(VORHOST_RESOURCES) + "/" + name, std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
+  return testing::FileBytes(std::string(VORHOST_RESOURCES) + "/" + name);
 }
 
 // The tokens of text, one word each (strings shown quoted, numbers with an i

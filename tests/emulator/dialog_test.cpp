@@ -168,7 +168,7 @@ TEST_F(DialogTest, NestedDialogsTakeTheEventsWhileTheyAreOpen) {
 TEST_F(DialogTest, CommandsAreRefusedWhileADialogIsOpen) {
   Run({"press finish", "ok"}, [](ads_hdlg d) { ads_action_tile(d, "finish", TryCommand); });
   EXPECT_EQ(calls, std::vector<std::string>{"command refused"});
-  EXPECT_FALSE(host_->command_pending());
+  EXPECT_FALSE(host_->commands().pending());
 }
 
 TEST_F(DialogTest, OutOfStepScriptsFailAtOnce) {

@@ -71,7 +71,7 @@ TEST_F(SaveAsTest, NamesThatAreNoFileAreRefused) {
 
   // A person is asked again.
   Answer({"SAVEAS", "C:/", "c:/vor/plan"});
-  host_->Run();
+  host_->command_line().Run();
   EXPECT_NE(Output().find("\nInvalid file name C:/.\nSave drawing as"), std::string::npos) << Output();
   EXPECT_TRUE(FileExists("VOR/plan.DXF"));
 }

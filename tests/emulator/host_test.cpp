@@ -4,6 +4,8 @@
 #include <cstring>
 
 #include "emulator/core/alloc.h"
+#include "emulator/io/dump.h"
+#include "emulator/platform/search_path.h"
 #include "host/ads.h"
 #include "support/host_fixture.h"
 
@@ -33,7 +35,7 @@ TEST_F(HostApiTest, SymbolsOfTheCommandLanguage) {
   EXPECT_EQ(value->restype, RTNIL);
   ads_relrb(value);
 
-  host_->Execute("(setq vormis \"d:/vor\")");
+  host_->command_line().Execute("(setq vormis \"d:/vor\")");
   ASSERT_EQ(ads_getsym("VorMis", &value), RTNORM);
   ASSERT_EQ(value->restype, RTSTR);
   EXPECT_STREQ(value->resval.rstring, "d:/vor");
@@ -42,7 +44,7 @@ TEST_F(HostApiTest, SymbolsOfTheCommandLanguage) {
   resbuf* put = ads_buildlist(RTSHORT, 5, 0);
   EXPECT_EQ(ads_putsym("N", put), RTNORM);
   ads_relrb(put);
-  host_->Execute("!n");
+  host_->command_line().Execute("!n");
   EXPECT_NE(Output().find("\n5"), std::string::npos);
 }
 
@@ -80,17 +82,31 @@ TEST_F(HostApiTest, SystemVariablesKeepTheirTypesAndRanges) {
   ads_relrb(rb);
 }
 
+// (setvar "CLAYER" "電力") once read back as "鄒力": the trail byte "q" of
+// 電 was upper-cased, and the next LINE went on a layer the drawing lacks.
+TEST_F(HostApiTest, ClayerKeepsTheTrailBytesOfABig5LayerName) {
+  Answer({"N", "電力", "", "0,0", "10,0", ""});
+  host_->command_line().Execute("LAYER");
+  host_->command_line().Execute(Big5("(setvar \"CLAYER\" \"電力\")"));
+  host_->command_line().Execute("(getvar \"CLAYER\")");
+  EXPECT_EQ(lisp::Print(host_->command_line().last_value()), "\"" + Big5("電力") + "\"");
+  host_->command_line().Execute("LINE");
+  EXPECT_NE(DumpDrawing(host_->document().drawing()).find("LINE layer=\"電力\""), std::string::npos)
+      << DumpDrawing(host_->document().drawing());
+  EXPECT_EQ(host_->document().tables().layers().Find(Big5("鄒力")), nullptr);
+}
+
 TEST_F(HostApiTest, SystemVariablesTypedAsCommands) {
   Answer({"7", "2", "", "x"});
-  host_->Execute("expert");  // 7 is refused, 2 taken
-  host_->Execute("CMDECHO");  // Enter keeps it
+  host_->command_line().Execute("expert");  // 7 is refused, 2 taken
+  host_->command_line().Execute("CMDECHO");  // Enter keeps it
   SysValue v;
-  host_->sysvars().Get("EXPERT", &v);
+  host_->document().sysvars().Get("EXPERT", &v);
   EXPECT_EQ(std::get<short>(v), 2);
   EXPECT_NE(Output().find("New value for EXPERT <0>: 7\nValue must be between 0 and 5."),
             std::string::npos)
       << Output();
-  host_->Execute("FROBNICATE");
+  host_->command_line().Execute("FROBNICATE");
   EXPECT_NE(Output().find("Unknown command \"FROBNICATE\"."), std::string::npos);
 }
 
@@ -124,16 +140,16 @@ TEST_F(HostApiTest, TheSearchPathIsTheCurrentDirectoryAcadThenResources) {
   WriteFile("OTHER/FOUND.LIN", "*Y\r\n");
   WriteFile("OTHER/ONLY.LIN", "*Z\r\n");
   setenv("ACAD", "Q:\\NOTMOUNTED; c:/support ;C:\\OTHER", 1);
-  EXPECT_EQ(host_->FindFile("FOUND.LIN"), LinuxPath("SUPPORT/Found.Lin"));
-  EXPECT_EQ(host_->FindFile("only.lin"), LinuxPath("OTHER/ONLY.LIN"));
+  EXPECT_EQ(FindFile("FOUND.LIN"), LinuxPath("SUPPORT/Found.Lin"));
+  EXPECT_EQ(FindFile("only.lin"), LinuxPath("OTHER/ONLY.LIN"));
   WriteFile("only.lin", "*here\r\n");
-  EXPECT_EQ(host_->FindFile("ONLY.LIN"), LinuxPath("only.lin"));
-  EXPECT_EQ(host_->FindFile("C:\\OTHER\\only.lin"), LinuxPath("OTHER/ONLY.LIN"));
-  EXPECT_EQ(host_->FindFile("NOWHERE.LIN"), std::nullopt);
-  std::vector<std::string> path = host_->SearchPath();
+  EXPECT_EQ(FindFile("ONLY.LIN"), LinuxPath("only.lin"));
+  EXPECT_EQ(FindFile("C:\\OTHER\\only.lin"), LinuxPath("OTHER/ONLY.LIN"));
+  EXPECT_EQ(FindFile("NOWHERE.LIN"), std::nullopt);
+  std::vector<std::string> path = SearchPath();
   ASSERT_EQ(path.size(), 5u);
-  EXPECT_EQ(path.back(), Host::ResourceDirectory());
-  EXPECT_EQ(path[3], Host::ModuleDirectory());
+  EXPECT_EQ(path.back(), ResourceDirectory());
+  EXPECT_EQ(path[3], ModuleDirectory());
   unsetenv("ACAD");
 }
 
@@ -145,7 +161,7 @@ TEST_F(HostApiTest, CallStateExistsOnlyDuringAModuleCall) {
 
   static resbuf* seen_args;
   static int seen_code;
-  host_->LoadModule([](int msg, void*) {
+  host_->module().Load([](int msg, void*) {
     if (msg == kLoadDwgMsg) ads_defun("PROBE", 9);
     if (msg == kInvkSubrMsg) {
       seen_code = ads_getfuncode();
@@ -154,11 +170,11 @@ TEST_F(HostApiTest, CallStateExistsOnlyDuringAModuleCall) {
     }
     return 0;
   });
-  host_->Execute("(probe)");
+  host_->command_line().Execute("(probe)");
   EXPECT_EQ(seen_code, 9);
   EXPECT_EQ(seen_args, nullptr);
-  host_->Execute("(probe \"E*\")");
-  EXPECT_EQ(lisp::Print(host_->last_value()), "\"E*\"");
+  host_->command_line().Execute("(probe \"E*\")");
+  EXPECT_EQ(lisp::Print(host_->command_line().last_value()), "\"E*\"");
 }
 
 TEST_F(HostApiTest, MessagesGoToTheTranscript) {
@@ -168,9 +184,9 @@ TEST_F(HostApiTest, MessagesGoToTheTranscript) {
 }
 
 TEST_F(HostApiTest, APersonAtATerminalSeesNoBlankLines) {
-  host_->set_echo_answers(false);  // the terminal shows what is typed
+  host_->console().set_echo_answers(false);  // the terminal shows what is typed
   Answer({"LINE", "0,0", "10,0", ""});
-  host_->Run();
+  host_->command_line().Run();
   EXPECT_EQ(Output(), "Command: LINE\nFrom point: 0,0\nTo point: 10,0\nTo point: \nCommand: \n");
 }
 
@@ -179,6 +195,33 @@ TEST_F(HostApiTest, NewDrawingForgetsTheCommandLanguage) {
   host_->NewDrawing();
   EXPECT_FALSE(host_->lisp().IsBound("VORMIS"));
   EXPECT_TRUE(host_->lisp().IsDefined("W1"));
+}
+
+// NEW replaces the whole document: the drawing, its variables, the sets a
+// program holds, and the point and text that commands continue from.
+TEST_F(HostApiTest, NewDrawingReplacesTheWholeDocument) {
+  Answer({"0,0", "10,5", "", "1,1", "2.5", "0", "A"});
+  host_->command_line().Execute("LINE");
+  host_->command_line().Execute("TEXT");
+  ads_name set;
+  ASSERT_EQ(ads_ssget("X", nullptr, nullptr, nullptr, set), RTNORM);
+  host_->NewDrawing();
+  Document& doc = host_->document();
+  EXPECT_TRUE(doc.drawing().MainEntities().empty());
+  EXPECT_EQ(doc.LastPoint(), (Point3{0, 0, 0}));
+  EXPECT_EQ(doc.last_text(), 0u);
+  long length = 0;
+  EXPECT_NE(ads_sslength(set, &length), RTNORM);
+}
+
+TEST(SelectionSetsTest, AtMost128AreHeldAndFreedNumbersAreNotReused) {
+  SelectionSets sets;
+  for (size_t i = 0; i < SelectionSets::kMaxSets; i++) ASSERT_NE(sets.Add({1}), 0);
+  EXPECT_EQ(sets.Add({1}), 0);
+  EXPECT_TRUE(sets.Free(5));
+  EXPECT_FALSE(sets.Free(5));
+  EXPECT_EQ(sets.Add({2}), 129);
+  EXPECT_EQ(sets.Find(5), nullptr);
 }
 
 TEST(GeometryTest, AnglesOfTheMainDirectionsAreExact) {

@@ -13,6 +13,7 @@
 #include <string>
 
 #include "emulator/core/encoding.h"
+#include "support/files.h"
 
 namespace vorhost {
 namespace {
@@ -135,12 +136,7 @@ class HostTextFileTest : public ::testing::Test {
   void TearDown() override { std::filesystem::remove_all(dir_); }
 
   void Write(const std::string& bytes) { std::ofstream(path_, std::ios::binary) << bytes; }
-  std::string Read() {
-    std::ifstream in(path_, std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
-  }
+  std::string Read() { return testing::FileBytes(path_); }
 
   std::string dir_, path_;
 };

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "support/show_bytes.h"
+#include "support/files.h"
 
 namespace vorhost {
 namespace {
@@ -210,10 +211,7 @@ TEST(LinFileTest, FormatReadsBackToTheSameRecord) {
 }
 
 std::string ReadResource(const std::string& name) {
-  std::ifstream in(std::string(VORHOST_RESOURCES) + "/" + name, std::ios::binary);
-  std::ostringstream contents;
-  contents << in.rdbuf();
-  return contents.str();
+  return testing::FileBytes(std::string(VORHOST_RESOURCES) + "/" + name);
 }
 
 TEST(LinFileTest, HostLinetypeFileIsComplete) {

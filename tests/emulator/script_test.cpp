@@ -14,7 +14,7 @@ class ScriptTest : public HostTest {
   // Runs lines as a whole script; the failure text, or "" when it passed.
   std::string Run(std::vector<std::string> lines) {
     Answer(std::move(lines));
-    host_->Run();
+    host_->command_line().Run();
     return user_->failure();
   }
 };
@@ -26,7 +26,7 @@ TEST_F(ScriptTest, ExpectationsPassAndFailWithTheirLineNumbers) {
             "");
   EXPECT_EQ(Run({"(setq a 1)", "", "#expect-result 2", "(setq a 3)"}),
             "answers:3: expected result 2, got 1");
-  EXPECT_EQ(lisp::Print(host_->last_value()), "1") << "the script went on after a failure";
+  EXPECT_EQ(lisp::Print(host_->command_line().last_value()), "1") << "the script went on after a failure";
   EXPECT_EQ(Run({"#expect-sysvar NOSUCH 1"}), "answers:1: no system variable NOSUCH");
   EXPECT_EQ(Run({"#frobnicate"}), "answers:1: unknown directive #frobnicate");
 }

@@ -8,18 +8,19 @@
 
 #include "emulator/dcl/dcl_tree.h"
 #include "emulator/dialogs/dialog.h"
-#include "emulator/host.h"
+#include "emulator/session/host.h"
+#include "emulator/platform/search_path.h"
 #include "support/fuzz_env.h"
+#include "emulator/core/text.h"
 
 namespace {
 
 std::string BaseDefinitions() {
-  std::ifstream in(vorhost::Host::ResourceDirectory() + "/" + vorhost::dcl::kBaseFileName,
-                   std::ios::binary);
-  std::stringstream s;
-  s << in.rdbuf();
-  if (s.str().empty()) vorfuzz::Broken("cannot read the base definitions");
-  return s.str();
+  std::string base;
+  if (!vorhost::ReadWholeFile(vorhost::ResourceDirectory() + "/" + vorhost::dcl::kBaseFileName, &base) ||
+      base.empty())
+    vorfuzz::Broken("cannot read the base definitions");
+  return base;
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include <sstream>
 #include <string>
 
-#include "emulator/core/hostfuncs.h"
+#include "emulator/lisp/host_functions.h"
 #include "support/fuzz_env.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

@@ -59,7 +59,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   for (size_t start = 0; start < text.size();) {
     size_t end = text.find('\n', start);
     if (end == std::string_view::npos) end = text.size();
-    session.host().Execute(text.substr(start, end - start));
+    session.host().command_line().Execute(text.substr(start, end - start));
     start = end + 1;
   }
   return 0;

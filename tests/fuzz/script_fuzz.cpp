@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "support/fuzz_env.h"
+#include "emulator/core/text.h"
 
 namespace {
 
@@ -21,10 +22,9 @@ const std::vector<std::pair<std::string, std::string>>& ExampleDrive() {
     const std::filesystem::path root = VOR_SOURCE_DIR "/examples/c";
     for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
       if (!entry.is_regular_file()) continue;
-      std::ifstream in(entry.path(), std::ios::binary);
-      std::stringstream bytes;
-      bytes << in.rdbuf();
-      out.push_back({std::filesystem::relative(entry.path(), root).string(), bytes.str()});
+      std::string bytes;
+      vorhost::ReadWholeFile(entry.path().string(), &bytes);
+      out.push_back({std::filesystem::relative(entry.path(), root).string(), bytes});
     }
     if (out.empty()) vorfuzz::Broken("the example drive is missing");
     return out;
@@ -43,6 +43,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::istringstream in{std::string(vorfuzz::Bytes(data, size))};
   for (std::string line; std::getline(in, line);) lines.push_back(line);
   session.Answer(std::move(lines));
-  session.host().Run();
+  session.host().command_line().Run();
   return 0;
 }

@@ -13,6 +13,7 @@
 
 #include "emulator/io/dump.h"
 #include "io/sample_drawing.h"
+#include "support/files.h"
 
 namespace vorhost {
 namespace {
@@ -35,12 +36,7 @@ class DxfTest : public ::testing::Test {
     EXPECT_TRUE(SaveDxf(d, vars, Path(name), &err)) << err;
     return Read(name);
   }
-  std::string Read(const std::string& name) const {
-    std::ifstream in(Path(name), std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
-  }
+  std::string Read(const std::string& name) const { return testing::FileBytes(Path(name)); }
   // Opens a file holding text; the error, or "" on success.
   std::string OpenText(const std::string& text, Drawing* d, SysVarTable* vars = nullptr) {
     std::ofstream(Path("in.dxf"), std::ios::binary) << text;

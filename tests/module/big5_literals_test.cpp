@@ -9,6 +9,7 @@
 #include <string>
 
 #include "emulator/core/encoding.h"
+#include "support/files.h"
 
 namespace vorhost {
 namespace {
@@ -48,10 +49,7 @@ TEST(Big5LiteralTest, EachChineseTextMatchesItsComment) {
   int checked = 0;
   for (const char* dir : {"host", "util", "linetool", "cable", "draw", "panel", "numtool", "browser", "layer"})
     for (const auto& entry : std::filesystem::directory_iterator(root / dir)) {
-      std::ifstream in(entry.path(), std::ios::binary);
-      std::stringstream s;
-      s << in.rdbuf();
-      const std::string text = s.str();
+      const std::string text = testing::FileBytes(entry.path().string());
       for (size_t pos = 0; pos < text.size(); pos++) {
         if (text.compare(pos, 2, "//") == 0) {
           pos = text.find('\n', pos);

@@ -354,14 +354,14 @@ TEST_F(BrowserTest, ANotesStoreNotReadWholeIsSaidAndKeptWhenWritten) {
 TEST_F(BrowserTest, ADialogThatCannotBeHadChoosesNothing) {
   // The failure is reported to the host through the function that opened
   // the browser: (VOR_ACF) here.
-  host_->LoadModule(acrxEntryPoint);
+  host_->module().Load(acrxEntryPoint);
   File("ACF/P1.ACF");
   Run({"select file 0", "ok"});
   ASSERT_EQ(SelectionCount, 1);
   char dir[] = "/tmp/vor_nodcl_XXXXXX";
   setenv("VORMIS_FILES", mkdtemp(dir), 1);
   Answer({});
-  host_->Execute("(VOR_ACF)");
+  host_->command_line().Execute("(VOR_ACF)");
   EXPECT_NE(Output().find("error: Unable to load dialog box: BLK.DCL"), std::string::npos) << Output();
   EXPECT_EQ(SelectionCount, 0);
   EXPECT_EQ(file_browser(), RTERROR);
@@ -374,7 +374,7 @@ TEST_F(BrowserTest, ADialogThatCannotBeHadChoosesNothing) {
   ASSERT_NE(at, std::string::npos);
   text.replace(at + 1, 8, "FILE_GONE");
   WriteFile("BLK.DCL", text);  // the current directory is searched first
-  host_->Execute("(VOR_ACF)");
+  host_->command_line().Execute("(VOR_ACF)");
   EXPECT_NE(Output().find("error: Unable to initialize dialog box: FILE_CON"), std::string::npos) << Output();
   EXPECT_EQ(file_browser(), RTERROR);
   EXPECT_EQ(LiveModuleBlocks(), 0);

@@ -11,6 +11,7 @@
 #include "host/dialogs.h"
 #include "linetool/catalogue.h"
 #include "support/module_fixture.h"
+#include "support/files.h"
 
 namespace vorhost::testing {
 namespace {
@@ -65,23 +66,20 @@ class CableTest : public ModuleStateTest {
   std::string InModuleCall(std::function<void()> body) {
     static std::function<void()>* current;
     current = &body;
-    host_->LoadModule(+[](int msg, void*) {
+    host_->module().Load(+[](int msg, void*) {
       if (msg == kInvkSubrMsg && current) (*current)();
       return 0;
     });
     lisp::Value result;
     std::string err;
-    host_->CallModule(0, {}, &result, &err);
+    host_->module().Call(0, {}, &result, &err);
     current = nullptr;
     return err;
   }
 
   // Loads a copy of VORMIS.DCL in which the dialog name is missing.
   void LoadWithout(const std::string& name) {
-    std::ifstream in(std::string(VORMIS_FILES) + "/VORMIS.DCL", std::ios::binary);
-    std::stringstream s;
-    s << in.rdbuf();
-    std::string dcl = s.str();
+    std::string dcl = FileBytes(std::string(VORMIS_FILES) + "/VORMIS.DCL");
     size_t at = dcl.find(name + " : dialog");
     ASSERT_NE(at, std::string::npos);
     dcl.replace(at, name.size(), name.substr(0, name.size() - 1) + "Z");

@@ -9,6 +9,7 @@
 #include "cable/spec_label.h"
 #include "linetool/catalogue.h"
 #include "support/module_fixture.h"
+#include "emulator/core/text.h"
 
 namespace vorhost::testing {
 namespace {
@@ -186,11 +187,9 @@ TEST_F(CatalogueTest, DeleteAndSaveKeepTheFileFormat) {
 // list makes by its family's rule (hand-typed labels have no list).
 TEST(SampleCatalogueTest, LabelsFollowFromTheirItemLists) {
   for (const char* kind : {"ELINE", "SLINE", "PLINE"}) {
-    std::ifstream in(std::string(VORMIS_FILES) + "/../examples/c/VOR/" + kind + ".CAT", std::ios::binary);
-    ASSERT_TRUE(in) << kind;
-    std::stringstream text;
-    text << in.rdbuf();
-    std::istringstream lines(text.str());
+    std::string text;
+    ASSERT_TRUE(ReadWholeFile(std::string(VORMIS_FILES) + "/../examples/c/VOR/" + kind + ".CAT", &text)) << kind;
+    std::istringstream lines(text);
     int records = 0;
     for (std::string line; std::getline(lines, line);) {
       if (line.empty() || line[0] == '\x1A') continue;

@@ -85,8 +85,8 @@ class CircuitTextTest : public HostTest {
 
   std::vector<Written> Texts() const {
     std::vector<Written> out;
-    for (uint64_t id : host_->drawing().MainEntities()) {
-      const Entity* e = host_->drawing().Find(id);
+    for (uint64_t id : host_->document().drawing().MainEntities()) {
+      const Entity* e = host_->document().drawing().Find(id);
       if (e->type != "TEXT") continue;
       bool justified = e->Short(72) != 0 || e->Short(73) != 0;
       if (justified) {
@@ -135,8 +135,8 @@ TEST_F(CircuitTextTest, RunsStackDownwardByKind) {
     const ads_point at = {100, 200, 7};
     EXPECT_EQ(write_column_text(at, c.text.c_str()), 0) << c.text;
     EXPECT_EQ(Texts(), c.texts) << c.text;
-    for (uint64_t id : host_->drawing().MainEntities())
-      EXPECT_DOUBLE_EQ(host_->drawing().Find(id)->Point(10)[2], 7) << "z stays the start point's";
+    for (uint64_t id : host_->document().drawing().MainEntities())
+      EXPECT_DOUBLE_EQ(host_->document().drawing().Find(id)->Point(10)[2], 7) << "z stays the start point's";
   }
 }
 

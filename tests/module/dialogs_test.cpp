@@ -43,7 +43,7 @@ class HelpTest : public ModuleTest {
   std::string Press(const Case& c) {
     Answer(c.events);
     size_t from = Output().size();
-    host_->Execute(c.call);
+    host_->command_line().Execute(c.call);
     EXPECT_FALSE(user_->failed()) << c.dialog << ": " << user_->failure();
     return Output().substr(from);
   }

@@ -23,7 +23,7 @@ class EntryTest : public HostTest {
  protected:
   void ExpectRegistered(bool registered) {
     for (short code = 0; code < FUNCTION_COUNT; code++) {
-      std::optional<short> found = host_->RegisteredCode(FunctionTable[code].name);
+      std::optional<short> found = host_->module().RegisteredCode(FunctionTable[code].name);
       if (registered) {
         ASSERT_TRUE(found) << FunctionTable[code].name;
         EXPECT_EQ(*found, code);
@@ -45,8 +45,8 @@ TEST_F(EntryTest, TheTableNamesTheFiveFunctionsInCodeOrder) {
 
 TEST_F(EntryTest, RegistersForEveryDrawingAndUnregistersWhenItCloses) {
   ExpectRegistered(false);
-  host_->LoadModule(acrxEntryPoint);
-  EXPECT_TRUE(host_->unlocked());
+  host_->module().Load(acrxEntryPoint);
+  EXPECT_TRUE(host_->module().unlocked());
   ExpectRegistered(true);
 
   host_->NewDrawing();
@@ -57,42 +57,42 @@ TEST_F(EntryTest, RegistersForEveryDrawingAndUnregistersWhenItCloses) {
   acrxEntryPoint(kLoadDwgMsg, nullptr);
   ExpectRegistered(true);
 
-  host_->UnloadModule();
+  host_->module().Unload();
   ExpectRegistered(false);
 }
 
 TEST_F(EntryTest, AnswersZeroToEveryMessage) {
-  host_->LoadModule(acrxEntryPoint);
+  host_->module().Load(acrxEntryPoint);
   for (int msg : {int{kNullMsg}, 6, 42, -1, int{kLoadDwgMsg}}) EXPECT_EQ(acrxEntryPoint(msg, nullptr), 0);
 }
 
 TEST_F(EntryTest, DispatchRunsEachCodeWithAVoidResult) {
-  host_->LoadModule(acrxEntryPoint);
+  host_->module().Load(acrxEntryPoint);
   for (int code = 0; code < FUNCTION_COUNT; code++) {
     lisp::Value result = lisp::Value::String("stale");
     std::string err;
-    EXPECT_TRUE(host_->CallModule(code, {lisp::Value::String("E*")}, &result, &err)) << err;
+    EXPECT_TRUE(host_->module().Call(code, {lisp::Value::String("E*")}, &result, &err)) << err;
     EXPECT_EQ(result.kind, lisp::Value::Kind::kVoid) << code;
     EXPECT_EQ(CurrentArgs, nullptr) << "the argument list outlived its call";
   }
 }
 
 TEST_F(EntryTest, AnUnknownCodeFailsWithoutRunningAHandler) {
-  host_->LoadModule(acrxEntryPoint);
+  host_->module().Load(acrxEntryPoint);
   for (int code : {5, -1, 1000}) {
     lisp::Value result;
     std::string err;
-    EXPECT_FALSE(host_->CallModule(code, {}, &result, &err)) << code;
+    EXPECT_FALSE(host_->module().Call(code, {}, &result, &err)) << code;
     EXPECT_EQ(err, "Received nonexistent function code.");
   }
 }
 
 TEST_F(EntryTest, TheCommandLineReachesTheRegisteredFunctions) {
-  host_->LoadModule(acrxEntryPoint);
-  host_->Execute("(VOR_ELINE \"E*\")");
-  host_->Execute("(vor_acf)");
+  host_->module().Load(acrxEntryPoint);
+  host_->command_line().Execute("(VOR_ELINE \"E*\")");
+  host_->command_line().Execute("(vor_acf)");
   EXPECT_EQ(Output().find("error"), std::string::npos) << Output();
-  host_->Execute("(VOR_NONE)");
+  host_->command_line().Execute("(VOR_NONE)");
   EXPECT_NE(Output().find("error: null function"), std::string::npos);
 }
 
@@ -106,7 +106,7 @@ class ModuleResetTest : public ModuleTest {
 
 TEST_F(ModuleResetTest, UnloadForgetsWhatLivesFromCallToCallButANewDrawingDoesNot) {
   Answer({"toggle dimline", "type dimlinegap 3.5", "cancel"});
-  host_->Execute("(VOR_SLINE \"S*\")");
+  host_->command_line().Execute("(VOR_SLINE \"S*\")");
   ASSERT_FALSE(user_->failed()) << user_->failure() << "\n" << Output();
   auto expect_session = [&](const char* when) {
     EXPECT_STREQ(KindName, "SLINE") << when;
@@ -119,7 +119,7 @@ TEST_F(ModuleResetTest, UnloadForgetsWhatLivesFromCallToCallButANewDrawingDoesNo
   host_->NewDrawing();
   expect_session("in a new drawing");
 
-  host_->UnloadModule();
+  host_->module().Unload();
   EXPECT_STREQ(KindName, "ELINE");
   EXPECT_STREQ(CodePattern, "");
   EXPECT_EQ(SearchOn, 0);

@@ -11,7 +11,7 @@ using HostValueTest = HostTest;
 
 short ShortVar(Host& host, const char* name) {
   SysValue v;
-  EXPECT_TRUE(host.sysvars().Get(name, &v));
+  EXPECT_TRUE(host.document().sysvars().Get(name, &v));
   return std::get<short>(v);
 }
 
@@ -29,7 +29,7 @@ TEST_F(HostValueTest, SetIntSysvarOnWhatItCannotReadGivesTheNewValueBack) {
   // A text variable is not an integer to save: it stays as it was.
   EXPECT_EQ(set_int_sysvar("TEXTSTYLE", 3), 3);
   SysValue style;
-  host_->sysvars().Get("TEXTSTYLE", &style);
+  host_->document().sysvars().Get("TEXTSTYLE", &style);
   EXPECT_EQ(std::get<std::string>(style), "STANDARD");
   // No buffer to read into: nothing is read or written.
   FailAllocation(Heap::kHost);
@@ -55,13 +55,13 @@ TEST_F(HostValueTest, TextSizeSettingsReadTheStyleAndTextsize) {
   EXPECT_EQ(fixed, 0.0);
   EXPECT_EQ(size, 2.5);
 
-  host_->tables().styles().Put(StyleRecord{"ROMANSAEH", "romans", "ae", 3.5});
-  host_->sysvars().Force("TEXTSTYLE", std::string("ROMANSAEH"));
+  host_->document().tables().styles().Put(StyleRecord{"ROMANSAEH", "romans", "ae", 3.5});
+  host_->document().sysvars().Force("TEXTSTYLE", std::string("ROMANSAEH"));
   text_size_settings(&fixed, &size);
   EXPECT_EQ(fixed, 3.5);
 
   // A current style that is not in the table leaves the fixed height alone.
-  host_->sysvars().Force("TEXTSTYLE", std::string("GONE"));
+  host_->document().sysvars().Force("TEXTSTYLE", std::string("GONE"));
   fixed = 9;
   text_size_settings(&fixed, &size);
   EXPECT_EQ(fixed, 9.0);

@@ -9,6 +9,7 @@
 #include "host/dialogs.h"
 #include "layer/layer.h"
 #include "support/module_fixture.h"
+#include "support/files.h"
 
 namespace vorhost::testing {
 namespace {
@@ -129,12 +130,10 @@ TEST_F(LayerTest, TheCaptionNamesThePresentLayerWithoutPickingIt) {
 }
 
 TEST_F(LayerTest, TheSampleMemoNamesEveryLayerOfTheSampleCatalogues) {
-  std::ifstream in(std::string(VORMIS_FILES) + "/../examples/c/VOR/LAYER.MEO", std::ios::binary);
-  std::stringstream bytes;
-  bytes << in.rdbuf();
-  ASSERT_FALSE(bytes.str().empty());
-  EXPECT_EQ(bytes.str().back(), '\x1A');
-  WriteFile("VOR/LAYER.MEO", bytes.str());
+  std::string bytes = FileBytes(std::string(VORMIS_FILES) + "/../examples/c/VOR/LAYER.MEO");
+  ASSERT_FALSE(bytes.empty());
+  EXPECT_EQ(bytes.back(), '\x1A');
+  WriteFile("VOR/LAYER.MEO", bytes);
   Run({"#show", "cancel"});
   std::vector<std::string> rows = Rows();
   EXPECT_EQ(rows.size(), 16u) << Output();
@@ -154,13 +153,13 @@ TEST_F(LayerTest, ADialogThatCannotBeMadeFailsWithTheHostMessage) {
   ads_unload_dialog(DialogFile);
   // ads_fail fails the module call in progress: run the dialog inside one.
   static int status;
-  host_->LoadModule([](int msg, void*) {
+  host_->module().Load([](int msg, void*) {
     if (msg == 5) status = layer_dialog();
     return RTNORM;
   });
   lisp::Value result;
   std::string err;
-  EXPECT_FALSE(host_->CallModule(0, {}, &result, &err));
+  EXPECT_FALSE(host_->module().Call(0, {}, &result, &err));
   EXPECT_EQ(status, RTERROR);
   EXPECT_EQ(err, "Unable to initialize dialog box: VOR_LAY_SET");
   EXPECT_EQ(ChosenLayer, std::string());

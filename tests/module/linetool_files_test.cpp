@@ -25,7 +25,7 @@ class LineToolFileTest : public ModuleTest {
   // Runs (VOR_ELINE) with the user's events, all of which must apply.
   void Run(std::vector<std::string> events) {
     Answer(std::move(events));
-    host_->Execute("(VOR_ELINE)");
+    host_->command_line().Execute("(VOR_ELINE)");
     EXPECT_FALSE(user_->failed()) << user_->failure() << "\n" << Output();
   }
   // The seven fields of the first record of the saved catalogue, as the

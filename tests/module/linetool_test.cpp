@@ -26,7 +26,7 @@ class LineToolFailureTest : public ModuleTest {
   // Runs (VOR_ELINE) with the user's events; the transcript afterwards.
   std::string Run(std::vector<std::string> events) {
     Answer(std::move(events));
-    host_->Execute("(VOR_ELINE)");
+    host_->command_line().Execute("(VOR_ELINE)");
     return Output();
   }
   // A dialog file in the current directory (searched first) holding the

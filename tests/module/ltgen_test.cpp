@@ -36,11 +36,11 @@ class LinetypeGeneratorTest : public ModuleTest {
   void Generate() {
     lisp::Value result;
     std::string err;
-    ASSERT_TRUE(host_->CallModule(3, {}, &result, &err)) << err;
+    ASSERT_TRUE(host_->module().Call(3, {}, &result, &err)) << err;
   }
   short Var(const char* name) {
     SysValue v;
-    host_->sysvars().Get(name, &v);
+    host_->document().sysvars().Get(name, &v);
     return std::get<short>(v);
   }
 };
@@ -56,15 +56,15 @@ TEST_F(LinetypeGeneratorTest, WritesTheFilesByteForByteAndLoadsThem) {
   EXPECT_EQ(ReadFile("PLINE.LIN"), Header('P') + "*PLINE1\r\nA,1,-.5,0,-.5\r\n\x1A");
   EXPECT_NE(Output().find("run type \"E4\" left out"), std::string::npos) << Output();
   for (const char* name : {"ELINE1", "ELINE2", "GAS_RUN", "PLINE1"})
-    EXPECT_NE(host_->tables().linetypes().Find(name), nullptr) << name;
-  EXPECT_EQ(host_->tables().linetypes().Find("GAS_RUN")->elements.size(), 4u);
+    EXPECT_NE(host_->document().tables().linetypes().Find(name), nullptr) << name;
+  EXPECT_EQ(host_->document().tables().linetypes().Find("GAS_RUN")->elements.size(), 4u);
   EXPECT_EQ(Var("CMDECHO"), 1);
   EXPECT_EQ(Var("EXPERT"), 0);
   EXPECT_EQ(Var("FILEDIA"), 1);
   EXPECT_STREQ(KindName, "PLINE");
 
   Generate();  // again: already loaded linetypes are reloaded without a question
-  EXPECT_FALSE(host_->command_pending());
+  EXPECT_FALSE(host_->commands().pending());
   EXPECT_EQ(ads_command(RTSTR, "LINETYPE", RTSTR, "S", RTSTR, "eline1", RTSTR, "", 0), RTNORM);
 }
 
@@ -77,16 +77,16 @@ TEST_F(LinetypeGeneratorTest, FilesGoWhereTheyLieElseBesideAcadLin) {
   EXPECT_TRUE(FileExists("SUPPORT/PLINE.LIN"));
   EXPECT_EQ(ReadFile("OTHER/SLINE.LIN"), Header('S') + "\x1A");
   EXPECT_FALSE(FileExists("ELINE.LIN"));
-  EXPECT_NE(host_->tables().linetypes().Find("ELINE1"), nullptr);
+  EXPECT_NE(host_->document().tables().linetypes().Find("ELINE1"), nullptr);
 }
 
 TEST_F(LinetypeGeneratorTest, AFileThatCannotBeOpenedIsReportedAndSkipped) {
   std::filesystem::create_directories(LinuxPath("ELINE.LIN"));  // a folder in the file's place
-  host_->sysvars().Force("EXPERT", short{1});
+  host_->document().sysvars().Force("EXPERT", short{1});
   Generate();
   EXPECT_NE(Output().find("\nFile open failure : C:\\ELINE.LIN"), std::string::npos) << Output();
-  EXPECT_EQ(host_->tables().linetypes().Find("ELINE1"), nullptr);
-  EXPECT_NE(host_->tables().linetypes().Find("PLINE1"), nullptr);
+  EXPECT_EQ(host_->document().tables().linetypes().Find("ELINE1"), nullptr);
+  EXPECT_NE(host_->document().tables().linetypes().Find("PLINE1"), nullptr);
   EXPECT_EQ(Var("EXPERT"), 1);
   EXPECT_EQ(Var("CMDECHO"), 1);
 }
@@ -115,7 +115,7 @@ TEST_F(LinetypeGeneratorTest, PathsThatDoNotFitAreNeverCutIntoAnotherFilesName) 
               std::string::npos)
         << Output();
     EXPECT_FALSE(FileExists("ELINE.LIN"));
-    EXPECT_NE(host_->tables().linetypes().Find("PLINE1"), nullptr) << "the other families go on";
+    EXPECT_NE(host_->document().tables().linetypes().Find("PLINE1"), nullptr) << "the other families go on";
     unsetenv("ACAD");
   }
   {

@@ -66,7 +66,7 @@ TEST_F(NumberToolTest, TheCaptionShowsAndThePickButtonsAreDisabled) {
 
 TEST_F(NumberToolTest, ADialogThatCannotBeMadeFailsWithTheHostMessage) {
   ads_unload_dialog(DialogFile);
-  host_->LoadModule([](int, void*) { return 0; });
+  host_->module().Load([](int, void*) { return 0; });
   std::strcpy(NumberValue, "7");
   lisp::Value result;
   std::string err;
@@ -75,9 +75,9 @@ TEST_F(NumberToolTest, ADialogThatCannotBeMadeFailsWithTheHostMessage) {
     *r = lisp::Value::Int(number_tool());
     return true;
   });
-  host_->Execute("(probe)");
+  host_->command_line().Execute("(probe)");
   EXPECT_EQ(NumberValue, std::string("7"));
-  EXPECT_EQ(lisp::Print(host_->last_value()), std::to_string(RTERROR));
+  EXPECT_EQ(lisp::Print(host_->command_line().last_value()), std::to_string(RTERROR));
 }
 
 }  // namespace

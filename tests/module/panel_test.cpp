@@ -22,13 +22,13 @@ class PanelTest : public ModuleTest {
   static std::string Plain() { return "DESC;1;R;50AF;20AT;1P;5KA;2.0 mm;2;PVC;16;2.0 mm;;;;;;;;"; }
   void Run(std::vector<std::string> events) {
     Answer(std::move(events));
-    host_->Execute("(VOR_ACF)");
+    host_->command_line().Execute("(VOR_ACF)");
     ASSERT_FALSE(user_->failed()) << user_->failure() << "\n" << Output();
   }
   std::vector<const Entity*> Of(const char* type, const char* block = nullptr) {
     std::vector<const Entity*> out;
-    for (uint64_t id : host_->drawing().MainEntities()) {
-      const Entity* e = host_->drawing().Find(id);
+    for (uint64_t id : host_->document().drawing().MainEntities()) {
+      const Entity* e = host_->document().drawing().Find(id);
       if (e->type == type && (!block || e->Text(2) == block)) out.push_back(e);
     }
     return out;
@@ -40,7 +40,7 @@ class PanelTest : public ModuleTest {
   }
   double Var(const char* name) {
     SysValue v;
-    host_->sysvars().Get(name, &v);
+    host_->document().sysvars().Get(name, &v);
     if (auto* s = std::get_if<short>(&v)) return *s;
     return std::get<double>(v);
   }
@@ -63,7 +63,7 @@ TEST_F(PanelTest, FourCircuitsAtTheOrigin) {
   Run({"select file 0", "ok", "0,0"});
   std::vector<const Entity*> plines = Of("POLYLINE");
   ASSERT_EQ(plines.size(), 3u);
-  const Entity* bus_start = host_->drawing().Find(host_->drawing().Next(plines[2]->id));
+  const Entity* bus_start = host_->document().drawing().Find(host_->document().drawing().Next(plines[2]->id));
   EXPECT_EQ(bus_start->Point(10), (Point3{-375, -400, 0}));
   EXPECT_EQ(bus_start->Real(40), 5);
   std::vector<const Entity*> breakers = Of("INSERT", "NFB--");
@@ -109,15 +109,15 @@ TEST_F(PanelTest, TheMiddleOfABranchFollowsItsSwitches) {
 
 TEST_F(PanelTest, LtscaleIsRaisedOnlyBelowThirty) {
   Schedule("ONE.ACF", {Plain()});
-  host_->sysvars().Force("LTSCALE", 50.0);
+  host_->document().sysvars().Force("LTSCALE", 50.0);
   Run({"select file 0", "ok", "0,0"});
   EXPECT_EQ(Var("LTSCALE"), 50);
-  host_->sysvars().Force("LTSCALE", 1.0);
+  host_->document().sysvars().Force("LTSCALE", 1.0);
   Run({"select file 0", "ok", "0,0"});
   EXPECT_EQ(Var("LTSCALE"), 100);
   EXPECT_EQ(Var("CMDECHO"), 1);
   SysValue style;
-  host_->sysvars().Get("TEXTSTYLE", &style);
+  host_->document().sysvars().Get("TEXTSTYLE", &style);
   EXPECT_EQ(std::get<std::string>(style), "STANDARD");
 }
 
@@ -134,13 +134,13 @@ TEST_F(PanelTest, AllStartPointsComeFirstAndAFailedPanelDoesNotStopTheNext) {
     starter.entities.push_back(def);
   }
   starter.flags = 2;
-  host_->tables().blocks().Put(starter);
+  host_->document().tables().blocks().Put(starter);
   Run({"select file 0", "select file 1", "ok", "0,0", "#expect-no-drawing TITLE", "2000,0"});
   EXPECT_NE(Output().find("start point 1:0,0\nstart point 2:2000,0"), std::string::npos) << Output();
   std::vector<const Entity*> breakers = Of("INSERT", "NFB--");
   ASSERT_EQ(breakers.size(), 4u);
   EXPECT_EQ(breakers[3]->Point(10), (Point3{2000, -500, 0})) << "panel B drawn whole";
-  EXPECT_FALSE(host_->command_pending());
+  EXPECT_FALSE(host_->commands().pending());
   for (const Entity* l : Of("LINE"))
     EXPECT_FALSE(l->Point(10)[0] == 0 && l->Point(10)[1] == -400 - 287.5) << "A's branch went on";
 }
@@ -154,7 +154,7 @@ TEST_F(PanelTest, AScheduleWhosePathDoesNotFitIsSkippedWithAWord) {
   WriteFile(dir + "/LONGNAME_PANEL", "PN01: ;CUT\r\n" + body);
   WriteFile(dir + "/P1.ACF", "PN01: ;SHORT\r\n" + body);
   Answer({"select file 0", "select file 1", "ok", "0,0"});
-  host_->Execute("(VOR_ACF \"C:/" + dir + "\")");
+  host_->command_line().Execute("(VOR_ACF \"C:/" + dir + "\")");
   ASSERT_FALSE(user_->failed()) << user_->failure() << "\n" << Output();
   EXPECT_NE(Output().find("\nSchedule LONGNAME_PANEL.ACF skipped: its path is longer than 255 characters\n"
                           "start point 1:0,0"),
@@ -169,10 +169,10 @@ TEST_F(PanelTest, AScheduleWhosePathDoesNotFitIsSkippedWithAWord) {
 TEST_F(PanelTest, NothingIsDrawnWhenTheUserCancels) {
   Schedule("ONE.ACF", {Plain()});
   Run({"select file 0", "ok", "#cancel"});
-  EXPECT_TRUE(host_->drawing().MainEntities().empty());
+  EXPECT_TRUE(host_->document().drawing().MainEntities().empty());
   Run({"cancel"});
-  EXPECT_TRUE(host_->drawing().MainEntities().empty());
-  EXPECT_EQ(host_->tables().styles().Find("ROMANSAEH"), nullptr);
+  EXPECT_TRUE(host_->document().drawing().MainEntities().empty());
+  EXPECT_EQ(host_->document().tables().styles().Find("ROMANSAEH"), nullptr);
 }
 
 }  // namespace

@@ -100,17 +100,17 @@ class RunDrawingTest : public ModuleTest {
   }
   void Draw(const char* command, std::vector<std::string> answers) {
     Answer(std::move(answers));
-    host_->Execute(command);
+    host_->command_line().Execute(command);
   }
   std::vector<const Entity*> All(const char* type) {
     std::vector<const Entity*> out;
-    for (uint64_t id : host_->drawing().MainEntities())
-      if (host_->drawing().Find(id)->type == type) out.push_back(host_->drawing().Find(id));
+    for (uint64_t id : host_->document().drawing().MainEntities())
+      if (host_->document().drawing().Find(id)->type == type) out.push_back(host_->document().drawing().Find(id));
     return out;
   }
   short Echo() {
     SysValue v;
-    host_->sysvars().Get("CMDECHO", &v);
+    host_->document().sysvars().Get("CMDECHO", &v);
     return std::get<short>(v);
   }
 };
@@ -135,13 +135,13 @@ TEST_F(RunDrawingTest, RunsTakeTheRunTypeAndItsLabel) {
   EXPECT_EQ(labels[0]->Point(11), (Point3{50, 3.75, 0})) << "half the height 2.5 plus the gap 2.5";
   EXPECT_EQ(labels[0]->Short(72), 4);
   EXPECT_EQ(Echo(), 1);
-  EXPECT_EQ(host_->tables().layers().Find("E-POWER")->color, 7);
+  EXPECT_EQ(host_->document().tables().layers().Find("E-POWER")->color, 7);
 }
 
 TEST_F(RunDrawingTest, APolylineWhoseFirstSegmentIsAClockwiseHalfCircle) {
   Draw("PLINE", {"0,0", "0,10", "A", "10,10", ""});  // the arc follows the first segment
   Draw("PLINE", {"0,-50", "A", "20,-50", ""});       // tangent east: bulge 0, a line
-  Entity* second = host_->drawing().Find(host_->drawing().Next(host_->drawing().MainEntities()[1]));
+  Entity* second = host_->document().drawing().Find(host_->document().drawing().Next(host_->document().drawing().MainEntities()[1]));
   second->Set(42, -1.0);  // make its first segment a clockwise half circle
   Answer({"L", ""});
   apply_run_type();
@@ -156,14 +156,14 @@ TEST_F(RunDrawingTest, APolylineWhoseFirstSegmentIsAClockwiseHalfCircle) {
 TEST_F(RunDrawingTest, ASelectionWithoutRunsIssuesNoCommand) {
   Draw("CIRCLE", {"0,0", "5"});
   Answer({"ALL", ""});
-  size_t before = host_->drawing().entities().size();
+  size_t before = host_->document().drawing().entities().size();
   apply_run_type();
-  EXPECT_EQ(host_->tables().layers().Find("E-POWER"), nullptr);
-  EXPECT_EQ(host_->drawing().entities().size(), before);
+  EXPECT_EQ(host_->document().tables().layers().Find("E-POWER"), nullptr);
+  EXPECT_EQ(host_->document().drawing().entities().size(), before);
   EXPECT_EQ(Echo(), 1);
   Answer({"#cancel"});
   apply_run_type();  // a cancelled selection: nothing at all
-  EXPECT_EQ(host_->drawing().entities().size(), before);
+  EXPECT_EQ(host_->document().drawing().entities().size(), before);
 }
 
 TEST_F(RunDrawingTest, LabelOffLeavesTheTextOut) {
@@ -176,8 +176,8 @@ TEST_F(RunDrawingTest, LabelOffLeavesTheTextOut) {
 }
 
 TEST_F(RunDrawingTest, AFixedHeightStyleTakesTheShorterTextForm) {
-  host_->tables().styles().Put(StyleRecord{"FIXED", "romans", "", 4.0});
-  host_->sysvars().Force("TEXTSTYLE", std::string("FIXED"));
+  host_->document().tables().styles().Put(StyleRecord{"FIXED", "romans", "", 4.0});
+  host_->document().sysvars().Force("TEXTSTYLE", std::string("FIXED"));
   Draw("LINE", {"0,0", "10,0", ""});
   Answer({"ALL", ""});
   apply_run_type();
@@ -191,9 +191,9 @@ TEST_F(RunDrawingTest, ExistingRunsGetTheLabelOfTheirOwnRunType) {
   Draw("LINE", {"0,0", "10,0", ""});
   Draw("LINE", {"0,20", "10,20", ""});
   Draw("LINE", {"0,40", "10,40", ""});
-  std::vector<uint64_t> lines = host_->drawing().MainEntities();
-  host_->drawing().Find(lines[0])->linetype = "eline2";  // the catalogue's case differs
-  host_->drawing().Find(lines[1])->linetype = "ELINE1";
+  std::vector<uint64_t> lines = host_->document().drawing().MainEntities();
+  host_->document().drawing().Find(lines[0])->linetype = "eline2";  // the catalogue's case differs
+  host_->document().drawing().Find(lines[1])->linetype = "ELINE1";
   // the third carries its layer's linetype: no label
   LabelOn = 0;  // the label switch does not matter here
   Answer({"ALL", ""});
@@ -221,7 +221,7 @@ TEST_F(RunDrawingTest, SavesADrawingOfLabelledRuns) {
   Answer({"L", ""});
   apply_run_type();
   std::string err;
-  ASSERT_TRUE(SaveDxf(host_->drawing(), host_->sysvars(), path, &err)) << err;
+  ASSERT_TRUE(SaveDxf(host_->document().drawing(), host_->document().sysvars(), path, &err)) << err;
 }
 
 }  // namespace

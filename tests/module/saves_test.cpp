@@ -34,7 +34,7 @@ class SavesTest : public ModuleTest {
   // Plays the lines as the user; every one must apply.
   void Run(std::vector<std::string> lines) {
     Answer(std::move(lines));
-    host_->Run();
+    host_->command_line().Run();
     EXPECT_FALSE(user_->failed()) << user_->failure() << "\n" << Output();
   }
   // How often the transcript holds text.
@@ -86,8 +86,8 @@ TEST_F(SavesTest, ALinetypeFileOnAFullDiskStaysLoadable) {
       << Output();
   EXPECT_EQ(ReadFile("LT/ELINE.LIN"), old_file);
   EXPECT_EQ(disk.Names(), (std::vector<std::string>{"ELINE.LIN", ScratchDisk::kFiller}));
-  EXPECT_NE(host_->tables().linetypes().Find("OLD"), nullptr) << "the old file is loaded as it was";
-  EXPECT_EQ(host_->tables().linetypes().Find("ELINE1"), nullptr);
+  EXPECT_NE(host_->document().tables().linetypes().Find("OLD"), nullptr) << "the old file is loaded as it was";
+  EXPECT_EQ(host_->document().tables().linetypes().Find("ELINE1"), nullptr);
 }
 
 TEST_F(SavesTest, AReadOnlyLinetypeFileIsNotWrittenWhoeverRunsTheHost) {

@@ -1,5 +1,6 @@
 // host_fixture.cpp - the per-test host.
 #include "support/host_fixture.h"
+#include "support/files.h"
 
 #include <stdlib.h>
 
@@ -35,7 +36,7 @@ void HostTest::TearDown() {
 
 void HostTest::Answer(std::vector<std::string> lines) {
   user_ = std::make_unique<ScriptUser>(*host_, "answers", std::move(lines));
-  host_->set_user(user_.get());
+  host_->console().set_user(user_.get());
 }
 
 void HostTest::WriteFile(const std::string& path, std::string_view bytes) {
@@ -46,10 +47,7 @@ void HostTest::WriteFile(const std::string& path, std::string_view bytes) {
 }
 
 std::string HostTest::ReadFile(const std::string& path) const {
-  std::ifstream in(LinuxPath(path), std::ios::binary);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
+  return FileBytes(LinuxPath(path));
 }
 
 bool HostTest::FileExists(const std::string& path) const {

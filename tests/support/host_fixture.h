@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "emulator/host.h"
+#include "emulator/session/host.h"
 #include "emulator/ui/script.h"
 
 namespace vorhost::testing {

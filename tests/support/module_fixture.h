@@ -29,7 +29,7 @@ class ModuleTest : public ModuleStateTest {
  protected:
   void SetUp() override {
     ModuleStateTest::SetUp();
-    host_->LoadModule(acrxEntryPoint);
+    host_->module().Load(acrxEntryPoint);
     SetSymbol("VORMIS", "C:/VOR");
   }
 };

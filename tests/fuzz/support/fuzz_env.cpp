@@ -1,5 +1,6 @@
 // fuzz_env.cpp - the scratch drive and the per-input host.
 #include "support/fuzz_env.h"
+#include "emulator/core/text.h"
 
 #include <signal.h>
 #include <stdlib.h>
@@ -53,6 +54,15 @@ std::string MakeRoot() {
   return dir;
 }
 
+// The host finds its resources and the module's dialog files beside the
+// program (DataDirectory); a fuzz target lies elsewhere in the build, so it
+// names the source tree's folders, unless its caller named others.
+[[maybe_unused]] const bool kOwnFilesNamed = [] {
+  setenv("VORHOST_RESOURCES", VOR_SOURCE_DIR "/resources", 0);
+  setenv("VORMIS_FILES", VOR_SOURCE_DIR "/dcl", 0);
+  return true;
+}();
+
 void RemoveRoot() {
   std::error_code ec;
   std::filesystem::remove_all(ScratchDrive::Get().root(), ec);
@@ -91,15 +101,14 @@ void ScratchDrive::Write(const std::string& path, std::string_view bytes) {
 }
 
 std::string ScratchDrive::Read(const std::string& path) const {
-  std::ifstream in(std::filesystem::path(root_) / path, std::ios::binary);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
+  std::string bytes;
+  vorhost::ReadWholeFile((std::filesystem::path(root_) / path).string(), &bytes);
+  return bytes;
 }
 
 Session::Session() {
   ScratchDrive::Get();
-  host_.LoadModule(acrxEntryPoint);
+  host_.module().Load(acrxEntryPoint);
 }
 
 Session& Session::Get() {
@@ -111,7 +120,7 @@ void Session::Begin() {
   ScratchDrive::Get().Reset();
   vorhost::ClearAllocationFailures();
   catalogue_reset();
-  host_.set_user(nullptr);
+  host_.console().set_user(nullptr);
   user_.reset();
   host_.NewDrawing();
   host_.transcript().Clear();
@@ -120,7 +129,7 @@ void Session::Begin() {
 
 void Session::Answer(std::vector<std::string> lines) {
   user_ = std::make_unique<vorhost::ScriptUser>(host_, "input", std::move(lines));
-  host_.set_user(user_.get());
+  host_.console().set_user(user_.get());
 }
 
 bool Skipping(std::string_view fault) {

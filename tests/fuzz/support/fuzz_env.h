@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "emulator/host.h"
+#include "emulator/session/host.h"
 #include "emulator/ui/script.h"
 
 namespace vorfuzz {

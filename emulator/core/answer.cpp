@@ -1,5 +1,5 @@
 // answer.cpp - reading typed answers.
-#include "emulator/commands/answer.h"
+#include "emulator/core/answer.h"
 
 #include <cctype>
 #include <charconv>
@@ -7,19 +7,14 @@
 
 #include "emulator/core/encoding.h"
 #include "emulator/core/numbers.h"
+#include "emulator/core/text.h"
 
 namespace vorhost {
 namespace {
 
-std::string_view TrimBlanks(std::string_view s) {
-  while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
-  while (!s.empty() && (s.back() == ' ' || s.back() == '\t')) s.remove_suffix(1);
-  return s;
-}
-
 // A whole text that is one decimal number (no hexadecimal, inf or nan).
 std::optional<double> ParseNumber(std::string_view s) {
-  s = TrimBlanks(s);
+  s = Trim(s);
   if (s.empty()) return std::nullopt;
   if (s.front() == '+') s.remove_prefix(1);
   for (char c : s)
@@ -51,7 +46,7 @@ std::optional<Point3> ParseCoordinates(std::string_view s) {
 std::optional<Point3> ReadPoint(const Answer& a, const Point3& last) {
   if (a.kind == Answer::Kind::kPoint) return a.point;
   if (a.kind != Answer::Kind::kText) return std::nullopt;
-  std::string_view s = TrimBlanks(a.text);
+  std::string_view s = Trim(a.text);
   if (s.empty() || s.front() != '@') return ParseCoordinates(s);
   s.remove_prefix(1);
   if (s.empty()) return last;
@@ -89,6 +84,7 @@ std::string Answer::Echo() const {
     case Kind::kInt: return std::to_string(integer);
     case Kind::kName: return "<Entity>";
     case Kind::kSet: return "<Selection set: " + std::to_string(entities.size()) + ">";
+    case Kind::kWindow: return (crossing ? "C " : "W ") + FormatPoint(point) + " " + FormatPoint(corner);
   }
   return "";
 }
@@ -134,21 +130,14 @@ bool ValidSymbolName(std::string_view name) {
   return true;
 }
 
-std::string UpperAscii(std::string_view s) {
-  std::string out(s);
-  for (size_t i = 0; i < out.size(); i += Big5CharLength(out, i))
-    if (out[i] >= 'a' && out[i] <= 'z') out[i] = static_cast<char>(out[i] - 'a' + 'A');
-  return out;
-}
-
 std::string MatchKeyword(std::string_view typed, std::initializer_list<std::string_view> options) {
-  std::string answer = UpperAscii(TrimBlanks(typed));
+  std::string answer = UpperName(Trim(typed));
   if (answer.empty()) return "";
   for (std::string_view option : options) {
     size_t shortest = 0;
     while (shortest < option.size() && !(option[shortest] >= 'a' && option[shortest] <= 'z'))
       shortest++;
-    std::string full = UpperAscii(option);
+    std::string full = UpperName(option);
     if (shortest == 0) shortest = full.size();
     if (answer.size() >= shortest && answer.size() <= full.size() &&
         full.compare(0, answer.size(), answer) == 0)

@@ -6,10 +6,11 @@
 #include <cstring>
 #include <string>
 
+#include "emulator/api/group_lists.h"
 #include "emulator/core/alloc.h"
 #include "emulator/core/resbuf.h"
 #include "emulator/core/wcmatch.h"
-#include "emulator/host.h"
+#include "emulator/session/host.h"
 #include "host/ads.h"
 
 using vorhost::Host;
@@ -20,7 +21,7 @@ namespace {
 
 ModuleCall* CurrentCall() {
   Host* host = Host::Current();
-  return host ? host->call() : nullptr;
+  return host ? host->module().call() : nullptr;
 }
 
 int SetResult(Value v) {
@@ -35,17 +36,17 @@ int SetResult(Value v) {
 // ---- Registration and results -------------------------------------------------
 
 extern "C" void acrxUnlockApplication(void* appId) {
-  if (Host* host = Host::Current()) host->UnlockApplication(appId);
+  if (Host* host = Host::Current()) host->module().Unlock(appId);
 }
 
 extern "C" int ads_defun(const char* sname, short funcno) {
   Host* host = Host::Current();
-  return host && sname ? host->Defun(sname, funcno) : RTERROR;
+  return host && sname ? host->module().Defun(sname, funcno) : RTERROR;
 }
 
 extern "C" int ads_undef(const char* sname, short funcno) {
   Host* host = Host::Current();
-  return host && sname ? host->Undef(sname, funcno) : RTERROR;
+  return host && sname ? host->module().Undef(sname, funcno) : RTERROR;
 }
 
 extern "C" int ads_getfuncode(void) {
@@ -55,7 +56,7 @@ extern "C" int ads_getfuncode(void) {
 
 extern "C" resbuf* ads_getargs(void) {
   ModuleCall* call = CurrentCall();
-  return call ? call->args : nullptr;
+  return call ? call->args.get() : nullptr;
 }
 
 extern "C" int ads_retvoid(void) { return SetResult(Value::Void()); }
@@ -106,7 +107,7 @@ extern "C" int ads_printf(const char* format, ...) {
 extern "C" int ads_alert(const char* str) {
   Host* host = Host::Current();
   if (!host || !str) return RTERROR;
-  host->Alert(str);
+  host->console().Alert(str);
   return RTNORM;
 }
 
@@ -115,7 +116,7 @@ extern "C" int ads_alert(const char* str) {
 extern "C" int ads_getvar(const char* sym, resbuf* result) {
   Host* host = Host::Current();
   vorhost::SysValue value;
-  if (!host || !sym || !result || !host->sysvars().Get(sym, &value)) return RTERROR;
+  if (!host || !sym || !result || !host->document().sysvars().Get(sym, &value)) return RTERROR;
   if (auto* s = std::get_if<short>(&value)) {
     result->restype = RTSHORT;
     result->resval.rint = *s;
@@ -156,7 +157,7 @@ extern "C" int ads_setvar(const char* sym, const resbuf* val) {
     default: return RTERROR;
   }
   std::string why;
-  return host->sysvars().Set(sym, value, &why) ? RTNORM : RTERROR;
+  return host->document().SetVariable(sym, value, &why) ? RTNORM : RTERROR;
 }
 
 extern "C" int ads_getsym(const char* sname, resbuf** value) {
@@ -193,7 +194,7 @@ extern "C" resbuf* ads_tblsearch(const char* tblname, const char* sym, int setne
   (void)setnext;  // stepping a table (ads_tblnext) is not offered
   Host* host = Host::Current();
   if (!host || !tblname || !sym) return nullptr;
-  return host->tables().Search(tblname, sym);
+  return vorhost::TableRecordData(host->document().tables(), tblname, sym);
 }
 
 extern "C" int ads_wcmatch(const char* string, const char* pattern) {

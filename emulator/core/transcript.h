@@ -1,7 +1,7 @@
 // transcript.h - the host's command-line history: what it printed and what
 // the user answered, kept whole for expectations and passed on as UTF-8.
-#ifndef VORHOST_UI_TRANSCRIPT_H
-#define VORHOST_UI_TRANSCRIPT_H
+#ifndef VORHOST_CORE_TRANSCRIPT_H
+#define VORHOST_CORE_TRANSCRIPT_H
 
 #include <ostream>
 #include <string>

@@ -1,5 +1,5 @@
 // transcript.cpp - command-line history in UTF-8.
-#include "emulator/ui/transcript.h"
+#include "emulator/core/transcript.h"
 
 #include "emulator/core/encoding.h"
 

@@ -1,6 +1,7 @@
 // answer.h - what a command is given at a prompt: a text the user typed, or
-// a value a program sent through ads_command; and the readers that turn
-// typed texts into points, numbers and keywords as the command line does.
+// a value a program sent through ads_command or a front end handed over;
+// and the readers that turn typed texts into points, numbers and keywords
+// as the command line does.
 #ifndef VORHOST_COMMANDS_ANSWER_H
 #define VORHOST_COMMANDS_ANSWER_H
 
@@ -11,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-#include "emulator/drawing/entity.h"
+#include "emulator/core/numbers.h"
 
 namespace vorhost {
 
@@ -21,12 +22,15 @@ struct Answer {
     kPoint,  // RT3DPOINT, RTPOINT
     kReal,   // RTREAL, RTANG (an angle in degrees)
     kInt,    // RTSHORT, RTLONG
-    kName,   // RTENAME: an entity
-    kSet,    // RTPICKS: a selection set's members
+    kName,   // RTENAME: an entity; or an object a front end picked
+    kSet,    // RTPICKS: a selection set's members; or objects picked
+    kWindow, // a window a front end drew, from point to corner
   };
   Kind kind = Kind::kText;
   std::string text;
   Point3 point{0, 0, 0};
+  Point3 corner{0, 0, 0};          // kWindow: the other corner
+  bool crossing = false;           // kWindow: objects crossing it count too
   double real = 0;
   long integer = 0;
   std::vector<uint64_t> entities;  // kName: one; kSet: the members
@@ -36,6 +40,20 @@ struct Answer {
   static Answer OfPoint(const Point3& p) { Answer a; a.kind = Kind::kPoint; a.point = p; return a; }
   static Answer OfReal(double r) { Answer a; a.kind = Kind::kReal; a.real = r; return a; }
   static Answer OfInt(long i) { Answer a; a.kind = Kind::kInt; a.integer = i; return a; }
+  // kName or kSet with these entity ids.
+  static Answer OfEntities(Kind kind, std::vector<uint64_t> ids) {
+    Answer a;
+    a.kind = kind;
+    a.entities = std::move(ids);
+    return a;
+  }
+  static Answer OfWindow(const Point3& from, const Point3& to, bool crossing) {
+    Answer a = OfPoint(from);
+    a.kind = Kind::kWindow;
+    a.corner = to;
+    a.crossing = crossing;
+    return a;
+  }
 
   bool IsEnter() const { return kind == Kind::kText && text.empty(); }
   // How the command line shows the answer after its prompt.
@@ -75,9 +93,6 @@ std::optional<short> ColorAnswer(const Answer& a, bool allow_logical);
 // Whether name can name a layer, style or other table record: 1 to 31
 // letters, digits, "$", "-", "_" or Big5 bytes.
 bool ValidSymbolName(std::string_view name);
-
-// ASCII upper case, byte by byte, stepping over Big5 characters.
-std::string UpperAscii(std::string_view s);
 
 }  // namespace vorhost
 

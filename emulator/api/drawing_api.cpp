@@ -5,11 +5,12 @@
 #include <cstdio>
 #include <cstring>
 
+#include "emulator/api/group_lists.h"
 #include "emulator/commands/selection.h"
 #include "emulator/core/alloc.h"
 #include "emulator/core/resbuf.h"
 #include "emulator/drawing/textmetric.h"
-#include "emulator/host.h"
+#include "emulator/session/host.h"
 #include "host/ads.h"
 
 using vorhost::Answer;
@@ -17,6 +18,11 @@ using vorhost::Entity;
 using vorhost::Host;
 
 namespace {
+
+// The members of the selection set a name stands for, or null.
+const std::vector<uint64_t>* SetOf(Host& host, const long name[2]) {
+  return host.document().selection_sets().Find(vorhost::SetNumber(name));
+}
 
 // The answer an item of a command list stands for; false for a type that
 // cannot answer a prompt.
@@ -29,20 +35,11 @@ bool ItemAnswer(int type, const ads_u_val& v, Answer* out) {
     case RTLONG: *out = Answer::OfInt(v.rlong); return true;
     case RT3DPOINT: *out = Answer::OfPoint({v.rpoint[0], v.rpoint[1], v.rpoint[2]}); return true;
     case RTPOINT: *out = Answer::OfPoint({v.rpoint[0], v.rpoint[1], 0}); return true;
-    case RTENAME: {
-      Answer a;
-      a.kind = Answer::Kind::kName;
-      a.entities = {Host::EntityId(v.rlname)};
-      *out = a;
-      return true;
-    }
+    case RTENAME: *out = Answer::OfEntities(Answer::Kind::kName, {vorhost::EntityId(v.rlname)}); return true;
     case RTPICKS: {
-      const std::vector<uint64_t>* set = Host::Current()->SelectionSet(v.rlname);
+      const std::vector<uint64_t>* set = SetOf(*Host::Current(), v.rlname);
       if (!set) return false;
-      Answer a;
-      a.kind = Answer::Kind::kSet;
-      a.entities = *set;
-      *out = a;
+      *out = Answer::OfEntities(Answer::Kind::kSet, *set);
       return true;
     }
     default: return false;
@@ -52,76 +49,16 @@ bool ItemAnswer(int type, const ads_u_val& v, Answer* out) {
 int RunItems(const std::vector<Answer>& items, bool ok) {
   Host* host = Host::Current();
   if (!host || !ok) return RTERROR;
-  return host->FeedCommand(items);
-}
-
-// One item of entity data for group code with value, typed by the code.
-resbuf* GroupItem(int code, const vorhost::GroupValue& value) {
-  resbuf* rb = vorhost::NewRb(code);
-  if (!rb) return nullptr;
-  switch (vorhost::ValueOf(code)) {
-    case vorhost::RbValue::kString: {
-      const std::string* s = std::get_if<std::string>(&value);
-      rb->resval.rstring = vorhost::HostStrdup(s ? s->c_str() : "");
-      if (!rb->resval.rstring) {
-        std::free(rb);
-        return nullptr;
-      }
-      break;
-    }
-    case vorhost::RbValue::kPoint:
-      if (auto* p = std::get_if<vorhost::Point3>(&value))
-        for (int i = 0; i < 3; i++) rb->resval.rpoint[i] = (*p)[i];
-      break;
-    case vorhost::RbValue::kShort:
-      if (auto* s = std::get_if<short>(&value)) rb->resval.rint = *s;
-      else if (auto* l = std::get_if<long>(&value)) rb->resval.rint = static_cast<short>(*l);
-      break;
-    case vorhost::RbValue::kLong:
-      if (auto* l = std::get_if<long>(&value)) rb->resval.rlong = *l;
-      else if (auto* s = std::get_if<short>(&value)) rb->resval.rlong = *s;
-      break;
-    default:
-      if (auto* d = std::get_if<double>(&value)) rb->resval.rreal = *d;
-      else if (auto* s = std::get_if<short>(&value)) rb->resval.rreal = *s;
-      break;
-  }
-  return rb;
-}
-
-// The entity data list of e, as the host gives it to ads_entget.
-resbuf* EntityData(const Entity& e) {
-  std::vector<resbuf*> items;
-  auto name_item = [](int code, uint64_t id) {
-    resbuf* rb = vorhost::NewRb(code);
-    if (rb) Host::EntityName(id, rb->resval.rlname);
-    return rb;
-  };
-  char handle[16];
-  std::snprintf(handle, sizeof handle, "%X", e.handle);
-  items.push_back(name_item(-1, e.id));
-  items.push_back(GroupItem(0, e.type));
-  items.push_back(GroupItem(5, std::string(handle)));
-  items.push_back(GroupItem(8, e.layer));
-  if (!e.linetype.empty()) items.push_back(GroupItem(6, e.linetype));
-  if (e.color != vorhost::kColorByLayer) items.push_back(GroupItem(62, e.color));
-  for (const vorhost::Group& g : e.groups) items.push_back(GroupItem(g.code, g.value));
-  if (e.type == "SEQEND") items.push_back(name_item(-2, e.owner));
-  bool ok = true;
-  for (resbuf* rb : items) ok = ok && rb;
-  for (size_t i = 0; ok && i + 1 < items.size(); i++) items[i]->rbnext = items[i + 1];
-  if (ok) return items.front();
-  for (resbuf* rb : items) vorhost::ReleaseList(rb);
-  return nullptr;
+  return host->commands().Feed(items);
 }
 
 // Lets the user select objects; false when the user cancelled.
 bool UserSelection(Host& host, std::vector<uint64_t>* out) {
-  vorhost::ObjectSelector selector(host);
+  vorhost::ObjectSelector selector(host.commands());
   for (;;) {
-    vorhost::Input in = host.Ask(selector.Prompt());
-    if (in.kind != vorhost::Input::Kind::kLine) return false;
-    vorhost::Step s = selector.Feed(Answer::Text(in.text));
+    vorhost::Input in = host.console().Ask(selector.Prompt(), selector.asking());
+    if (!in.IsAnswer()) return false;
+    vorhost::Step s = selector.Feed(in.answer);
     if (s == vorhost::Step::kReject) host.transcript().WriteLine(selector.refusal());
     if (s == vorhost::Step::kDone) break;
   }
@@ -182,27 +119,27 @@ extern "C" int ads_cmd(const resbuf* rbp) {
 extern "C" resbuf* ads_entget(const ads_name ent) {
   Host* host = Host::Current();
   if (!host || !ent) return nullptr;
-  const Entity* e = host->drawing().Find(Host::EntityId(ent));
-  return e && !e->erased ? EntityData(*e) : nullptr;
+  const Entity* e = host->document().drawing().Find(vorhost::EntityId(ent));
+  return e && !e->erased ? vorhost::EntityData(*e) : nullptr;
 }
 
 extern "C" int ads_entnext(const ads_name ent, ads_name result) {
   Host* host = Host::Current();
   if (!host || !result) return RTERROR;
-  uint64_t from = ent && (ent[0] || ent[1]) ? Host::EntityId(ent) : 0;
+  uint64_t from = ent && (ent[0] || ent[1]) ? vorhost::EntityId(ent) : 0;
   if (ent && (ent[0] || ent[1]) && !from) return RTERROR;
-  uint64_t next = host->drawing().Next(from);
+  uint64_t next = host->document().drawing().Next(from);
   if (!next) return RTERROR;
-  Host::EntityName(next, result);
+  vorhost::EntityName(next, result);
   return RTNORM;
 }
 
 extern "C" int ads_entlast(ads_name result) {
   Host* host = Host::Current();
   if (!host || !result) return RTERROR;
-  uint64_t last = host->drawing().Last();
+  uint64_t last = host->document().drawing().Last();
   if (!last) return RTERROR;
-  Host::EntityName(last, result);
+  vorhost::EntityName(last, result);
   return RTNORM;
 }
 
@@ -212,13 +149,13 @@ extern "C" int ads_textbox(const resbuf* args, ads_point pt1, ads_point pt2) {
   const Entity* e = nullptr;
   std::string text, style_name;
   vorhost::SysValue v;
-  host->sysvars().Get("TEXTSTYLE", &v);
+  host->document().sysvars().Get("TEXTSTYLE", &v);
   style_name = std::get<std::string>(v);
-  host->sysvars().Get("TEXTSIZE", &v);
+  host->document().sysvars().Get("TEXTSIZE", &v);
   double height = std::get<double>(v), width = -1;
   bool have_text = false;
   for (const resbuf* rb = args; rb; rb = rb->rbnext) {
-    if (rb->restype == -1) e = host->drawing().Find(Host::EntityId(rb->resval.rlname));
+    if (rb->restype == -1) e = host->document().drawing().Find(vorhost::EntityId(rb->resval.rlname));
     else if (rb->restype == 1 && rb->resval.rstring) text = rb->resval.rstring, have_text = true;
     else if (rb->restype == 7 && rb->resval.rstring) style_name = rb->resval.rstring;
     else if (rb->restype == 40) height = rb->resval.rreal;
@@ -230,7 +167,7 @@ extern "C" int ads_textbox(const resbuf* args, ads_point pt1, ads_point pt2) {
     width = e->Real(41, 1), have_text = true;
   }
   if (!have_text) return RTERROR;
-  const vorhost::StyleRecord* style = host->tables().styles().Find(style_name);
+  const vorhost::StyleRecord* style = host->document().tables().styles().Find(style_name);
   if (width < 0) width = style ? style->width : 1;
   vorhost::TextBox box = vorhost::MeasureText(text, height, width, style && (style->flags & 4));
   pt1[0] = box.x1, pt1[1] = box.y1, pt1[2] = 0;
@@ -244,10 +181,10 @@ extern "C" int ads_ssget(const char* str, const void* pt1, const void* pt2, cons
                          ads_name ss) {
   (void)filter;  // selection filters are not offered
   Host* host = Host::Current();
-  if (!host || !ss || host->command_pending() || host->dialogs().any_open()) return RTERROR;
+  if (!host || !ss || host->commands().pending() || host->dialogs().any_open()) return RTERROR;
   std::string mode = str ? str : "";
   std::vector<uint64_t> found;
-  const vorhost::Drawing& d = host->drawing();
+  const vorhost::Drawing& d = host->document().drawing();
   if (mode.empty()) {
     if (!UserSelection(*host, &found)) return RTCAN;
   } else if (mode == "X") {
@@ -255,9 +192,9 @@ extern "C" int ads_ssget(const char* str, const void* pt1, const void* pt2, cons
   } else if (mode == "L") {
     if (d.Last()) found = {d.Last()};
   } else if (mode == "P") {
-    found = host->previous_selection();
+    found = host->document().selection_sets().previous();
   } else if ((mode == "W" || mode == "C") && pt1 && pt2) {
-    vorhost::ObjectSelector selector(*host);
+    vorhost::ObjectSelector selector(host->commands());
     const ads_real* a = static_cast<const ads_real*>(pt1);
     const ads_real* b = static_cast<const ads_real*>(pt2);
     selector.Feed(Answer::Text(mode));
@@ -268,12 +205,15 @@ extern "C" int ads_ssget(const char* str, const void* pt1, const void* pt2, cons
     return RTERROR;
   }
   if (found.empty()) return RTERROR;
-  return host->AddSelectionSet(found, ss) ? RTNORM : RTERROR;
+  long number = host->document().selection_sets().Add(std::move(found));
+  if (!number) return RTERROR;
+  vorhost::SetName(number, ss);
+  return RTNORM;
 }
 
 extern "C" int ads_sslength(const ads_name ss, long* len) {
   Host* host = Host::Current();
-  const std::vector<uint64_t>* set = host ? host->SelectionSet(ss) : nullptr;
+  const std::vector<uint64_t>* set = host ? SetOf(*host, ss) : nullptr;
   if (!set || !len) return RTERROR;
   *len = static_cast<long>(set->size());
   return RTNORM;
@@ -281,28 +221,28 @@ extern "C" int ads_sslength(const ads_name ss, long* len) {
 
 extern "C" int ads_ssname(const ads_name ss, long i, ads_name entres) {
   Host* host = Host::Current();
-  const std::vector<uint64_t>* set = host ? host->SelectionSet(ss) : nullptr;
+  const std::vector<uint64_t>* set = host ? SetOf(*host, ss) : nullptr;
   if (!set || !entres || i < 0 || static_cast<size_t>(i) >= set->size()) return RTERROR;
-  Host::EntityName((*set)[static_cast<size_t>(i)], entres);
+  vorhost::EntityName((*set)[static_cast<size_t>(i)], entres);
   return RTNORM;
 }
 
 extern "C" int ads_ssfree(const ads_name sname) {
   Host* host = Host::Current();
-  return host && host->FreeSelectionSet(sname) ? RTNORM : RTERROR;
+  return host && host->document().selection_sets().Free(vorhost::SetNumber(sname)) ? RTNORM : RTERROR;
 }
 
 // ---- Points -------------------------------------------------------------------------
 
 extern "C" int ads_getpoint(const ads_point pt, const char* prompt, ads_point result) {
   Host* host = Host::Current();
-  if (!host || !result || host->command_pending() || host->dialogs().any_open()) return RTERROR;
-  vorhost::Point3 base = pt ? vorhost::Point3{pt[0], pt[1], pt[2]} : host->LastPoint();
+  if (!host || !result || host->commands().pending() || host->dialogs().any_open()) return RTERROR;
+  vorhost::Point3 base = pt ? vorhost::Point3{pt[0], pt[1], pt[2]} : host->document().LastPoint();
   for (;;) {
-    vorhost::Input in = host->Ask(prompt ? prompt : "");
-    if (in.kind != vorhost::Input::Kind::kLine) return RTCAN;
-    if (in.text.empty()) return RTNONE;
-    if (std::optional<vorhost::Point3> p = vorhost::AnswerPoint(Answer::Text(in.text), base)) {
+    vorhost::Input in = host->console().Ask(prompt ? prompt : "", vorhost::Asking::kPoint);
+    if (!in.IsAnswer()) return RTCAN;
+    if (in.answer.IsEnter()) return RTNONE;
+    if (std::optional<vorhost::Point3> p = vorhost::AnswerPoint(in.answer, base)) {
       std::memcpy(result, p->data(), sizeof(ads_point));
       return RTNORM;
     }

@@ -2,7 +2,7 @@
 // host's dialog runtime.
 #include <cstring>
 
-#include "emulator/host.h"
+#include "emulator/session/host.h"
 #include "host/ads.h"
 
 using vorhost::Dialog;

@@ -1,33 +1,16 @@
-// user.h - whoever plays the user of the host: a script, or a person at a
-// terminal. The host asks; the user answers.
-#ifndef VORHOST_UI_USER_H
-#define VORHOST_UI_USER_H
+// user.h - whoever plays the user of the host: a script, a person at a
+// terminal, or a window. The host asks; the user answers with the values
+// of core/input.h, never by composing text for the host to parse.
+#ifndef VORHOST_SESSION_USER_H
+#define VORHOST_SESSION_USER_H
 
 #include <string>
 #include <string_view>
 
+#include "emulator/core/input.h"
+#include "emulator/dialogs/events.h"
+
 namespace vorhost {
-
-// What the host is asking for.
-enum class Asking {
-  kCommand,  // the command prompt: a command or an expression
-  kPrompt,   // an answer to a prompt of a command or function
-  kDialog,   // an event in the dialog that is open (see docs/scripting.md)
-};
-
-// One answer: a line of text (Big5), Escape, or the end of the user's input.
-struct Input {
-  enum class Kind { kLine, kCancel, kEnd };
-  Kind kind = Kind::kEnd;
-  std::string text;
-
-  static Input Line(std::string text) { return {Kind::kLine, std::move(text)}; }
-  static Input Cancel() { return {Kind::kCancel, {}}; }
-  static Input End() { return {Kind::kEnd, {}}; }
-};
-
-// How an edit of a text file ended.
-enum class EditOutcome { kSaved, kUnchanged, kCancelled };
 
 class User {
  public:
@@ -35,6 +18,10 @@ class User {
 
   // The next answer; prompt is what the host has just shown (Big5).
   virtual Input Read(Asking asking, std::string_view prompt) = 0;
+
+  // The next event in dialog, the one on top (its tiles as they are now,
+  // for a front end that draws them); prompt is what the host has shown.
+  virtual DialogInput ReadEvent(Dialog& dialog, std::string_view prompt) = 0;
 
   // Lets the user edit *text, the contents of a text file of the host
   // (Big5, CR LF). kSaved leaves the new contents in *text for the host to

@@ -1,0 +1,64 @@
+// document.cpp - the document's variables, new records and selection sets.
+#include "emulator/drawing/document.h"
+
+#include <cstdlib>
+
+#include "emulator/core/answer.h"
+#include "emulator/core/text.h"
+
+namespace vorhost {
+
+long SelectionSets::Add(std::vector<uint64_t> members) {
+  if (sets_.size() >= kMaxSets) return 0;
+  long number = next_++;
+  sets_[number] = std::move(members);
+  return number;
+}
+
+const std::vector<uint64_t>* SelectionSets::Find(long number) const {
+  auto it = sets_.find(number);
+  return it == sets_.end() ? nullptr : &it->second;
+}
+
+bool SelectionSets::Free(long number) { return sets_.erase(number) > 0; }
+
+bool Document::SetVariable(std::string_view name, const SysValue& value, std::string* why) {
+  return vars_.Set(name, value, why,
+                   [this](std::string_view var, std::string* text) { return CheckText(var, text); });
+}
+
+bool Document::CheckText(std::string_view name, std::string* value) const {
+  *value = UpperName(*value);
+  if (name == "CECOLOR") {  // kept as NewEntity reads it: BYLAYER, BYBLOCK or 1 to 255
+    std::optional<short> color = ColorAnswer(Answer::Text(*value), true);
+    if (!color) return false;
+    *value = *color == kColorByLayer ? "BYLAYER" : *color == kColorByBlock ? "BYBLOCK" : std::to_string(*color);
+    return true;
+  }
+  if (name == "TEXTSTYLE") return tables().styles().Find(*value) != nullptr;
+  if (name == "CLAYER") return tables().layers().Find(*value) != nullptr;
+  return tables().linetypes().Find(*value) != nullptr;
+}
+
+Entity Document::NewEntity(std::string type) const {
+  Entity e(std::move(type));
+  SysValue v;
+  if (vars_.Get("CLAYER", &v)) e.layer = std::get<std::string>(v);
+  if (vars_.Get("CELTYPE", &v) && std::get<std::string>(v) != "BYLAYER")
+    e.linetype = std::get<std::string>(v);
+  if (vars_.Get("CECOLOR", &v)) {
+    const std::string& c = std::get<std::string>(v);
+    e.color = c == "BYLAYER" ? kColorByLayer : c == "BYBLOCK" ? kColorByBlock
+                                                                : static_cast<short>(std::atoi(c.c_str()));
+  }
+  return e;
+}
+
+Point3 Document::LastPoint() const {
+  SysValue v;
+  return vars_.Get("LASTPOINT", &v) ? std::get<Point3>(v) : Point3{0, 0, 0};
+}
+
+void Document::SetLastPoint(const Point3& p) { vars_.Force("LASTPOINT", p); }
+
+}  // namespace vorhost

@@ -1,0 +1,83 @@
+// host.h - the emulated CAD host: one session of it, made of parts that
+// each keep one job, and the current host that the module's ads_* calls act
+// on. vorhost makes one; tests make one per test.
+//
+//   console     the command line between the host and whoever plays the user
+//   document    the drawing, its variables, selection sets, last point and text
+//   lisp        the command language, with the host's functions (host_functions.h)
+//   module      the module's entry point, its registered functions, its calls
+//   commands    the command in progress (CommandRunner)
+//   dialogs     the dialog runtime
+//   command_line  the command prompt, where the user types commands and expressions
+//
+// See docs/emulator.md for how a user's action flows through them.
+#ifndef VORHOST_SESSION_HOST_H
+#define VORHOST_SESSION_HOST_H
+
+#include <memory>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+#include "emulator/core/transcript.h"
+#include "emulator/dialogs/dialogs.h"
+#include "emulator/drawing/document.h"
+#include "emulator/lisp/host_functions.h"
+#include "emulator/lisp/interp.h"
+#include "emulator/session/command_line.h"
+#include "emulator/session/command_runner.h"
+#include "emulator/session/console.h"
+#include "emulator/session/module_link.h"
+
+namespace vorhost {
+
+class Host {
+ public:
+  // A host with a new drawing and no module, printing its transcript to
+  // out (not owned; may be null). It becomes the current host.
+  explicit Host(std::ostream* out = nullptr);
+  // Unloads the module if it is loaded; the previous host becomes current.
+  ~Host();
+  Host(const Host&) = delete;
+  Host& operator=(const Host&) = delete;
+
+  // The host that the ads_* functions act on; null when there is none.
+  static Host* Current();
+
+  Transcript& transcript() { return transcript_; }
+  Console& console() { return console_; }
+  Document& document() { return document_; }
+  lisp::Interpreter& lisp() { return lisp_; }
+  ModuleLink& module() { return module_; }
+  CommandRunner& commands() { return commands_; }
+  DialogManager& dialogs() { return dialogs_; }
+  CommandLine& command_line() { return command_line_; }
+
+  // Closes the drawing (message 4) and opens a new, empty one (message 3):
+  // the command language starts afresh, as the host does for each drawing.
+  void NewDrawing();
+  // Replaces the drawing by the DXF file at linux_path, with the header
+  // variables it holds, as NewDrawing does; false with *err (and the drawing
+  // unchanged) when the file cannot be read.
+  bool OpenDrawing(const std::string& linux_path, std::string* err);
+
+ private:
+  // Closes the drawing (message 4), puts in the new one, starts the command
+  // language afresh and opens it (message 3).
+  void ReplaceDocument(Document document);
+
+  Host* previous_ = nullptr;
+  Transcript transcript_;
+  Console console_;
+  Document document_;
+  lisp::Interpreter lisp_;
+  ModuleLink module_;
+  DialogManager dialogs_;
+  CommandRunner commands_;
+  CommandLine command_line_;
+  std::unique_ptr<HostServices> services_;  // what the host functions reach
+};
+
+}  // namespace vorhost
+
+#endif

@@ -1,0 +1,128 @@
+// front_end_test.cpp - a front end that hands the host values rather than
+// lines of text (points and objects picked, a window drawn, dialog events
+// from clicks), as a terminal or a window will: the commands, selections and
+// dialogs take them as they take a script's lines, and the transcript shows
+// them as the command line does.
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "emulator/io/dump.h"
+#include "host/ads.h"
+#include "support/host_fixture.h"
+
+namespace vorhost::testing {
+namespace {
+
+// Hands over the values queued, and notes what kind of answer was asked for.
+class HandingUser : public User {
+ public:
+  std::deque<Input> answers;
+  std::deque<DialogInput> events;
+  std::vector<Asking> asked;
+  std::vector<std::string> missteps;
+
+  Input Read(Asking asking, std::string_view) override {
+    asked.push_back(asking);
+    if (answers.empty()) return Input::End();
+    Input in = answers.front();
+    answers.pop_front();
+    return in;
+  }
+  DialogInput ReadEvent(Dialog&, std::string_view) override {
+    asked.push_back(Asking::kDialog);
+    if (events.empty()) return DialogInput::End();
+    DialogInput in = events.front();
+    events.pop_front();
+    return in;
+  }
+  EditOutcome EditText(std::string*, std::string*) override { return EditOutcome::kUnchanged; }
+  void Misstep(const std::string& why) override { missteps.push_back(why); }
+};
+
+class FrontEndTest : public HostTest {
+ protected:
+  void SetUp() override {
+    HostTest::SetUp();
+    host_->console().set_user(&user_);
+  }
+  void Hand(std::vector<Input> answers) { user_.answers.assign(answers.begin(), answers.end()); }
+  std::string Dump() { return DumpDrawing(host_->document().drawing()); }
+
+  HandingUser user_;
+};
+
+Input Point(double x, double y) { return Input::Of(Answer::OfPoint({x, y, 0})); }
+
+TEST_F(FrontEndTest, PointsPickedAnswerPointPrompts) {
+  Hand({Point(0, 0), Point(10, 0), Input::Line("")});
+  host_->command_line().Execute("LINE");
+  EXPECT_NE(Dump().find("LINE layer=\"0\" linetype=BYLAYER color=256 10=(0,0,0) 11=(10,0,0)"),
+            std::string::npos)
+      << Dump();
+  EXPECT_NE(Output().find("From point: 0,0,0\nTo point: 10,0,0\nTo point: "), std::string::npos) << Output();
+}
+
+TEST_F(FrontEndTest, ObjectsPickedAndWindowsDrawnSelect) {
+  Hand({Point(0, 0), Point(10, 0), Input::Line(""), Point(50, 0), Point(60, 0), Input::Line("")});
+  host_->command_line().Execute("LINE");
+  host_->command_line().Execute("LINE");
+  std::vector<uint64_t> lines = host_->document().drawing().MainEntities();
+  ASSERT_EQ(lines.size(), 2u);
+
+  // CHPROP on the first line, picked; ERASE by a window round the second.
+  Hand({Input::Of(Answer::OfEntities(Answer::Kind::kSet, {lines[0]})), Input::Line(""),
+        Input::Line("C"), Input::Line("1"), Input::Line("")});
+  user_.asked.clear();
+  host_->command_line().Execute("CHPROP");
+  EXPECT_EQ(user_.asked.front(), Asking::kSelection);
+  EXPECT_EQ(user_.asked[2], Asking::kPrompt);
+  Hand({Input::Of(Answer::OfWindow({40, -5, 0}, {70, 5, 0}, false)), Input::Line("")});
+  host_->command_line().Execute("ERASE");
+  std::vector<uint64_t> left = host_->document().drawing().MainEntities();
+  ASSERT_EQ(left, (std::vector<uint64_t>{lines[0]}));
+  EXPECT_EQ(host_->document().drawing().Find(lines[0])->color, 1);
+  EXPECT_NE(Output().find("Select objects: W 40,-5,0 70,5,0\n1 found"), std::string::npos) << Output();
+}
+
+TEST_F(FrontEndTest, GetpointAsksForAPoint) {
+  Hand({Point(3, 4)});
+  ads_point p;
+  ASSERT_EQ(ads_getpoint(nullptr, "\nstart point 1:", p), RTNORM);
+  EXPECT_EQ(p[0], 3);
+  EXPECT_EQ(user_.asked.back(), Asking::kPoint);
+}
+
+TEST_F(FrontEndTest, DialogEventsAsValues) {
+  WriteFile("T.DCL", "t : dialog { : edit_box { key = \"gap\"; } ok_cancel; }\n");
+  using Action = DialogEvent::Action;
+  user_.events = {DialogInput::Event(DialogEvent::Of(Action::kType, "gap", "3.5")),
+                  DialogInput::Event(DialogEvent::Of(Action::kPress, "nosuch")),
+                  DialogInput::Event(DialogEvent::Ok())};
+  host_->command_line().Execute("(dcl_preview \"T.DCL\" \"t\")");
+  EXPECT_EQ(lisp::Print(host_->command_line().last_value()), "1");
+  EXPECT_EQ(user_.missteps, (std::vector<std::string>{"dialog t has no tile \"nosuch\""}));
+  EXPECT_NE(Output().find("t> type gap 3.5\nt> press nosuch\ndialog t has no tile \"nosuch\"\nt> ok\n"),
+            std::string::npos)
+      << Output();
+}
+
+TEST(DialogEventTest, TheTextFormReadsAndWritesEveryEvent) {
+  for (const char* line : {"select eline 1", "double-click file 0", "type gap 3.5 mm", "enter edit 12",
+                           "press loadline", "toggle dimline", "choose mm", "ok", "cancel"}) {
+    DialogEvent event;
+    std::string why;
+    ASSERT_TRUE(ParseDialogEvent(line, &event, &why)) << line;
+    EXPECT_EQ(EventText(event), line);
+  }
+  DialogEvent event;
+  std::string why;
+  EXPECT_TRUE(ParseDialogEvent("enter gap   two  blanks", &event, &why));
+  EXPECT_EQ(event.value, "  two  blanks");  // kept as typed after the key
+  EXPECT_FALSE(ParseDialogEvent("click ok", &event, &why));
+  EXPECT_EQ(why,
+            "not a dialog event: \"click ok\" (select, double-click, type, enter, press, toggle, choose, ok, cancel)");
+}
+
+}  // namespace
+}  // namespace vorhost::testing
