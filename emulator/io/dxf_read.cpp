@@ -104,7 +104,8 @@ RbValue KindOf(int code) {
   RbValue kind = ValueOf(code);
   if (kind == RbValue::kName) return RbValue::kString;
   if (kind != RbValue::kNone) return kind;
-  if ((code >= 110 && code <= 149) || (code >= 210 && code <= 239) ||
+  // A y or z without the x before it (20-37) is still a coordinate.
+  if ((code >= 20 && code <= 37) || (code >= 110 && code <= 149) || (code >= 210 && code <= 239) ||
       (code >= 460 && code <= 469) || (code >= 1010 && code <= 1059))
     return RbValue::kReal;
   if ((code >= 270 && code <= 299) || (code >= 370 && code <= 389) ||

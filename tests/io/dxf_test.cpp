@@ -325,6 +325,10 @@ TEST_F(DxfTest, BrokenFilesFailWithTheirLine) {
       {"0\nSECTION\n2\nENTITIES\n0\nLINE\n10\n1\n30\n0\n0\nENDSEC\n0\nEOF\n",
        ":8: group 10 has no y (group 20) after it"},
       {"0\nSECTION\n2\nENTITIES\n0\nLINE\n70\nx\n0\nENDSEC\n0\nEOF\n", ":8: 'x' is not a number (group 70)"},
+      // A coordinate without its x: once kept as a text, and then read as
+      // the z of the point before it when the drawing was saved.
+      {"0\nSECTION\n2\nENTITIES\n0\nLINE\n10\n0\n20\n0\n30\n0\n30\nOCKS\n0\nENDSEC\n0\nEOF\n",
+       ":14: 'OCKS' is not a number (group 30)"},
       {"0\nSECTION\n2\nHEADER\n9\n$LTSCALE\n40\nbig\n0\nENDSEC\n0\nEOF\n", ":8: 'big' is not a number"},
       {"0\nSECTION\n2\nENTITIES\n0\nENDSEC\n", ":6: the file ends without EOF"},
       {"0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n2\nB\n0\nLINE\n", ":10: the file ends without EOF"},
