@@ -73,7 +73,7 @@ Host::Host(std::ostream* out)
     if (Host* host = Current()) host->transcript().Write(text);
   });
   DefineHostFunctions(lisp_, *services_);
-  MarkDrawingSaved();
+  NoteDrawingVars();
 }
 
 Host::~Host() {
@@ -101,7 +101,8 @@ void Host::ReplaceDocument(Document document) {
   lisp_.Reset();
   DefineHostFunctions(lisp_, *services_);
   module_.OpenDrawing();
-  MarkDrawingSaved();
+  NoteDrawingVars();
+  if (file_.saved_dxf) MarkDrawingSaved();
 }
 
 }  // namespace vorhost

@@ -15,6 +15,7 @@
 #define VORHOST_SESSION_HOST_H
 
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -68,10 +69,12 @@ class Host {
   // host's drawing is C:\DRAWING.DXF; SAVEAS names it afresh.
   void NameDrawing(std::string name, std::string linux_path);
   const std::string& drawing_name();
-  // Whether the drawing differs from what it was when it was last opened,
-  // saved or started (MarkDrawingSaved).
+  // Whether the drawing differs from what it was when it was last saved,
+  // or opened or started once MarkDrawingSaved was called; before that,
+  // whether it differs from a new drawing.
   bool DrawingModified();
-  // The drawing as it stands is what its file holds.
+  // The drawing as it stands is what its file holds; from now on each
+  // drawing opened or started counts as saved as it comes.
   void MarkDrawingSaved();
   // Writes the drawing to its file; false with *why (the host's message).
   bool SaveDrawing(std::string* why);
@@ -97,13 +100,15 @@ class Host {
   void Quit();
   // Takes a name SAVEAS gave the drawing since it was last looked at.
   void FollowSaveAs();
+  // Notes the drawing's DWGPREFIX and DWGNAME, for FollowSaveAs to compare.
+  void NoteDrawingVars();
 
   // The drawing's file and what it held when last opened or saved.
   struct DrawingFile {
     std::string name = "C:\\DRAWING.DXF";
     std::string linux_path;
     std::string dwg_vars;   // DWGPREFIX and DWGNAME when it was named
-    std::string saved_dxf;  // the drawing as DXF when last opened or saved
+    std::optional<std::string> saved_dxf;  // the drawing as DXF when last opened or saved
   };
 
   Host* previous_ = nullptr;

@@ -51,8 +51,10 @@ std::string Indented(const std::string& lines) {
 void Host::NameDrawing(std::string name, std::string linux_path) {
   file_.name = std::move(name);
   file_.linux_path = std::move(linux_path);
-  file_.dwg_vars = DwgVars(document_.sysvars());
+  NoteDrawingVars();
 }
+
+void Host::NoteDrawingVars() { file_.dwg_vars = DwgVars(document_.sysvars()); }
 
 void Host::FollowSaveAs() {
   std::string vars = DwgVars(document_.sysvars());
@@ -62,7 +64,7 @@ void Host::FollowSaveAs() {
   file_.linux_path.clear();
   file_.dwg_vars = vars;
   std::string linux_path, saved;
-  if (Files().Resolve(vars, &linux_path) && ReadWholeFile(linux_path, &saved)) file_.saved_dxf = saved;
+  if (Files().Resolve(vars, &linux_path) && ReadWholeFile(linux_path, &saved)) file_.saved_dxf = std::move(saved);
 }
 
 const std::string& Host::drawing_name() {
@@ -76,12 +78,24 @@ bool Host::DrawingModified() {
   // A drawing that cannot be written as DXF cannot be saved either; asking
   // would only end in a refusal.
   if (!DrawingDxf(document_.drawing(), document_.sysvars(), &now)) return false;
-  return now != file_.saved_dxf;
+  if (!file_.saved_dxf) {
+    // Nothing was marked saved: the drawing is compared with a new one.
+    static const std::string fresh = [] {
+      Document blank;
+      std::string text;
+      DrawingDxf(blank.drawing(), blank.sysvars(), &text);
+      return text;
+    }();
+    return now != fresh;
+  }
+  return now != *file_.saved_dxf;
 }
 
 void Host::MarkDrawingSaved() {
-  file_.dwg_vars = DwgVars(document_.sysvars());
-  if (!DrawingDxf(document_.drawing(), document_.sysvars(), &file_.saved_dxf)) file_.saved_dxf.clear();
+  FollowSaveAs();
+  std::string text;
+  if (!DrawingDxf(document_.drawing(), document_.sysvars(), &text)) text.clear();
+  file_.saved_dxf = std::move(text);
 }
 
 bool Host::SaveDrawing(std::string* why) {
