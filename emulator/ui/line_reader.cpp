@@ -24,18 +24,6 @@ struct sigaction previous_action;
 
 void OnInterrupt(int) { interrupted = 1; }
 
-// How long an Escape waits for the rest of a key's sequence (an arrow
-// sends Escape and more at once); alone, it is Escape.
-constexpr int kEscapeWaitMs = 60;
-
-bool MoreWithin(int fd, int ms) {
-  pollfd p{fd, POLLIN, 0};
-  int n;
-  do n = poll(&p, 1, ms);
-  while (n < 0 && errno == EINTR && !interrupted);
-  return n > 0;
-}
-
 void WriteAll(int fd, std::string_view text) {
   while (!text.empty()) {
     ssize_t n = write(fd, text.data(), text.size());
@@ -113,6 +101,18 @@ class PlainReader : public LineReader {
 };
 
 #ifdef VORHOST_LIBEDIT
+
+// How long an Escape waits for the rest of a key's sequence (an arrow
+// sends Escape and more at once); alone, it is Escape.
+constexpr int kEscapeWaitMs = 60;
+
+bool MoreWithin(int fd, int ms) {
+  pollfd p{fd, POLLIN, 0};
+  int n;
+  do n = poll(&p, 1, ms);
+  while (n < 0 && errno == EINTR && !interrupted);
+  return n > 0;
+}
 
 class EditReader : public LineReader {
  public:
