@@ -112,11 +112,31 @@ LineInput TerminalUser::NextLine(const std::string& prompt, Asking asking) {
 }
 
 DirectiveStep TerminalUser::Directive(const std::string& line, Input* answer) {
-  if (line.starts_with("#edit") || line.starts_with("#keep") || line.starts_with("#end")) {
+  std::string word = line.substr(0, line.find_first_of(" \t"));
+  if (word == "#edit" || word == "#keep" || word == "#end") {
     screen_.Show("#edit, #keep and #end answer only a file edit of a script.");
     return DirectiveStep::kNext;
   }
+  if (word == "#show") {  // the dialog drawn again, on the screen only
+    Dialog* open = host_.dialogs().top();
+    screen_.Show(open ? DrawDialog(*open, Style()) : "#show: no dialog is open");
+    return DirectiveStep::kNext;
+  }
   return RunDirective(directives_, line, answer);
+}
+
+DialogViewStyle TerminalUser::Style() const {
+  DialogViewStyle style;
+  style.width = width_;
+  style.colour = colour_;
+  return style;
+}
+
+void TerminalUser::Acknowledge(std::string_view) {
+  // The alert is the open line; it stays on the screen until Enter.
+  std::string alert = screen_.TakeOpenLine();
+  reader_.Read(alert + "  (Enter closes it) ", {});
+  host_.transcript().Record("\n");  // the reader has ended the line
 }
 
 Input TerminalUser::Read(Asking asking, std::string_view) {
@@ -147,10 +167,7 @@ Input TerminalUser::Read(Asking asking, std::string_view) {
 
 DialogInput TerminalUser::ReadEvent(Dialog& dialog, std::string_view) {
   std::string prompt = screen_.TakeOpenLine();
-  DialogViewStyle style;
-  style.width = width_;
-  style.colour = colour_;
-  std::string drawing = DrawDialog(dialog, style);
+  std::string drawing = DrawDialog(dialog, Style());
   if (drawing != last_drawing_) screen_.Show(drawing);
   last_drawing_ = drawing;
   for (;;) {

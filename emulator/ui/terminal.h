@@ -11,6 +11,7 @@
 
 #include "emulator/session/user.h"
 #include "emulator/ui/completer.h"
+#include "emulator/ui/dialog_view.h"
 #include "emulator/ui/directives.h"
 #include "emulator/ui/line_reader.h"
 #include "emulator/ui/terminal_screen.h"
@@ -30,6 +31,8 @@ class TerminalUser : public User {
   Input Read(Asking asking, std::string_view prompt) override;
   DialogInput ReadEvent(Dialog& dialog, std::string_view prompt) override;
   EditOutcome EditText(std::string* text, std::string* why) override;
+  // An alert stays on the screen until the person presses Enter.
+  void Acknowledge(std::string_view message) override;
   std::string HelpNotes() override;
 
  private:
@@ -40,6 +43,7 @@ class TerminalUser : public User {
   // kNext when it was carried out and the host should ask again.
   DirectiveStep Directive(const std::string& line, Input* answer);
   void ShowHelp(Asking asking);
+  DialogViewStyle Style() const;
 
   Host& host_;
   TerminalScreen& screen_;
