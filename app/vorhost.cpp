@@ -1,6 +1,5 @@
 // vorhost.cpp - the emulated CAD host with the drafting module loaded,
 // played by a script or by a person typing at standard input.
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -309,13 +308,6 @@ void WatchLive(vorhost::Host& host, const Options& opts) {
   host.command_line().set_after_line(write);
 }
 
-// The terminal's width for drawn dialogs: at most 80 columns.
-int TerminalWidth() {
-  winsize size{};
-  int width = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
-  return std::min(width, 80);
-}
-
 bool TerminalHasColour() {
   const char* term = std::getenv("TERM");
   return isatty(STDOUT_FILENO) && !std::getenv("NO_COLOR") && term && std::string_view(term) != "dumb";
@@ -331,7 +323,8 @@ int RunPerson(const Options& opts) {
   if (!history_file.empty() && !history.Load(history_file, &err)) std::cerr << "vorhost: " << err << "\n";
   vorhost::InterruptGuard interrupts;
   std::unique_ptr<vorhost::LineReader> reader = vorhost::MakeLineReader(history, STDIN_FILENO, STDOUT_FILENO);
-  vorhost::TerminalUser user(host, screen, *reader, TerminalWidth(), TerminalHasColour());
+  // Dialogs are drawn in 80 columns at most, as a narrower terminal allows.
+  vorhost::TerminalUser user(host, screen, *reader, 80, TerminalHasColour());
   host.console().set_user(&user);
   host.console().set_echo_answers(false);
   if (!opts.open.empty() && !host.OpenDrawing(opts.open, &err)) {

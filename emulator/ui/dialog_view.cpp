@@ -112,10 +112,15 @@ class Painter {
       case TileKind::kRow:
       case TileKind::kRadioRow: return Row(tile, width, 2);
       case TileKind::kConcatenation: {
-        Block b = Row(tile, width > indent_header ? width - indent_header : width, 0);
+        // Parts of one line (column headers, say): cut, never wrapped.
+        std::vector<Block> parts;
+        for (const auto& kid : tile.children()) parts.push_back(Draw(*kid, width));
+        Block b;
+        SideBySide(parts, 0, &b);
         if (indent_header)
           for (std::string& l : b.lines) l = std::string(indent_header, ' ') + l;
         b.width += indent_header;
+        b.Squeeze(width);
         return b;
       }
       case TileKind::kBoxedRow:

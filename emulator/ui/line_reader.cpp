@@ -148,6 +148,7 @@ class EditReader : public LineReader {
     prompt_ = prompt;
     complete_ = &complete;
     pending_ = LineInput::Kind::kEnd;
+    el_resize(el_);  // the window may have changed since the last line
     if (!kept_.empty()) el_push(el_, kept_.c_str());
     kept_.clear();
     int count = 0;

@@ -127,7 +127,7 @@ DirectiveStep TerminalUser::Directive(const std::string& line, Input* answer) {
 
 DialogViewStyle TerminalUser::Style() const {
   DialogViewStyle style;
-  style.width = width_;
+  style.width = std::min(screen_.Columns(width_), width_);
   style.colour = colour_;
   return style;
 }
@@ -204,7 +204,7 @@ void TerminalUser::ShowHelp(Asking asking) {
     return;
   }
   Dialog* dialog = host_.dialogs().top();
-  std::string out = "Events (Escape or Ctrl-C is cancel, Tab completes a word):\n" + Columns(EventSummary(), 22, width_);
+  std::string out = "Events (Escape or Ctrl-C is cancel, Tab completes a word):\n" + Columns(EventSummary(), 22, Style().width);
   if (dialog) {
     // The keys by kind of tile, in layout order; disabled ones in brackets.
     out += "Tiles of " + dialog->name() + " by kind (disabled ones in brackets):\n";
@@ -217,7 +217,7 @@ void TerminalUser::ShowHelp(Asking asking) {
       if (tile->IsList()) key += "(rows 0-" + std::to_string(tile->rows.empty() ? 0 : tile->rows.size() - 1) + ")";
       at->second += (at->second.empty() ? "" : " ") + key;
     }
-    for (const auto& [kind, keys] : kinds) out += Wrapped(kind, keys, width_);
+    for (const auto& [kind, keys] : kinds) out += Wrapped(kind, keys, Style().width);
   }
   screen_.Show(Big5ToUtf8(out));
 }

@@ -22,8 +22,9 @@ class Host;
 
 class TerminalUser : public User {
  public:
-  // None of the references is owned. width is the terminal's, in columns;
-  // colour says whether the drawn dialogs may use it.
+  // None of the references is owned. width is the most columns a drawn
+  // dialog takes (fewer when the terminal is narrower); colour says whether
+  // the drawn dialogs may use it.
   TerminalUser(Host& host, TerminalScreen& screen, LineReader& reader, int width, bool colour);
   TerminalUser(const TerminalUser&) = delete;
   TerminalUser& operator=(const TerminalUser&) = delete;

@@ -1,6 +1,7 @@
 // terminal_screen.cpp - output that keeps the prompt back for the reader.
 #include "emulator/ui/terminal_screen.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -62,5 +63,10 @@ void TerminalScreen::Show(std::string_view text) {
 }
 
 void TerminalScreen::Write(std::string_view text) { WriteFd(fd_, text); }
+
+int TerminalScreen::Columns(int fallback) const {
+  winsize size{};
+  return ioctl(fd_, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : fallback;
+}
 
 }  // namespace vorhost

@@ -32,6 +32,8 @@ class TerminalScreen : private std::streambuf {
   void Show(std::string_view text);
   // Writes text as it stands (what the reader left on the line).
   void Write(std::string_view text);
+  // The terminal's width in columns now; fallback when it is no terminal.
+  int Columns(int fallback) const;
 
  private:
   int overflow(int c) override;
