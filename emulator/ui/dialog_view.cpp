@@ -287,7 +287,7 @@ class Painter {
     switch (tile.kind()) {
       case TileKind::kButton:
       case TileKind::kImageButton:
-        line = Off(tile, "[" + (label.empty() ? Big5ToUtf8(tile.key()) : label) + "]" + Key(tile));
+        line = Off(tile, label.empty() ? "[" + Big5ToUtf8(tile.key()) + "]" : "[" + label + "]" + Key(tile));
         break;
       case TileKind::kToggle: line = Off(tile, std::string(tile.value == "1" ? "[x] " : "[ ] ") + label + Key(tile)); break;
       case TileKind::kRadioButton:
