@@ -129,9 +129,13 @@ class EditReader : public LineReader {
     el_set(el_, EL_HIST, ::history, edit_history_);
     el_set(el_, EL_PROMPT, &EditReader::Prompt);
     el_set(el_, EL_GETCFN, &EditReader::GetChar);
-    el_set(el_, EL_ADDFN, "vor-complete", "Complete the word", &EditReader::CompleteWord);
-    el_set(el_, EL_ADDFN, "vor-help", "Show help", &EditReader::Help);
+    // The wide form keeps the names as given; the narrow one copies them
+    // and never frees the copies.
+    el_wset(el_, EL_ADDFN, L"vor-complete", L"Complete the word", &EditReader::CompleteWord);
+    el_wset(el_, EL_ADDFN, L"vor-help", L"Show help", &EditReader::Help);
+    el_wset(el_, EL_ADDFN, L"vor-end", L"End of input on an empty line, else delete", &EditReader::EndOrDelete);
     el_set(el_, EL_BIND, "^I", "vor-complete", nullptr);
+    el_set(el_, EL_BIND, "^D", "vor-end", nullptr);
     el_set(el_, EL_BIND, "\033OP", "vor-help", nullptr);
     el_set(el_, EL_BIND, "\033[11~", "vor-help", nullptr);
     el_source(el_, nullptr);  // the person's own ~/.editrc
@@ -215,6 +219,20 @@ class EditReader : public LineReader {
     self->pending_ = LineInput::Kind::kHelp;
     fputc('\n', self->out_);
     return CC_EOF;
+  }
+
+  // Ctrl-D: the end of input on an empty line (without libedit's "^D" on
+  // the screen), else deletes the character under the cursor.
+  static unsigned char EndOrDelete(EditLine* el, int) {
+    const LineInfo* li = el_line(el);
+    if (li->buffer == li->lastchar) {
+      Of(el)->pending_ = LineInput::Kind::kEnd;
+      return CC_EOF;
+    }
+    if (li->cursor == li->lastchar) return CC_REFRESH_BEEP;
+    el_cursor(el, 1);
+    el_deletestr(el, 1);
+    return CC_REFRESH;
   }
 
   static unsigned char CompleteWord(EditLine* el, int) {
