@@ -16,7 +16,7 @@ import unittest
 
 VORHOST = None
 SEED = None
-UP, ESC, CTRL_C, CTRL_D, F1, TAB = "\x1b[A", "\x1b", "\x03", "\x04", "\x1bOP", "\t"
+UP, LEFT, ESC, CTRL_C, CTRL_D, F1, TAB = "\x1b[A", "\x1b[D", "\x1b", "\x03", "\x04", "\x1bOP", "\t"
 
 
 class Terminal:
@@ -144,8 +144,12 @@ class TerminalTest(unittest.TestCase):
         t.expect("From point: ")
         t.send(CTRL_C)
         t.expect(r"\*Cancel\*")
-        t.line("(+ 1 2)")
-        t.expect(r"\n3")
+        # Ctrl-D inside a line deletes the character under the cursor.
+        t.send("(+ 1 2X")
+        t.send(LEFT)
+        t.send(CTRL_D)
+        t.line(")")
+        t.expect(r"\n3\r?\n")
         self.assertTrue(t.alive())
 
     def test_help_and_a_line_big5_cannot_hold(self):
@@ -220,6 +224,9 @@ class TerminalTest(unittest.TestCase):
         t.expect("not a dialog event")
         t.line("press nothing")
         t.expect('has no tile "nothing"')
+        t.send(F1)
+        t.expect(r"Tiles of NUMBER_TOOL")
+        t.expect(r"\[2p\] \[entity\]")  # disabled, in brackets
         t.send("type ed" + TAB)
         t.line("12")
         t.expect(r"\[12 *\]\(edit\)")
@@ -231,7 +238,8 @@ class TerminalTest(unittest.TestCase):
     def test_run_types_dialog_drawn_with_chosen_row_and_disabled_tiles(self):
         t = self.start(seed=True)
         t.line('(setq VORMIS "C:/VOR")')
-        t.line("(VOR_ELINE)")
+        t.send("(VOR_EL" + TAB)  # the module's function
+        t.line(")")
         t.expect(r"\+= 管線定義 \(VOR_ELINE_0\)")
         t.expect(r"代號 +線型")           # the list's column headers
         t.expect(r"\n\|     0 E1 ")         # its rows, on the tab stops
