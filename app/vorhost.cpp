@@ -3,6 +3,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <memory>
 #include <filesystem>
 #include <optional>
 #include <fstream>
@@ -18,7 +20,12 @@
 #include "emulator/io/svg.h"
 #include "emulator/platform/filesystem.h"
 #include "emulator/platform/search_path.h"
+#include "emulator/core/encoding.h"
+#include "emulator/ui/history.h"
+#include "emulator/ui/line_reader.h"
 #include "emulator/ui/script.h"
+#include "emulator/ui/terminal.h"
+#include "emulator/ui/terminal_screen.h"
 #include "host/ads.h"
 
 #ifndef VORMIS_VERSION
@@ -61,7 +68,7 @@ struct Options {
   std::vector<std::pair<bool, std::string>> conversions;
   std::vector<std::pair<char, std::string>> drives;
   std::string script = "-";
-  std::string open, save, svg;
+  std::string open, save, svg, live;
   bool dump = false;
 };
 
@@ -121,6 +128,8 @@ const Option kOptions[] = {
     {"--open", "FILE.dxf", "start from this drawing instead of an empty one", TakeFile<&Options::open>},
     {"--save", "FILE.dxf", "when the script ends, save the drawing (DXF R12, Big5)", TakeFile<&Options::save>},
     {"--svg", "FILE.svg", "when the script ends, write the drawing as SVG", TakeFile<&Options::svg>},
+    {"--live", "FILE.svg", "write the drawing as SVG after every command line, for\n"
+                           "an image viewer or a browser to show as it grows", TakeFile<&Options::live>},
     {"--dump", nullptr, "when the script ends, print the drawing as text", TakeDump},
     {"--import-text", "FILE", "convert a data file written in UTF-8 to the module's\n"
                               "form (Big5, CR LF, 0x1A at the end), in place; refused\n"
@@ -187,7 +196,7 @@ bool ParseOptions(int argc, char** argv, Options* opts, std::string* err) {
     }
   }
   if (!opts->conversions.empty() && (have_script || !opts->drives.empty() || !opts->open.empty() ||
-                                     !opts->save.empty() || !opts->svg.empty() || opts->dump)) {
+                                     !opts->save.empty() || !opts->svg.empty() || !opts->live.empty() || opts->dump)) {
     *err = "--import-text and --export-text take no script and no other option";
     return false;
   }
@@ -255,11 +264,12 @@ bool MountDrives(const Options& opts, std::string* err) {
 }
 
 // Writes what the options ask for once the script has ended; false when a
-// file could not be written (the reason is on standard error).
-bool WriteResults(vorhost::Host& host, const Options& opts) {
+// file could not be written (the reason is on standard error). A person's
+// drawing is saved by SAVE, QSAVE and QUIT, under the name --save gives it.
+bool WriteResults(vorhost::Host& host, const Options& opts, bool person) {
   std::string err;
   bool ok = true;
-  if (!opts.save.empty() && !vorhost::SaveDxf(host.document().drawing(), host.document().sysvars(), opts.save, &err)) {
+  if (!person && !opts.save.empty() && !vorhost::SaveDxf(host.document().drawing(), host.document().sysvars(), opts.save, &err)) {
     std::cerr << "vorhost: " << err << "\n";
     ok = false;
   }
@@ -271,9 +281,71 @@ bool WriteResults(vorhost::Host& host, const Options& opts) {
   return ok;
 }
 
+// The drawing's name for SAVE and QUIT: the file it was opened from, or
+// the one to save it to.
+void NameDrawing(vorhost::Host& host, const Options& opts) {
+  const std::string& file = !opts.open.empty() ? opts.open : opts.save;
+  if (file.empty()) return;
+  std::string name;
+  if (!vorhost::Utf8ToBig5(file, &name)) name = file;
+  host.NameDrawing(name, file);
+}
+
+// With --live, the drawing as SVG after every command line; a file that
+// cannot be written is reported once.
+void WatchLive(vorhost::Host& host, const Options& opts) {
+  if (opts.live.empty()) return;
+  auto write = [&host, file = opts.live, reported = false]() mutable {
+    std::string err;
+    if (vorhost::SaveSvg(host.document().drawing(), host.document().sysvars(), file, &err)) {
+      reported = false;
+    } else if (!reported) {
+      host.transcript().WriteLine(err + "\n");
+      reported = true;
+    }
+  };
+  write();
+  host.command_line().set_after_line(write);
+}
+
+bool TerminalHasColour() {
+  const char* term = std::getenv("TERM");
+  return isatty(STDOUT_FILENO) && !std::getenv("NO_COLOR") && term && std::string_view(term) != "dumb";
+}
+
+// A person at the terminal, until QUIT, EXIT or Ctrl-D; the exit status.
+int RunPerson(const Options& opts) {
+  std::cout << kVersion << std::flush;
+  vorhost::TerminalScreen screen(STDOUT_FILENO);
+  vorhost::Host host(&screen.stream());
+  vorhost::History history;
+  std::string history_file = vorhost::History::DefaultPath(), err;
+  if (!history_file.empty() && !history.Load(history_file, &err)) std::cerr << "vorhost: " << err << "\n";
+  vorhost::InterruptGuard interrupts;
+  std::unique_ptr<vorhost::LineReader> reader = vorhost::MakeLineReader(history, STDIN_FILENO, STDOUT_FILENO);
+  // Dialogs are drawn in 80 columns at most, as a narrower terminal allows.
+  vorhost::TerminalUser user(host, screen, *reader, 80, TerminalHasColour());
+  host.console().set_user(&user);
+  host.console().set_echo_answers(false);
+  if (!opts.open.empty() && !host.OpenDrawing(opts.open, &err)) {
+    std::cerr << "vorhost: " << err << "\n";
+    return 2;
+  }
+  host.module().Load(acrxEntryPoint);
+  NameDrawing(host, opts);
+  host.MarkDrawingSaved();
+  WatchLive(host, opts);
+  host.command_line().Run();
+  host.module().Unload();
+  screen.Flush();
+  if (!history_file.empty() && !history.Save(history_file, &err)) std::cerr << "vorhost: " << err << "\n";
+  return WriteResults(host, opts, true) ? 0 : 3;
+}
+
 // Runs the script the options name, or a person at the terminal, in a host
 // with the module loaded; the program's exit status.
 int RunSession(const Options& opts) {
+  if (opts.script == "-" && isatty(STDIN_FILENO)) return RunPerson(opts);
   std::ifstream file;
   std::istream* in = &std::cin;
   if (opts.script != "-") {
@@ -288,22 +360,21 @@ int RunSession(const Options& opts) {
   vorhost::Host host(&std::cout);
   vorhost::ScriptUser script(host, opts.script == "-" ? "<stdin>" : opts.script, in);
   host.console().set_user(&script);
-  bool person = opts.script == "-" && isatty(STDIN_FILENO);
-  if (person) std::cout << kVersion;
-  host.console().set_echo_answers(!person);
-  script.set_interactive(person);
   std::string err;
   if (!opts.open.empty() && !host.OpenDrawing(opts.open, &err)) {
     std::cerr << "vorhost: " << err << "\n";
     return 2;
   }
   host.module().Load(acrxEntryPoint);
+  NameDrawing(host, opts);
+  host.MarkDrawingSaved();
+  WatchLive(host, opts);
   host.command_line().Run();
   host.module().Unload();
   std::cout.flush();
   int status = script.failed() ? 1 : 0;
   if (script.failed()) std::cerr << script.failure() << "\n";
-  if (!WriteResults(host, opts)) status = status ? status : 3;
+  if (!WriteResults(host, opts, false)) status = status ? status : 3;
   return status;
 }
 

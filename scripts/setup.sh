@@ -5,6 +5,9 @@ packages=(cmake ninja-build g++ pkg-config libgtest-dev libgmock-dev libbenchmar
           python3 python3-ezdxf clang libclang-rt-14-dev)
 # The Chinese texts of the SVG drawings; building the Debian package.
 packages+=(fonts-wqy-microhei dpkg-dev file)
+# Line editing, history and completion for a person at vorhost's terminal
+# (vorhost builds and works without it, reading lines plainly).
+packages+=(libedit-dev)
 # vormis.arx, the module as the real host loads it: the i686 MinGW-w64
 # compiler with Windows threads (it needs no threading library) and binutils.
 packages+=(g++-mingw-w64-i686-win32 binutils-mingw-w64-i686)

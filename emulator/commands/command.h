@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "emulator/core/answer.h"
 #include "emulator/core/input.h"
@@ -75,6 +76,8 @@ std::unique_ptr<Command> MakeCommand(CommandContext& context, std::string_view n
 
 // One line per command, for help texts: "NAME  what it does".
 std::string CommandSummary();
+// The names a command may be typed by, aliases included, for completion.
+std::vector<std::string> CommandNames();
 
 }  // namespace vorhost
 

@@ -8,12 +8,12 @@
 namespace vorhost {
 namespace {
 
-// Other names of commands: DTEXT is TEXT, DXFOUT and SAVE are SAVEAS.
+// Other names of commands: DTEXT is TEXT, DXFOUT is SAVEAS.
 struct Alias {
   const char* name;
   const char* command;
 };
-constexpr Alias kAliases[] = {{"DTEXT", "TEXT"}, {"DXFOUT", "SAVEAS"}, {"SAVE", "SAVEAS"}};
+constexpr Alias kAliases[] = {{"DTEXT", "TEXT"}, {"DXFOUT", "SAVEAS"}};
 
 // Every command, by name.
 const std::vector<CommandEntry>& Commands() {
@@ -38,10 +38,16 @@ std::unique_ptr<Command> MakeCommand(CommandContext& context, std::string_view n
   return MakeSysvarCommand(context, name);
 }
 
+std::vector<std::string> CommandNames() {
+  std::vector<std::string> names;
+  for (const CommandEntry& c : Commands()) names.push_back(c.name);
+  for (const Alias& alias : kAliases) names.push_back(alias.name);
+  return names;
+}
+
 std::string CommandSummary() {
   std::string out;
   for (const CommandEntry& c : Commands()) out += std::string(c.name) + "  " + c.help + "\n";
-  out += "NEW  a new, empty drawing\n";
   out += "(any system variable)  show or set it\n";
   return out;
 }

@@ -216,6 +216,37 @@ bool ApplyEvent(Dialog& dialog, const DialogEvent& event, std::string* why) {
   return verb->apply(dialog, *tile, event, why);
 }
 
+std::vector<std::string> EventWords() {
+  std::vector<std::string> words;
+  for (const EventVerb& v : kEventVerbs) words.push_back(v.word);
+  return words;
+}
+
+namespace {
+
+const EventVerb* VerbOf(std::string_view word) {
+  for (const EventVerb& v : kEventVerbs)
+    if (word == v.word) return &v;
+  return nullptr;
+}
+
+}  // namespace
+
+bool EventFits(std::string_view word, const LiveTile& tile) {
+  const EventVerb* verb = VerbOf(word);
+  return verb && verb->operand != Operand::kNone && verb->fits(tile);
+}
+
+bool EventTakesKey(std::string_view word) {
+  const EventVerb* verb = VerbOf(word);
+  return verb && verb->operand != Operand::kNone;
+}
+
+bool EventTakesRow(std::string_view word) {
+  const EventVerb* verb = VerbOf(word);
+  return verb && verb->operand == Operand::kKeyAndRow;
+}
+
 std::string EventSummary() {
   static const char* const kOperands[] = {"", " KEY", " KEY N", " KEY TEXT"};  // ORDER OPERAND
   static_assert(std::size(kOperands) == static_cast<size_t>(Operand::kKeyAndText) + 1);

@@ -8,6 +8,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "emulator/dialogs/dialog.h"
 
@@ -76,6 +77,14 @@ bool ApplyEvent(Dialog& dialog, const DialogEvent& event, std::string* why);
 
 // One line per event of the text form: "select KEY N  what the user does".
 std::string EventSummary();
+
+// The words of the text form ("select", ..., "ok", "cancel"), for completion.
+std::vector<std::string> EventWords();
+// Whether the event of that word acts on tile (a list for "select", ...).
+bool EventFits(std::string_view word, const LiveTile& tile);
+// Whether the event of that word takes a key, and a row after it.
+bool EventTakesKey(std::string_view word);
+bool EventTakesRow(std::string_view word);
 
 }  // namespace vorhost
 

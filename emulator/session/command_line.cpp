@@ -12,10 +12,13 @@ std::string_view TrimLine(std::string_view s) { return Trim(s, " \t\r"); }
 }  // namespace
 
 void CommandLine::Run() {
-  for (;;) {
+  stopped_ = false;
+  while (!stopped_) {
     Input in = console_.Ask("Command: ", Asking::kCommand);
     if (in.kind == Input::Kind::kEnd) return;
-    if (in.IsAnswer()) Execute(in.answer.kind == Answer::Kind::kText ? in.text() : in.answer.Echo());
+    if (!in.IsAnswer()) continue;
+    Execute(in.answer.kind == Answer::Kind::kText ? in.text() : in.answer.Echo());
+    if (after_line_) after_line_();
   }
 }
 

@@ -4,6 +4,7 @@
 #ifndef VORHOST_SESSION_COMMAND_LINE_H
 #define VORHOST_SESSION_COMMAND_LINE_H
 
+#include <functional>
 #include <string_view>
 
 #include "emulator/core/transcript.h"
@@ -26,6 +27,10 @@ class CommandLine {
   void Execute(std::string_view line);
   // Reads and executes command lines until the user's input ends.
   void Run();
+  // Ends Run after the line under way (QUIT).
+  void Stop() { stopped_ = true; }
+  // Called by Run after each line it executed (vorhost --live).
+  void set_after_line(std::function<void()> after) { after_line_ = std::move(after); }
   // The value of the last expression typed at the command prompt.
   const lisp::Value& last_value() const { return last_value_; }
 
@@ -38,6 +43,8 @@ class CommandLine {
   lisp::Interpreter& lisp_;
   CommandRunner& runner_;
   lisp::Value last_value_;
+  bool stopped_ = false;
+  std::function<void()> after_line_;
 };
 
 }  // namespace vorhost

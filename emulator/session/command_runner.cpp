@@ -9,10 +9,7 @@ namespace vorhost {
 bool CommandRunner::Start(std::string_view typed, bool echo) {
   std::string name = UpperName(Trim(typed, " \t\r"));
   while (!name.empty() && (name[0] == '-' || name[0] == '_' || name[0] == '.')) name.erase(0, 1);
-  if (name == "NEW") {
-    new_drawing_();
-    return true;
-  }
+  if (session_command_ && session_command_(name)) return true;
   std::unique_ptr<Command> command = MakeCommand(*this, name);
   if (!command) {
     transcript_.WriteLine("Unknown command \"" + name + "\".  Press F1 for help.");

@@ -20,12 +20,14 @@ namespace vorhost {
 
 class CommandRunner : public CommandContext {
  public:
-  // new_drawing is what the command NEW does: it replaces the document and
-  // the command language with it. None of the references is owned.
+  // session_command runs the commands that act on the whole session
+  // (NEW replaces the document and the command language, QUIT ends the
+  // command line, ...), given the name in upper case; false for a name
+  // that is none of them. None of the references is owned.
   CommandRunner(Transcript& transcript, Console& console, Document& document,
-                const DialogManager& dialogs, std::function<void()> new_drawing)
+                const DialogManager& dialogs, std::function<bool(const std::string&)> session_command)
       : transcript_(transcript), console_(console), document_(document), dialogs_(dialogs),
-        new_drawing_(std::move(new_drawing)) {}
+        session_command_(std::move(session_command)) {}
   CommandRunner(const CommandRunner&) = delete;
   CommandRunner& operator=(const CommandRunner&) = delete;
 
@@ -60,7 +62,7 @@ class CommandRunner : public CommandContext {
   Console& console_;
   Document& document_;
   const DialogManager& dialogs_;
-  std::function<void()> new_drawing_;
+  std::function<bool(const std::string&)> session_command_;
   std::unique_ptr<Command> command_;
   bool echo_ = true;  // prompts and answers of the pending command shown
 };

@@ -62,7 +62,7 @@ std::optional<int> Services::PreviewDialog(const std::string& file, const std::s
 
 Host::Host(std::ostream* out)
     : transcript_(out), console_(transcript_), module_(lisp_), dialogs_(transcript_, console_),
-      commands_(transcript_, console_, document_, dialogs_, [this] { NewDrawing(); }),
+      commands_(transcript_, console_, document_, dialogs_, [this](const std::string& name) { return RunSessionCommand(name); }),
       command_line_(transcript_, console_, lisp_, commands_), services_(std::make_unique<Services>(*this)) {
   previous_ = current_host;
   current_host = this;
@@ -73,6 +73,7 @@ Host::Host(std::ostream* out)
     if (Host* host = Current()) host->transcript().Write(text);
   });
   DefineHostFunctions(lisp_, *services_);
+  NoteDrawingVars();
 }
 
 Host::~Host() {
@@ -100,6 +101,8 @@ void Host::ReplaceDocument(Document document) {
   lisp_.Reset();
   DefineHostFunctions(lisp_, *services_);
   module_.OpenDrawing();
+  NoteDrawingVars();
+  if (file_.saved_dxf) MarkDrawingSaved();
 }
 
 }  // namespace vorhost

@@ -15,9 +15,11 @@
 #define VORHOST_SESSION_HOST_H
 
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "emulator/core/transcript.h"
 #include "emulator/dialogs/dialogs.h"
@@ -61,10 +63,53 @@ class Host {
   // unchanged) when the file cannot be read.
   bool OpenDrawing(const std::string& linux_path, std::string* err);
 
+  // The drawing's file: the name the user knows it by (Big5: a DOS path,
+  // or the path given on vorhost's command line) and the Linux path it is
+  // written to ("" to find the DOS path on the drives when saving). A new
+  // host's drawing is C:\DRAWING.DXF; SAVEAS names it afresh.
+  void NameDrawing(std::string name, std::string linux_path);
+  const std::string& drawing_name();
+  // Whether the drawing differs from what it was when it was last saved,
+  // or opened or started once MarkDrawingSaved was called; before that,
+  // whether it differs from a new drawing.
+  bool DrawingModified();
+  // The drawing as it stands is what its file holds; from now on each
+  // drawing opened or started counts as saved as it comes.
+  void MarkDrawingSaved();
+  // Writes the drawing to its file; false with *why (the host's message).
+  bool SaveDrawing(std::string* why);
+
+  // The commands that act on the session rather than on the drawing: NEW,
+  // QUIT and EXIT (asking to save unsaved changes), SAVE and QSAVE (the
+  // drawing to its file), HELP and "?". False for any other name.
+  bool RunSessionCommand(const std::string& name);
+  // What HELP prints (Big5): the commands, the module's functions, the
+  // host's functions, and what the user adds (User::HelpNotes).
+  std::string HelpText();
+  // One line per command of the session: "NAME  what it does".
+  static std::string SessionCommandSummary();
+  // The names of the commands of the session, for completion.
+  static std::vector<std::string> SessionCommandNames();
+
  private:
   // Closes the drawing (message 4), puts in the new one, starts the command
   // language afresh and opens it (message 3).
   void ReplaceDocument(Document document);
+  // QUIT and EXIT: asks whether to save unsaved changes, then ends the
+  // command line; Escape at the question goes back to it.
+  void Quit();
+  // Takes a name SAVEAS gave the drawing since it was last looked at.
+  void FollowSaveAs();
+  // Notes the drawing's DWGPREFIX and DWGNAME, for FollowSaveAs to compare.
+  void NoteDrawingVars();
+
+  // The drawing's file and what it held when last opened or saved.
+  struct DrawingFile {
+    std::string name = "C:\\DRAWING.DXF";
+    std::string linux_path;
+    std::string dwg_vars;   // DWGPREFIX and DWGNAME when it was named
+    std::optional<std::string> saved_dxf;  // the drawing as DXF when last opened or saved
+  };
 
   Host* previous_ = nullptr;
   Transcript transcript_;
@@ -76,6 +121,7 @@ class Host {
   CommandRunner commands_;
   CommandLine command_line_;
   std::unique_ptr<HostServices> services_;  // what the host functions reach
+  DrawingFile file_;
 };
 
 }  // namespace vorhost

@@ -67,6 +67,12 @@ int ModuleLink::Undef(std::string_view name, short code) {
   return RTNORM;
 }
 
+std::vector<std::string> ModuleLink::RegisteredNames() const {
+  std::vector<std::string> names;
+  for (const auto& [name, code] : registered_) names.push_back(name);
+  return names;
+}
+
 std::optional<short> ModuleLink::RegisteredCode(std::string_view name) const {
   std::string upper = UpperName(name);
   for (const auto& [n, code] : registered_)

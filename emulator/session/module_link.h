@@ -60,6 +60,8 @@ class ModuleLink {
   int Undef(std::string_view name, short code);
   // The code registered under name for the drawing that is open.
   std::optional<short> RegisteredCode(std::string_view name) const;
+  // The names registered for the drawing that is open, in upper case.
+  std::vector<std::string> RegisteredNames() const;
 
   // Runs code in the module (message 5) with the arguments as a result
   // buffer list. False with *err when the module failed the call

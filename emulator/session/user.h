@@ -36,6 +36,10 @@ class User {
   // tile the dialog lacks, say); why has been shown. A person tries again;
   // a script has gone out of step and stops.
   virtual void Misstep(const std::string& why) { (void)why; }
+
+  // What the user may type besides commands and expressions (a terminal's
+  // keys and directives), shown at the end of HELP (UTF-8); "" for none.
+  virtual std::string HelpNotes() { return ""; }
 };
 
 }  // namespace vorhost

@@ -5,7 +5,6 @@
 #include "emulator/core/encoding.h"
 #include "emulator/core/text.h"
 #include "emulator/session/host.h"
-#include "emulator/ui/file_editor.h"
 
 namespace vorhost {
 namespace {
@@ -80,8 +79,7 @@ DialogInput ScriptUser::ReadEvent(Dialog&, std::string_view prompt) {
 
 void ScriptUser::Misstep(const std::string& why) { Fail(line_number_, Big5ToUtf8(why)); }
 
-EditOutcome ScriptUser::EditText(std::string* text, std::string* why) {
-  if (interactive_) return EditInEditor(text, why);
+EditOutcome ScriptUser::EditText(std::string* text, std::string*) {
   std::string line;
   while (!failed() && NextLine(&line)) {
     if (IsDirective(line) && IsComment(line)) continue;

@@ -27,10 +27,6 @@ class ScriptUser : public User {
   ScriptUser(const ScriptUser&) = delete;
   ScriptUser& operator=(const ScriptUser&) = delete;
 
-  // A person typing the script at a terminal edits files in an editor
-  // rather than with #edit lines.
-  void set_interactive(bool interactive) { interactive_ = interactive; }
-
   Input Read(Asking asking, std::string_view prompt) override;
   // A line of the script read as an event of docs/scripting.md.
   DialogInput ReadEvent(Dialog& dialog, std::string_view prompt) override;
@@ -54,7 +50,6 @@ class ScriptUser : public User {
   size_t next_ = 0;            // index in lines_ of the next line to read
   std::istream* in_ = nullptr; // where lines come from after lines_
   int line_number_ = 0;        // of the line read last
-  bool interactive_ = false;
   DirectiveContext directives_;
   std::string failure_;
 };
