@@ -17,9 +17,9 @@
 #include "emulator/io/host_text.h"
 #include "emulator/io/svg.h"
 #include "emulator/platform/filesystem.h"
+#include "emulator/platform/install_dirs.h"
 #include "emulator/platform/search_path.h"
 #include "emulator/ui/script.h"
-#include "host/ads.h"
 
 #ifndef VORMIS_VERSION
 #define VORMIS_VERSION "unknown"
@@ -52,8 +52,9 @@ const char kUsageTail[] =
     "Exit status: 0 when the script ran to its end, 1 when one of its lines\n"
     "failed (an expectation, or input that ended while the host was asking)\n"
     "or a file could not be converted, 2 for a usage error, a script, drawing\n"
-    "or file to convert that cannot be read, or missing files of the program,\n"
-    "3 when a file to write could not be written.\n";
+    "or file to convert that cannot be read, missing files of the program,\n"
+    "or a module that cannot be loaded, 3 when a file to write could not be\n"
+    "written.\n";
 
 struct Options {
   // Files to convert, in order: true to import (UTF-8 to the host's text),
@@ -62,7 +63,9 @@ struct Options {
   std::vector<std::pair<char, std::string>> drives;
   std::string script = "-";
   std::string open, save, svg;
+  std::string module;  // the module's file; empty for the program's own
   bool dump = false;
+  bool no_module = false;
 };
 
 // An option as given: "--name", with its value when it takes one
@@ -107,6 +110,11 @@ bool TakeDump(const Given&, Options* opts, std::string*) {
   return true;
 }
 
+bool TakeNoModule(const Given&, Options* opts, std::string*) {
+  opts->no_module = true;
+  return true;
+}
+
 struct Option {
   const char* name;
   const char* value;  // what it takes, as --help names it; null for a flag
@@ -122,6 +130,8 @@ const Option kOptions[] = {
     {"--save", "FILE.dxf", "when the script ends, save the drawing (DXF R12, Big5)", TakeFile<&Options::save>},
     {"--svg", "FILE.svg", "when the script ends, write the drawing as SVG", TakeFile<&Options::svg>},
     {"--dump", nullptr, "when the script ends, print the drawing as text", TakeDump},
+    {"--module", "FILE.arx", "load this module at start instead of the program's own", TakeFile<&Options::module>},
+    {"--no-module", nullptr, "start with no module loaded (ARXLOAD loads one)", TakeNoModule},
     {"--import-text", "FILE", "convert a data file written in UTF-8 to the module's\n"
                               "form (Big5, CR LF, 0x1A at the end), in place; refused\n"
                               "for a character Big5 cannot hold or a line over 255\n"
@@ -187,8 +197,13 @@ bool ParseOptions(int argc, char** argv, Options* opts, std::string* err) {
     }
   }
   if (!opts->conversions.empty() && (have_script || !opts->drives.empty() || !opts->open.empty() ||
-                                     !opts->save.empty() || !opts->svg.empty() || opts->dump)) {
+                                     !opts->save.empty() || !opts->svg.empty() || opts->dump ||
+                                     !opts->module.empty() || opts->no_module)) {
     *err = "--import-text and --export-text take no script and no other option";
+    return false;
+  }
+  if (!opts->module.empty() && opts->no_module) {
+    *err = "--module and --no-module exclude each other";
     return false;
   }
   return true;
@@ -254,6 +269,19 @@ bool MountDrives(const Options& opts, std::string* err) {
   return vorhost::Files().Mount('C', here, err);
 }
 
+// Loads the module at start: the file given, or the program's own.
+bool LoadModule(vorhost::Host& host, const std::string& given, std::string* err) {
+  if (!given.empty()) return host.module().LoadFile(given, err);
+  std::string own = vorhost::LibraryDirectory() + "/vormis.arx";
+  std::error_code ec;
+  if (!std::filesystem::is_regular_file(own, ec)) {
+    *err = "cannot find its own files: no vormis.arx in " + vorhost::LibraryDirectory() +
+           " (reinstall, or give --module FILE)";
+    return false;
+  }
+  return host.module().LoadFile(own, err);
+}
+
 // Writes what the options ask for once the script has ended; false when a
 // file could not be written (the reason is on standard error).
 bool WriteResults(vorhost::Host& host, const Options& opts) {
@@ -297,7 +325,10 @@ int RunSession(const Options& opts) {
     std::cerr << "vorhost: " << err << "\n";
     return 2;
   }
-  host.module().Load(acrxEntryPoint);
+  if (!opts.no_module && !LoadModule(host, opts.module, &err)) {
+    std::cerr << "vorhost: " << err << "\n";
+    return 2;
+  }
   host.command_line().Run();
   host.module().Unload();
   std::cout.flush();

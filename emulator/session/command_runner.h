@@ -15,6 +15,7 @@
 #include "emulator/core/transcript.h"
 #include "emulator/dialogs/dialogs.h"
 #include "emulator/session/console.h"
+#include "emulator/session/module_link.h"
 
 namespace vorhost {
 
@@ -23,9 +24,9 @@ class CommandRunner : public CommandContext {
   // new_drawing is what the command NEW does: it replaces the document and
   // the command language with it. None of the references is owned.
   CommandRunner(Transcript& transcript, Console& console, Document& document,
-                const DialogManager& dialogs, std::function<void()> new_drawing)
+                const DialogManager& dialogs, ModuleLink& module, std::function<void()> new_drawing)
       : transcript_(transcript), console_(console), document_(document), dialogs_(dialogs),
-        new_drawing_(std::move(new_drawing)) {}
+        module_(module), new_drawing_(std::move(new_drawing)) {}
   CommandRunner(const CommandRunner&) = delete;
   CommandRunner& operator=(const CommandRunner&) = delete;
 
@@ -49,6 +50,12 @@ class CommandRunner : public CommandContext {
   // CommandContext.
   Document& document() override { return document_; }
   void Message(std::string_view text) override;
+  bool LoadApplication(std::string_view name, std::string* why) override {
+    return module_.LoadApplication(name, why);
+  }
+  bool UnloadApplication(std::string_view name, std::string* why) override {
+    return module_.UnloadApplication(name, why);
+  }
 
  private:
   // Starts the command typed; false (and a message) for an unknown one.
@@ -60,6 +67,7 @@ class CommandRunner : public CommandContext {
   Console& console_;
   Document& document_;
   const DialogManager& dialogs_;
+  ModuleLink& module_;
   std::function<void()> new_drawing_;
   std::unique_ptr<Command> command_;
   bool echo_ = true;  // prompts and answers of the pending command shown

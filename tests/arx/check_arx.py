@@ -12,6 +12,13 @@ of the host's exports against host/ads.h.
       (msvcrt.dll) and kernel32, and whose acrxGetApiVersion gives the
       interface version 0xE0000.
 
+  check_arx.py shared NM ADS_H PLATFORM_H LIBRARY
+      LIBRARY, the module as vorhost loads it (a shared library), exports
+      exactly acrxEntryPoint and acrxGetApiVersion, and every symbol it
+      leaves to others is a host operation that ADS_H or PLATFORM_H
+      declares, or comes from a system library (a versioned symbol, such
+      as memcpy@GLIBC_2.14), or is weak: none belongs to the emulator.
+
 Each problem is printed on a line of its own; the exit status is 1 when
 there is one.
 """
@@ -147,6 +154,36 @@ def dll_problems(pe, host, header):
     return problems
 
 
+def dynamic_symbols(nm_output):
+    """(name, kind) of each line of nm -D: kind is nm's letter, name keeps
+    its @VERSION."""
+    symbols = []
+    for line in nm_output.splitlines():
+        fields = line.split()
+        if len(fields) >= 2:
+            symbols.append((fields[-1], fields[-2]))
+    return symbols
+
+
+def shared_problems(defined, undefined, headers):
+    """defined and undefined: nm -D's text with --defined-only and
+    --undefined-only; headers: the texts of ads.h and platform.h."""
+    problems = []
+    exports = sorted(name for name, _ in dynamic_symbols(defined))
+    if exports != sorted(MODULE_EXPORTS):
+        problems.append("exports %s; wanted exactly %s" % (
+            ", ".join(exports) or "nothing", ", ".join(sorted(MODULE_EXPORTS))))
+    host_operations = set()
+    for header in headers:
+        host_operations |= declared_functions(header)
+    host_operations -= MODULE_EXPORTS
+    for name, kind in dynamic_symbols(undefined):
+        if name in host_operations or "@" in name or kind in ("w", "v"):
+            continue
+        problems.append("needs %s, which is no host operation of ads.h or platform.h" % name)
+    return problems
+
+
 def gives_constant(disassembly, value):
     """Whether the code up to the first return loads value as the result."""
     for line in disassembly.splitlines():
@@ -193,6 +230,15 @@ def main(argv):
 
         pe = PeFile(run("-p"))
         return report(dll_problems(pe, host, read(header)) + version_problems(pe, disassemble))
+    if len(argv) == 6 and argv[1] == "shared":
+        nm, ads_h, platform_h, library = argv[2:]
+
+        def symbols(which):
+            return subprocess.run([nm, "-D", which, library], check=True, capture_output=True,
+                                  text=True).stdout
+
+        return report(shared_problems(symbols("--defined-only"), symbols("--undefined-only"),
+                                      [read(ads_h), read(platform_h)]))
     print(__doc__, file=sys.stderr)
     return 2
 
