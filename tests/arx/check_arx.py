@@ -16,8 +16,9 @@ of the host's exports against host/ads.h.
       LIBRARY, the module as vorhost loads it (a shared library), exports
       exactly acrxEntryPoint and acrxGetApiVersion, and every symbol it
       leaves to others is a host operation that ADS_H or PLATFORM_H
-      declares, or comes from a system library (a versioned symbol, such
-      as memcpy@GLIBC_2.14), or is weak: none belongs to the emulator.
+      declares, or is defined by a library it needs itself (the C
+      library; the sanitizers' runtimes in a sanitizer build), or is
+      weak: none belongs to the emulator.
 
 Each problem is printed on a line of its own; the exit status is 1 when
 there is one.
@@ -165,9 +166,10 @@ def dynamic_symbols(nm_output):
     return symbols
 
 
-def shared_problems(defined, undefined, headers):
+def shared_problems(defined, undefined, headers, system):
     """defined and undefined: nm -D's text with --defined-only and
-    --undefined-only; headers: the texts of ads.h and platform.h."""
+    --undefined-only; headers: the texts of ads.h and platform.h; system:
+    the names the libraries the module needs define."""
     problems = []
     exports = sorted(name for name, _ in dynamic_symbols(defined))
     if exports != sorted(MODULE_EXPORTS):
@@ -178,9 +180,11 @@ def shared_problems(defined, undefined, headers):
         host_operations |= declared_functions(header)
     host_operations -= MODULE_EXPORTS
     for name, kind in dynamic_symbols(undefined):
-        if name in host_operations or "@" in name or kind in ("w", "v"):
+        name = name.split("@")[0]
+        if name in host_operations or name in system or kind in ("w", "v"):
             continue
-        problems.append("needs %s, which is no host operation of ads.h or platform.h" % name)
+        problems.append("needs %s, neither a host operation of ads.h or platform.h "
+                        "nor of a library it needs" % name)
     return problems
 
 
@@ -233,12 +237,16 @@ def main(argv):
     if len(argv) == 6 and argv[1] == "shared":
         nm, ads_h, platform_h, library = argv[2:]
 
-        def symbols(which):
-            return subprocess.run([nm, "-D", which, library], check=True, capture_output=True,
+        def symbols(which, path=library):
+            return subprocess.run([nm, "-D", which, path], check=True, capture_output=True,
                                   text=True).stdout
 
+        needed = subprocess.run(["ldd", library], check=True, capture_output=True, text=True).stdout
+        system = set()
+        for path in re.findall(r"=> (/\S+)", needed):
+            system |= {name.split("@")[0] for name, _ in dynamic_symbols(symbols("--defined-only", path))}
         return report(shared_problems(symbols("--defined-only"), symbols("--undefined-only"),
-                                      [read(ads_h), read(platform_h)]))
+                                      [read(ads_h), read(platform_h)], system))
     print(__doc__, file=sys.stderr)
     return 2
 
