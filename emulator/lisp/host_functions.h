@@ -3,8 +3,9 @@
 // module (W1 asks for a text, W2 lets the user edit a text file, ADS_HELP
 // shows a help topic, ACAD_COLORDLG is the host's colour dialog), the
 // system variables (GETVAR, SETVAR), the command line (COMMAND), a look
-// at any dialog (DCL_PREVIEW) and the modules (ARXLOAD, ARXUNLOAD, ARX). One table defines them all; each reaches the
-// host only through HostServices.
+// at any dialog (DCL_PREVIEW) and the modules (ARXLOAD, ARXUNLOAD, ARX).
+// One table defines them all; each reaches the host only through
+// HostServices.
 #ifndef VORHOST_LISP_HOST_FUNCTIONS_H
 #define VORHOST_LISP_HOST_FUNCTIONS_H
 

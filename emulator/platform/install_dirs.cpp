@@ -30,7 +30,8 @@ fs::path ProgramFile() {
   return ec ? fs::path() : program;
 }
 
-// The folder relative (to the program's folder), or empty.
+// The folder at relative from the program's own folder; empty when the
+// program's location is unknown.
 std::string BesideProgram(const char* relative) {
   fs::path program = ProgramFile();
   if (program.empty()) return "";

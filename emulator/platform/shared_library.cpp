@@ -20,17 +20,13 @@ std::unique_ptr<SharedLibrary> SharedLibrary::Open(const std::string& linux_path
     *err = why ? why : "cannot be loaded";
     return nullptr;
   }
-  return std::unique_ptr<SharedLibrary>(new SharedLibrary(handle, linux_path));
+  return std::unique_ptr<SharedLibrary>(new SharedLibrary(handle));
 }
 
 SharedLibrary::~SharedLibrary() {
   if (!keep_) dlclose(handle_);
 }
 
-void* SharedLibrary::Find(const char* symbol) const {
-  // With a handle, dlsym searches the library and the libraries it needs,
-  // never the program that loaded it.
-  return dlsym(handle_, symbol);
-}
+void* SharedLibrary::Find(const char* symbol) const { return dlsym(handle_, symbol); }
 
 }  // namespace vorhost

@@ -19,18 +19,17 @@ class SharedLibrary {
   SharedLibrary(const SharedLibrary&) = delete;
   SharedLibrary& operator=(const SharedLibrary&) = delete;
 
-  // The address of a symbol the library itself defines, or null.
+  // The address of a symbol of the library (or of a library it needs, never
+  // of the program), or null.
   void* Find(const char* symbol) const;
   // Leaves the library in the process for good: the destructor no longer
   // closes it (for a module that never allowed its unloading).
   void Keep() { keep_ = true; }
-  const std::string& path() const { return path_; }
 
  private:
-  SharedLibrary(void* handle, std::string path) : handle_(handle), path_(std::move(path)) {}
+  explicit SharedLibrary(void* handle) : handle_(handle) {}
 
   void* handle_;
-  std::string path_;
   bool keep_ = false;
 };
 
