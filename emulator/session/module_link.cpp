@@ -48,9 +48,12 @@ bool ModuleLink::LoadApplication(std::string_view name, std::string* err) {
 bool ModuleLink::LoadFile(const std::string& linux_path, std::string* err) {
   std::string name = std::filesystem::path(linux_path).filename().string();
   if (entry_) {
-    *err = SameName(BareName(name), BareName(name_))
-               ? "Application " + Quoted(name) + " is already loaded."
-               : "Another application is loaded: unload " + Quoted(name_) + " first.";
+    if (SameName(BareName(name), BareName(name_)))
+      *err = "Application " + Quoted(name) + " is already loaded.";
+    else if (name_.empty())  // linked into the program: it stays
+      *err = "Another application is loaded.";
+    else
+      *err = "Another application is loaded: unload " + Quoted(name_) + " first.";
     return false;
   }
   std::unique_ptr<SharedLibrary> library = SharedLibrary::Open(linux_path, err);
