@@ -1,6 +1,7 @@
 // module_link_test.cpp - the module's entry point as the host drives it:
 // the messages in order, registrations per drawing, calls that open a new
-// drawing while they run.
+// drawing while they run; modules loaded from their shared libraries and
+// unloaded, or refused.
 #include <string>
 
 #include "host/ads.h"
@@ -63,12 +64,6 @@ TEST_F(ModuleLinkTest, ACallThatOpensANewDrawingEndsSafely) {
   EXPECT_FALSE(host_->lisp().IsBound("KEPT"));  // the language started afresh
   EXPECT_EQ(host_->module().call(), nullptr);
 }
-
-}  // namespace
-}  // namespace vorhost::testing
-
-namespace vorhost::testing {
-namespace {
 
 // Modules loaded from shared libraries: the module built for vorhost, and
 // the small ones of tests/modules.
