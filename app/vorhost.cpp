@@ -19,6 +19,7 @@
 #include "emulator/io/host_text.h"
 #include "emulator/io/svg.h"
 #include "emulator/platform/filesystem.h"
+#include "emulator/platform/install_dirs.h"
 #include "emulator/platform/search_path.h"
 #include "emulator/core/encoding.h"
 #include "emulator/ui/history.h"
@@ -26,7 +27,6 @@
 #include "emulator/ui/script.h"
 #include "emulator/ui/terminal.h"
 #include "emulator/ui/terminal_screen.h"
-#include "host/ads.h"
 
 #ifndef VORMIS_VERSION
 #define VORMIS_VERSION "unknown"
@@ -59,8 +59,9 @@ const char kUsageTail[] =
     "Exit status: 0 when the script ran to its end, 1 when one of its lines\n"
     "failed (an expectation, or input that ended while the host was asking)\n"
     "or a file could not be converted, 2 for a usage error, a script, drawing\n"
-    "or file to convert that cannot be read, or missing files of the program,\n"
-    "3 when a file to write could not be written.\n";
+    "or file to convert that cannot be read, missing files of the program,\n"
+    "or a module that cannot be loaded, 3 when a file to write could not be\n"
+    "written.\n";
 
 struct Options {
   // Files to convert, in order: true to import (UTF-8 to the host's text),
@@ -69,7 +70,9 @@ struct Options {
   std::vector<std::pair<char, std::string>> drives;
   std::string script = "-";
   std::string open, save, svg, live;
+  std::string module;  // the module's file; empty for the program's own
   bool dump = false;
+  bool no_module = false;
 };
 
 // An option as given: "--name", with its value when it takes one
@@ -114,6 +117,11 @@ bool TakeDump(const Given&, Options* opts, std::string*) {
   return true;
 }
 
+bool TakeNoModule(const Given&, Options* opts, std::string*) {
+  opts->no_module = true;
+  return true;
+}
+
 struct Option {
   const char* name;
   const char* value;  // what it takes, as --help names it; null for a flag
@@ -131,6 +139,8 @@ const Option kOptions[] = {
     {"--live", "FILE.svg", "write the drawing as SVG after every command line, for\n"
                            "an image viewer or a browser to show as it grows", TakeFile<&Options::live>},
     {"--dump", nullptr, "when the script ends, print the drawing as text", TakeDump},
+    {"--module", "FILE.arx", "load this module at start instead of the program's own", TakeFile<&Options::module>},
+    {"--no-module", nullptr, "start with no module loaded (ARXLOAD loads one)", TakeNoModule},
     {"--import-text", "FILE", "convert a data file written in UTF-8 to the module's\n"
                               "form (Big5, CR LF, 0x1A at the end), in place; refused\n"
                               "for a character Big5 cannot hold or a line over 255\n"
@@ -196,8 +206,13 @@ bool ParseOptions(int argc, char** argv, Options* opts, std::string* err) {
     }
   }
   if (!opts->conversions.empty() && (have_script || !opts->drives.empty() || !opts->open.empty() ||
-                                     !opts->save.empty() || !opts->svg.empty() || !opts->live.empty() || opts->dump)) {
+                                     !opts->save.empty() || !opts->svg.empty() || !opts->live.empty() ||
+                                     opts->dump || !opts->module.empty() || opts->no_module)) {
     *err = "--import-text and --export-text take no script and no other option";
+    return false;
+  }
+  if (!opts->module.empty() && opts->no_module) {
+    *err = "--module and --no-module exclude each other";
     return false;
   }
   return true;
@@ -263,6 +278,19 @@ bool MountDrives(const Options& opts, std::string* err) {
   return vorhost::Files().Mount('C', here, err);
 }
 
+// Loads the module at start: the file given, or the program's own.
+bool LoadModule(vorhost::Host& host, const std::string& given, std::string* err) {
+  if (!given.empty()) return host.module().LoadFile(given, err);
+  std::string own = vorhost::LibraryDirectory() + "/vormis.arx";
+  std::error_code ec;
+  if (!std::filesystem::is_regular_file(own, ec)) {
+    *err = "cannot find its own files: no vormis.arx in " + vorhost::LibraryDirectory() +
+           " (reinstall, or give --module FILE)";
+    return false;
+  }
+  return host.module().LoadFile(own, err);
+}
+
 // Writes what the options ask for once the script has ended; false when a
 // file could not be written (the reason is on standard error). A person's
 // drawing is saved by SAVE, QSAVE and QUIT, under the name --save gives it.
@@ -308,6 +336,22 @@ void WatchLive(vorhost::Host& host, const Options& opts) {
   host.command_line().set_after_line(write);
 }
 
+// Opens the drawing and loads the module the options name, and names the
+// drawing; false when either cannot be done (the reason is on standard
+// error).
+bool StartHost(vorhost::Host& host, const Options& opts) {
+  std::string err;
+  if ((!opts.open.empty() && !host.OpenDrawing(opts.open, &err)) ||
+      (!opts.no_module && !LoadModule(host, opts.module, &err))) {
+    std::cerr << "vorhost: " << err << "\n";
+    return false;
+  }
+  NameDrawing(host, opts);
+  host.MarkDrawingSaved();
+  WatchLive(host, opts);
+  return true;
+}
+
 bool TerminalHasColour() {
   const char* term = std::getenv("TERM");
   return isatty(STDOUT_FILENO) && !std::getenv("NO_COLOR") && term && std::string_view(term) != "dumb";
@@ -327,14 +371,7 @@ int RunPerson(const Options& opts) {
   vorhost::TerminalUser user(host, screen, *reader, 80, TerminalHasColour());
   host.console().set_user(&user);
   host.console().set_echo_answers(false);
-  if (!opts.open.empty() && !host.OpenDrawing(opts.open, &err)) {
-    std::cerr << "vorhost: " << err << "\n";
-    return 2;
-  }
-  host.module().Load(acrxEntryPoint);
-  NameDrawing(host, opts);
-  host.MarkDrawingSaved();
-  WatchLive(host, opts);
+  if (!StartHost(host, opts)) return 2;
   host.command_line().Run();
   host.module().Unload();
   screen.Flush();
@@ -360,15 +397,7 @@ int RunSession(const Options& opts) {
   vorhost::Host host(&std::cout);
   vorhost::ScriptUser script(host, opts.script == "-" ? "<stdin>" : opts.script, in);
   host.console().set_user(&script);
-  std::string err;
-  if (!opts.open.empty() && !host.OpenDrawing(opts.open, &err)) {
-    std::cerr << "vorhost: " << err << "\n";
-    return 2;
-  }
-  host.module().Load(acrxEntryPoint);
-  NameDrawing(host, opts);
-  host.MarkDrawingSaved();
-  WatchLive(host, opts);
+  if (!StartHost(host, opts)) return 2;
   host.command_line().Run();
   host.module().Unload();
   std::cout.flush();

@@ -2,17 +2,19 @@
 # under any prefix), and the Debian package that CPack builds from it.
 #
 #   bin/vorhost                         the program
+#   lib/vormis/vormis.arx               the module vorhost loads (LIBDIR)
 #   share/vormis/dcl/                   the module's dialog and help files
 #   share/vormis/resources/             the host's own resources
 #   share/man/man1/vorhost.1            the manual page
 #   share/doc/vormis/                   README, licence, docs/, examples/
 #
-# The program finds share/vormis from its own folder, so the tree can be
-# moved whole.
+# The program finds lib/vormis and share/vormis from its own folder, so the
+# tree can be moved whole.
 
 configure_file(${CMAKE_SOURCE_DIR}/docs/vorhost.1.in ${CMAKE_BINARY_DIR}/vorhost.1 @ONLY)
 
 install(TARGETS vorhost RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS vormis_module LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/vormis)
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/dcl/ DESTINATION ${CMAKE_INSTALL_DATADIR}/vormis/dcl)
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/resources/ DESTINATION ${CMAKE_INSTALL_DATADIR}/vormis/resources
         PATTERN README.md EXCLUDE)

@@ -12,6 +12,15 @@
 #include "../panel/acf.h"
 #include "../util/textutil.h"
 
+/* The module's two exports. The DLL names them in its definition file;
+ * the shared library vorhost loads is built with every other symbol
+ * hidden, so these two are marked. */
+#if defined(__GNUC__) && !defined(_WIN32)
+#define MODULE_EXPORT __attribute__((visibility("default")))
+#else
+#define MODULE_EXPORT
+#endif
+
 struct resbuf *CurrentArgs;
 
 /* ORDER: the codes 0 to 4 that the host hands back are these rows' indexes. */
@@ -77,7 +86,7 @@ void module_reset(void)
     panel_reset();
 }
 
-extern "C" int acrxEntryPoint(int msg, void *pkt)
+extern "C" MODULE_EXPORT int acrxEntryPoint(int msg, void *pkt)
 {
     switch (msg) {
     case kInitAppMsg:
@@ -103,7 +112,7 @@ extern "C" int acrxEntryPoint(int msg, void *pkt)
     return 0;
 }
 
-extern "C" long acrxGetApiVersion(void)
+extern "C" MODULE_EXPORT long acrxGetApiVersion(void)
 {
     return ACRX_API_VERSION;
 }

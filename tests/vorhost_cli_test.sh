@@ -16,6 +16,22 @@ cp "$(readlink -f "$vorhost")" alone/bin/
 echo '(VOR_ELINE)' | env -u VORMIS_FILES -u VORHOST_RESOURCES alone/bin/vorhost - >/dev/null 2>err.txt
 [ $? -eq 2 ] || fail "a program without its files must exit 2"
 grep -q "no VORMIS.DCL in $work/alone/share/vormis/dcl" err.txt || fail "missing files: $(cat err.txt)"
+# With its dialog files named but no module beside it, the same.
+echo '(arx)' | VORMIS_FILES="$(dirname "$(readlink -f "$vorhost")")/../share/vormis/dcl" \
+  VORHOST_RESOURCES="$(dirname "$(readlink -f "$vorhost")")/../share/vormis/resources" \
+  alone/bin/vorhost - >/dev/null 2>err.txt
+[ $? -eq 2 ] || fail "a program without its module must exit 2"
+grep -q "no vormis.arx in $work/alone/lib/vormis (reinstall, or give --module FILE)" err.txt ||
+  fail "missing module: $(cat err.txt)"
+
+# The module given, refused, or none.
+printf '(arx)\n#expect-result nil\n(VOR_ELINE)\n#expect-output error: null function\n' > none.vor
+"$vorhost" --no-module none.vor >out.txt 2>err.txt || fail "--no-module: $(cat out.txt err.txt)"
+"$vorhost" --module "$work/none.arx" none.vor >/dev/null 2>err.txt; [ $? -eq 2 ] || fail "a missing module must exit 2"
+grep -q "^vorhost: Cannot load \"$work/none.arx\": " err.txt || fail "missing module: $(cat err.txt)"
+cp none.vor text.arx
+"$vorhost" --module text.arx none.vor >/dev/null 2>&1; [ $? -eq 2 ] || fail "a text file as module must exit 2"
+"$vorhost" --module x.arx --no-module none.vor >/dev/null 2>&1; [ $? -eq 2 ] || fail "--module with --no-module must exit 2"
 "$vorhost" --bogus >/dev/null 2>&1; [ $? -eq 2 ] || fail "an unknown option must exit 2"
 "$vorhost" --drive Q >/dev/null 2>&1; [ $? -eq 2 ] || fail "a malformed --drive must exit 2"
 "$vorhost" --drive "C=$work/none" x.vor >/dev/null 2>&1; [ $? -eq 2 ] || fail "a missing drive folder must exit 2"

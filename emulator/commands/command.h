@@ -16,8 +16,8 @@
 
 namespace vorhost {
 
-// What a command may reach of the host: the document it works on, and the
-// command line for the texts it prints.
+// What a command may reach of the host: the document it works on, the
+// command line for the texts it prints, and the module.
 class CommandContext {
  public:
   virtual ~CommandContext() = default;
@@ -25,6 +25,10 @@ class CommandContext {
   // Text a command prints, such as "Linetype DASHED loaded.": shown when
   // the command's prompts are.
   virtual void Message(std::string_view text) = 0;
+  // Loads or unloads a module by its name (Big5), as ARXLOAD and ARXUNLOAD
+  // do; false with *why, the host's message, when refused.
+  virtual bool LoadApplication(std::string_view name, std::string* why) = 0;
+  virtual bool UnloadApplication(std::string_view name, std::string* why) = 0;
 };
 
 enum class Step {

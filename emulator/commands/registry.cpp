@@ -19,7 +19,8 @@ constexpr Alias kAliases[] = {{"DTEXT", "TEXT"}, {"DXFOUT", "SAVEAS"}};
 const std::vector<CommandEntry>& Commands() {
   static const std::vector<CommandEntry> commands = [] {
     std::vector<CommandEntry> all;
-    for (auto table : {DrawCommands(), TextCommands(), PropertyCommands(), InsertCommands(), FileCommands()})
+    for (auto table : {DrawCommands(), TextCommands(), PropertyCommands(), InsertCommands(), FileCommands(),
+                       ModuleCommands()})
       all.insert(all.end(), table.begin(), table.end());
     std::sort(all.begin(), all.end(),
               [](const CommandEntry& a, const CommandEntry& b) { return std::string_view(a.name) < b.name; });

@@ -29,6 +29,7 @@ std::span<const CommandEntry> TextCommands();      // text_commands.cpp
 std::span<const CommandEntry> PropertyCommands();  // property_commands.cpp
 std::span<const CommandEntry> InsertCommands();    // insert_command.cpp
 std::span<const CommandEntry> FileCommands();      // file_commands.cpp
+std::span<const CommandEntry> ModuleCommands();    // module_commands.cpp
 
 // A system variable typed as a command; nullptr when there is no such variable.
 std::unique_ptr<Command> MakeSysvarCommand(CommandContext& context, std::string_view name);

@@ -223,6 +223,45 @@ bool DclPreview(HostServices& host, const Args& args, Value* r, std::string* err
   return true;
 }
 
+// (arxload name [onfailure]), (arxunload name [onfailure]): name when the
+// host loaded or unloaded the module; else the host says why, and gives
+// onfailure when there is one, or fails.
+template <bool load>
+bool ArxLoad(HostServices& host, const Args& args, Value* r, std::string* err) {
+  if (args.empty() || args.size() > 2) {
+    *err = args.empty() ? "too few arguments" : "too many arguments";
+    return false;
+  }
+  if (args[0].kind != Value::Kind::kString) {
+    *err = "bad argument type";
+    return false;
+  }
+  std::string why;
+  if (load ? host.LoadApplication(args[0].text, &why) : host.UnloadApplication(args[0].text, &why)) {
+    *r = args[0];
+    return true;
+  }
+  host.PrintLine(why);
+  if (args.size() == 2) {
+    *r = args[1];
+    return true;
+  }
+  *err = load ? "ARXLOAD failed" : "ARXUNLOAD failed";
+  return false;
+}
+
+// (arx): the file names of the modules loaded, or nil.
+bool Arx(HostServices& host, const Args& args, Value* r, std::string* err) {
+  if (!args.empty()) {
+    *err = "too many arguments";
+    return false;
+  }
+  std::vector<Value> names;
+  for (const std::string& name : host.Applications()) names.push_back(Value::String(name));
+  *r = Value::List(std::move(names));
+  return true;
+}
+
 struct HostFunction {
   const char* name;
   const char* help;
@@ -238,6 +277,9 @@ const HostFunction kHostFunctions[] = {
     {"SETVAR", "(setvar name value): sets a system variable", SetVar},
     {"COMMAND", "(command items...): answers to the command line, as a program gives them", CommandFunction},
     {"DCL_PREVIEW", "(dcl_preview file dialog): opens any dialog of a dialog file, to try it", DclPreview},
+    {"ARXLOAD", "(arxload name [onfailure]): loads a module", ArxLoad<true>},
+    {"ARXUNLOAD", "(arxunload name [onfailure]): unloads a module that allows it", ArxLoad<false>},
+    {"ARX", "(arx): the modules loaded", Arx},
 };
 
 }  // namespace

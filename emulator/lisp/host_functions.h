@@ -2,9 +2,10 @@
 // beside the language's own: those the installation provides for the
 // module (W1 asks for a text, W2 lets the user edit a text file, ADS_HELP
 // shows a help topic, ACAD_COLORDLG is the host's colour dialog), the
-// system variables (GETVAR, SETVAR), the command line (COMMAND) and a look
-// at any dialog (DCL_PREVIEW). One table defines them all; each reaches the
-// host only through HostServices.
+// system variables (GETVAR, SETVAR), the command line (COMMAND), a look
+// at any dialog (DCL_PREVIEW) and the modules (ARXLOAD, ARXUNLOAD, ARX).
+// One table defines them all; each reaches the host only through
+// HostServices.
 #ifndef VORHOST_LISP_HOST_FUNCTIONS_H
 #define VORHOST_LISP_HOST_FUNCTIONS_H
 
@@ -46,6 +47,13 @@ class HostServices {
   // the user work in it: the status it ended with, or none when it could
   // not be opened (the reason is in the transcript).
   virtual std::optional<int> PreviewDialog(const std::string& file, const std::string& name) = 0;
+
+  // Loads or unloads a module by its name (ModuleLink::LoadApplication,
+  // UnloadApplication); false with *why when refused. The file names of
+  // the modules loaded.
+  virtual bool LoadApplication(std::string_view name, std::string* why) = 0;
+  virtual bool UnloadApplication(std::string_view name, std::string* why) = 0;
+  virtual std::vector<std::string> Applications() = 0;
 };
 
 // Defines the host functions in lisp; host is not owned and must outlive

@@ -9,6 +9,9 @@
 #ifndef VORHOST_DATA_RELATIVE
 #define VORHOST_DATA_RELATIVE "../share/vormis"
 #endif
+#ifndef VORHOST_MODULE_RELATIVE
+#define VORHOST_MODULE_RELATIVE "../lib/vormis"
+#endif
 
 namespace vorhost {
 namespace {
@@ -27,12 +30,18 @@ fs::path ProgramFile() {
   return ec ? fs::path() : program;
 }
 
-}  // namespace
-
-std::string DataDirectory() {
+// The folder at relative from the program's own folder; empty when the
+// program's location is unknown.
+std::string BesideProgram(const char* relative) {
   fs::path program = ProgramFile();
   if (program.empty()) return "";
-  return (program.parent_path() / VORHOST_DATA_RELATIVE).lexically_normal().string();
+  return (program.parent_path() / relative).lexically_normal().string();
 }
+
+}  // namespace
+
+std::string DataDirectory() { return BesideProgram(VORHOST_DATA_RELATIVE); }
+
+std::string LibraryDirectory() { return BesideProgram(VORHOST_MODULE_RELATIVE); }
 
 }  // namespace vorhost

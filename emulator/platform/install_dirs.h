@@ -1,5 +1,6 @@
-// install_dirs.h - where the program's own files lie: the module's dialog
-// and help files and the host's resources, found from the program itself.
+// install_dirs.h - where the program's own files lie: the module itself,
+// its dialog and help files and the host's resources, found from the
+// program itself.
 #ifndef VORHOST_PLATFORM_INSTALL_DIRS_H
 #define VORHOST_PLATFORM_INSTALL_DIRS_H
 
@@ -13,6 +14,11 @@ namespace vorhost {
 // installed tree keeps working wherever it is moved. Empty when the
 // program's own location cannot be found.
 std::string DataDirectory();
+
+// The folder of the module the program was built with (vormis.arx), found
+// the same way from VORHOST_MODULE_RELATIVE ("../lib/vormis"); empty when
+// the program's own location cannot be found.
+std::string LibraryDirectory();
 
 }  // namespace vorhost
 

@@ -70,4 +70,16 @@ std::optional<std::string> FindFile(std::string_view name) {
   return std::nullopt;
 }
 
+std::optional<std::string> FindApplication(std::string_view name) {
+  std::string file(name);
+  size_t base = file.find_last_of("\\/:");
+  base = base == std::string::npos ? 0 : base + 1;
+  if (file.find('.', base) == std::string::npos) file += ".arx";
+  if (auto found = FindFile(file)) return found;
+  if (base != 0) return std::nullopt;
+  std::string dir = LibraryDirectory();
+  if (dir.empty()) return std::nullopt;
+  return FindInFolder(dir, file);
+}
+
 }  // namespace vorhost

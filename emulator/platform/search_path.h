@@ -29,6 +29,12 @@ std::vector<std::string> SearchPath();
 // part, that file itself; none when there is no such regular file.
 std::optional<std::string> FindFile(std::string_view name);
 
+// The Linux path of the module file name stands for, as ARXLOAD finds it:
+// ".arx" is added to a name without an extension; the file is looked for
+// as FindFile does, then in the program's own module folder
+// (LibraryDirectory). None when there is no such file.
+std::optional<std::string> FindApplication(std::string_view name);
+
 }  // namespace vorhost
 
 #endif

@@ -15,6 +15,7 @@
 #include "emulator/core/transcript.h"
 #include "emulator/dialogs/dialogs.h"
 #include "emulator/session/console.h"
+#include "emulator/session/module_link.h"
 
 namespace vorhost {
 
@@ -25,9 +26,10 @@ class CommandRunner : public CommandContext {
   // command line, ...), given the name in upper case; false for a name
   // that is none of them. None of the references is owned.
   CommandRunner(Transcript& transcript, Console& console, Document& document,
-                const DialogManager& dialogs, std::function<bool(const std::string&)> session_command)
+                const DialogManager& dialogs, ModuleLink& module,
+                std::function<bool(const std::string&)> session_command)
       : transcript_(transcript), console_(console), document_(document), dialogs_(dialogs),
-        session_command_(std::move(session_command)) {}
+        module_(module), session_command_(std::move(session_command)) {}
   CommandRunner(const CommandRunner&) = delete;
   CommandRunner& operator=(const CommandRunner&) = delete;
 
@@ -51,6 +53,12 @@ class CommandRunner : public CommandContext {
   // CommandContext.
   Document& document() override { return document_; }
   void Message(std::string_view text) override;
+  bool LoadApplication(std::string_view name, std::string* why) override {
+    return module_.LoadApplication(name, why);
+  }
+  bool UnloadApplication(std::string_view name, std::string* why) override {
+    return module_.UnloadApplication(name, why);
+  }
 
  private:
   // Starts the command typed; false (and a message) for an unknown one.
@@ -62,6 +70,7 @@ class CommandRunner : public CommandContext {
   Console& console_;
   Document& document_;
   const DialogManager& dialogs_;
+  ModuleLink& module_;
   std::function<bool(const std::string&)> session_command_;
   std::unique_ptr<Command> command_;
   bool echo_ = true;  // prompts and answers of the pending command shown

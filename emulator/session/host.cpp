@@ -41,6 +41,13 @@ class Services : public HostServices {
   void FeedCommand(const std::vector<Answer>& items) override { host_.commands().Feed(items); }
   void CancelCommand() override { host_.commands().Cancel(); }
   std::optional<int> PreviewDialog(const std::string& file, const std::string& name) override;
+  bool LoadApplication(std::string_view name, std::string* why) override {
+    return host_.module().LoadApplication(name, why);
+  }
+  bool UnloadApplication(std::string_view name, std::string* why) override {
+    return host_.module().UnloadApplication(name, why);
+  }
+  std::vector<std::string> Applications() override { return host_.module().Applications(); }
 
  private:
   Host& host_;
@@ -62,7 +69,8 @@ std::optional<int> Services::PreviewDialog(const std::string& file, const std::s
 
 Host::Host(std::ostream* out)
     : transcript_(out), console_(transcript_), module_(lisp_), dialogs_(transcript_, console_),
-      commands_(transcript_, console_, document_, dialogs_, [this](const std::string& name) { return RunSessionCommand(name); }),
+      commands_(transcript_, console_, document_, dialogs_, module_,
+                [this](const std::string& name) { return RunSessionCommand(name); }),
       command_line_(transcript_, console_, lisp_, commands_), services_(std::make_unique<Services>(*this)) {
   previous_ = current_host;
   current_host = this;

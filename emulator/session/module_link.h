@@ -1,8 +1,9 @@
 // module_link.h - the host's side of the module's entry point: loading and
 // unloading the module (messages 1 to 4), the functions it registers for
 // the drawing that is open, and the calls of them under way (message 5).
-// The entry point is a plain function pointer, however the module came to
-// be in the process (linked in, or loaded from a shared library).
+// The module is a shared library the link loads and owns (LoadApplication,
+// LoadFile), or an entry point linked into the program (Load, for tests).
+// The host holds one module at a time.
 #ifndef VORHOST_SESSION_MODULE_LINK_H
 #define VORHOST_SESSION_MODULE_LINK_H
 
@@ -15,6 +16,7 @@
 
 #include "emulator/core/resbuf.h"
 #include "emulator/lisp/interp.h"
+#include "emulator/platform/shared_library.h"
 
 namespace vorhost {
 
@@ -41,8 +43,27 @@ class ModuleLink {
   // with the application pointer, then 3 for the drawing that is open.
   void Load(EntryPoint entry);
   // Messages 4 and 2; the module's functions are gone from the language.
+  // A module loaded from a file is closed when it has unlocked itself, and
+  // stays in the process to its end otherwise.
   void Unload();
   bool loaded() const { return entry_ != nullptr; }
+
+  // ARXLOAD: the module file name stands for (FindApplication), loaded
+  // with LoadFile. False with *err, the message for the user, when it is
+  // not found or refused.
+  bool LoadApplication(std::string_view name, std::string* err);
+  // Loads the shared library at linux_path as the module: it must export
+  // acrxEntryPoint and acrxGetApiVersion, the latter answering this host's
+  // ACRX_API_VERSION, and no module may be loaded. Then as Load. False
+  // with *err, and nothing loaded, otherwise.
+  bool LoadFile(const std::string& linux_path, std::string* err);
+  // ARXUNLOAD: unloads the module name stands for (its file name, with or
+  // without folder and extension, letters in any case) as Unload does.
+  // Refused, false with *err, when no such module is loaded, when it has
+  // not unlocked itself, or while a call of it is under way.
+  bool UnloadApplication(std::string_view name, std::string* err);
+  // The file names of the modules loaded from files, as (arx) lists them.
+  std::vector<std::string> Applications() const;
 
   // The drawing closes: message 4, and its registrations go. Then a new
   // one opens: message 3, in which the module registers afresh.
@@ -75,6 +96,8 @@ class ModuleLink {
 
   lisp::Interpreter& lisp_;
   EntryPoint entry_ = nullptr;
+  std::unique_ptr<SharedLibrary> library_;  // null for a module linked in
+  std::string name_;                        // the library's file name
   int app_id_ = 0;
   bool unlocked_ = false;
   bool drawing_open_ = true;

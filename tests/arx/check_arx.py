@@ -12,6 +12,14 @@ of the host's exports against host/ads.h.
       (msvcrt.dll) and kernel32, and whose acrxGetApiVersion gives the
       interface version 0xE0000.
 
+  check_arx.py shared NM ADS_H PLATFORM_H LIBRARY
+      LIBRARY, the module as vorhost loads it (a shared library), exports
+      exactly acrxEntryPoint and acrxGetApiVersion, and every symbol it
+      leaves to others is a host operation that ADS_H or PLATFORM_H
+      declares, or is defined by a library it needs itself (the C
+      library; the sanitizers' runtimes in a sanitizer build), or is
+      weak: none belongs to the emulator.
+
 Each problem is printed on a line of its own; the exit status is 1 when
 there is one.
 """
@@ -147,6 +155,39 @@ def dll_problems(pe, host, header):
     return problems
 
 
+def dynamic_symbols(nm_output):
+    """(name, kind) of each line of nm -D: kind is nm's letter, name keeps
+    its @VERSION."""
+    symbols = []
+    for line in nm_output.splitlines():
+        fields = line.split()
+        if len(fields) >= 2:
+            symbols.append((fields[-1], fields[-2]))
+    return symbols
+
+
+def shared_problems(defined, undefined, headers, system):
+    """defined and undefined: nm -D's text with --defined-only and
+    --undefined-only; headers: the texts of ads.h and platform.h; system:
+    the names the libraries the module needs define."""
+    problems = []
+    exports = sorted(name for name, _ in dynamic_symbols(defined))
+    if exports != sorted(MODULE_EXPORTS):
+        problems.append("exports %s; wanted exactly %s" % (
+            ", ".join(exports) or "nothing", ", ".join(sorted(MODULE_EXPORTS))))
+    host_operations = set()
+    for header in headers:
+        host_operations |= declared_functions(header)
+    host_operations -= MODULE_EXPORTS
+    for name, kind in dynamic_symbols(undefined):
+        name = name.split("@")[0]
+        if name in host_operations or name in system or kind in ("w", "v"):
+            continue
+        problems.append("needs %s, neither a host operation of ads.h or platform.h "
+                        "nor of a library it needs" % name)
+    return problems
+
+
 def gives_constant(disassembly, value):
     """Whether the code up to the first return loads value as the result."""
     for line in disassembly.splitlines():
@@ -193,6 +234,19 @@ def main(argv):
 
         pe = PeFile(run("-p"))
         return report(dll_problems(pe, host, read(header)) + version_problems(pe, disassemble))
+    if len(argv) == 6 and argv[1] == "shared":
+        nm, ads_h, platform_h, library = argv[2:]
+
+        def symbols(which, path=library):
+            return subprocess.run([nm, "-D", which, path], check=True, capture_output=True,
+                                  text=True).stdout
+
+        needed = subprocess.run(["ldd", library], check=True, capture_output=True, text=True).stdout
+        system = set()
+        for path in re.findall(r"=> (/\S+)", needed):
+            system |= {name.split("@")[0] for name, _ in dynamic_symbols(symbols("--defined-only", path))}
+        return report(shared_problems(symbols("--defined-only"), symbols("--undefined-only"),
+                                      [read(ads_h), read(platform_h)], system))
     print(__doc__, file=sys.stderr)
     return 2
 

@@ -157,6 +157,48 @@ class DllTest(unittest.TestCase):
                 self.assertIn(expected, problems(**kwargs))
 
 
+def needs(name):
+    """The problem of a symbol the module must not need."""
+    return "needs %s, neither a host operation of ads.h or platform.h nor of a library it needs" % name
+
+
+class SharedTest(unittest.TestCase):
+    EXPORTS = "0000000000003a50 T acrxEntryPoint\n0000000000003bb0 T acrxGetApiVersion\n"
+    IMPORTS = ("                 w __cxa_finalize@GLIBC_2.2.5\n                 w __gmon_start__\n"
+               "                 U ads_printf\n                 U memcpy@GLIBC_2.14\n")
+
+    def check(self, defined=EXPORTS, undefined=IMPORTS):
+        return check_arx.shared_problems(defined, undefined, [HEADER, "int plat_getdrive(void);"],
+                                         {"memcpy", "__cxa_finalize"})
+
+    def test_the_module_as_built(self):
+        self.assertEqual(self.check(undefined=self.IMPORTS + "                 U plat_getdrive\n"), [])
+
+    def test_rejected(self):
+        cases = [
+            ("a third export", dict(defined=self.EXPORTS + "0000000000004000 T module_reset\n"),
+             "exports acrxEntryPoint, acrxGetApiVersion, module_reset; "
+             "wanted exactly acrxEntryPoint, acrxGetApiVersion"),
+            ("an entry point hidden", dict(defined="0000000000003a50 T acrxEntryPoint\n"),
+             "exports acrxEntryPoint; wanted exactly acrxEntryPoint, acrxGetApiVersion"),
+            ("a function of the emulator", dict(
+                undefined=self.IMPORTS + "                 U _ZN7vorhost4Host7CurrentEv\n"),
+             needs("_ZN7vorhost4Host7CurrentEv")),
+            ("an operation the headers do not declare", dict(
+                undefined=self.IMPORTS + "                 U ads_secret\n"),
+             needs("ads_secret")),
+            ("a name of no library it needs", dict(
+                undefined=self.IMPORTS + "                 U fopen@GLIBC_2.2.5\n"),
+             needs("fopen")),
+            ("its own entry point from the host", dict(
+                undefined=self.IMPORTS + "                 U acrxEntryPoint\n"),
+             needs("acrxEntryPoint")),
+        ]
+        for what, kwargs, expected in cases:
+            with self.subTest(what):
+                self.assertIn(expected, self.check(**kwargs))
+
+
 class VersionTest(unittest.TestCase):
     def test_the_code_of_acrx_get_api_version(self):
         pe = check_arx.PeFile(objdump())

@@ -15,7 +15,7 @@ unset VORMIS_FILES VORHOST_RESOURCES ACAD
   fail "cmake --install: $(cat "$work/install.log")"
 mv "$work/first" "$work/moved"
 tree=$work/moved
-for f in bin/vorhost share/vormis/dcl/VORMIS.DCL share/vormis/dcl/BLK.DCL share/vormis/dcl/VORMIS.HLP \
+for f in bin/vorhost lib/vormis/vormis.arx share/vormis/dcl/VORMIS.DCL share/vormis/dcl/BLK.DCL share/vormis/dcl/VORMIS.HLP \
          share/vormis/resources/BASE.DCL share/vormis/resources/ACAD.LIN share/vormis/resources/NFB--.DXF \
          share/man/man1/vorhost.1 share/doc/vormis/LICENSE share/doc/vormis/README.md share/doc/vormis/docs/data-files.md \
          share/doc/vormis/examples/c/VOR/ELINE.CAT; do

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Builds the Debian package with CPack and checks it: its listing holds the
-# program, the dialog and help files, the host's resources, the manual page
-# and the licence; it declares a CJK font; and the program unpacked from it
-# draws the example panels as the build tree's does.
+# program, the module, the dialog and help files, the host's resources, the
+# manual page and the licence; it declares a CJK font; and the program
+# unpacked from it draws the example panels, with the module unpacked
+# beside it, as the build tree's does.
 #
 # usage: package_test.sh CPACK BUILD_DIR SOURCE_DIR VORHOST
 set -u
@@ -18,7 +19,7 @@ deb=$(ls "$work"/vormis_*.deb 2>/dev/null | head -1)
 [ -n "$deb" ] || fail "no package written: $(tail -20 "$work/cpack.log")"
 
 dpkg-deb -c "$deb" | awk '{print $NF}' >"$work/listing"
-for f in ./usr/bin/vorhost ./usr/share/vormis/dcl/VORMIS.DCL ./usr/share/vormis/dcl/BLK.DCL \
+for f in ./usr/bin/vorhost ./usr/lib/vormis/vormis.arx ./usr/share/vormis/dcl/VORMIS.DCL ./usr/share/vormis/dcl/BLK.DCL \
          ./usr/share/vormis/dcl/VORMIS.HLP ./usr/share/vormis/resources/BASE.DCL \
          ./usr/share/vormis/resources/ACAD.LIN './usr/share/vormis/resources/$RECT.DXF' \
          ./usr/share/man/man1/vorhost.1 ./usr/share/doc/vormis/copyright \
