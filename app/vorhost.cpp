@@ -20,6 +20,9 @@
 #include "emulator/platform/search_path.h"
 #include "emulator/ui/script.h"
 #include "host/ads.h"
+#ifdef VORHOST_WINDOW
+#include "app/gui/run_window.h"
+#endif
 
 #ifndef VORMIS_VERSION
 #define VORMIS_VERSION "unknown"
@@ -63,6 +66,8 @@ struct Options {
   std::string script = "-";
   std::string open, save, svg;
   bool dump = false;
+  bool gui = false;
+  std::string play, screenshots;  // --gui only
 };
 
 // An option as given: "--name", with its value when it takes one
@@ -107,6 +112,11 @@ bool TakeDump(const Given&, Options* opts, std::string*) {
   return true;
 }
 
+bool TakeGui(const Given&, Options* opts, std::string*) {
+  opts->gui = true;
+  return true;
+}
+
 struct Option {
   const char* name;
   const char* value;  // what it takes, as --help names it; null for a flag
@@ -122,6 +132,12 @@ const Option kOptions[] = {
     {"--save", "FILE.dxf", "when the script ends, save the drawing (DXF R12, Big5)", TakeFile<&Options::save>},
     {"--svg", "FILE.svg", "when the script ends, write the drawing as SVG", TakeFile<&Options::svg>},
     {"--dump", nullptr, "when the script ends, print the drawing as text", TakeDump},
+    {"--gui", nullptr, "run in a window: the drawing, the command line, the\n"
+                       "module's dialogs (when built with Qt 6)", TakeGui},
+    {"--play", "SCRIPT", "with --gui, play SCRIPT in the window; the person at the\n"
+                         "window goes on after it unless --screenshot is given", TakeFile<&Options::play>},
+    {"--screenshot", "DIR", "with --gui, write a PNG of each dialog as it opens and\n"
+                            "of the main window at the end into DIR", TakeFile<&Options::screenshots>},
     {"--import-text", "FILE", "convert a data file written in UTF-8 to the module's\n"
                               "form (Big5, CR LF, 0x1A at the end), in place; refused\n"
                               "for a character Big5 cannot hold or a line over 255\n"
@@ -189,6 +205,14 @@ bool ParseOptions(int argc, char** argv, Options* opts, std::string* err) {
   if (!opts->conversions.empty() && (have_script || !opts->drives.empty() || !opts->open.empty() ||
                                      !opts->save.empty() || !opts->svg.empty() || opts->dump)) {
     *err = "--import-text and --export-text take no script and no other option";
+    return false;
+  }
+  if ((!opts->play.empty() || !opts->screenshots.empty()) && !opts->gui) {
+    *err = "--play and --screenshot go with --gui";
+    return false;
+  }
+  if (opts->gui && have_script) {
+    *err = "--gui takes its script with --play";
     return false;
   }
   return true;
@@ -307,6 +331,19 @@ int RunSession(const Options& opts) {
   return status;
 }
 
+// Runs the session in vorhost's window, when it was built with one.
+int RunWindow(const Options& opts) {
+#ifdef VORHOST_WINDOW
+  vorhost::gui::WindowOptions window{opts.open, opts.play, opts.screenshots};
+  return vorhost::gui::RunWindow(window, acrxEntryPoint,
+                                 [&opts](vorhost::Host& host) { return WriteResults(host, opts); });
+#else
+  (void)opts;
+  std::cerr << "vorhost: this vorhost was built without its window (Qt 6 was not found)\n";
+  return 2;
+#endif
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -338,5 +375,6 @@ int main(int argc, char** argv) {
     return 2;
   }
   vorhost::Files().SetCurrentDrive(3);
+  if (opts.gui) return RunWindow(opts);
   return RunSession(opts);
 }

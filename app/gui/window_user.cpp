@@ -1,0 +1,268 @@
+#include "app/gui/window_user.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPainter>
+#include <QStatusBar>
+#include <algorithm>
+#include <cstdio>
+
+#include "emulator/core/encoding.h"
+#include "emulator/io/dxf.h"
+#include "emulator/io/svg.h"
+
+namespace vorhost::gui {
+
+WindowUser::WindowUser(Host& host, MainWindow& window) : host_(host), window_(window) {
+  window_.pane().on_line = [this](const QString& line) {
+    std::string big5;
+    if (!Utf8ToBig5Text(line.toStdString(), &big5)) {
+      window_.statusBar()->showMessage(QObject::tr("The line has a character Big5 cannot hold."), 5000);
+      return;
+    }
+    Answer(Input::Line(big5));
+  };
+  window_.pane().on_escape = [this] { Answer(Input::Cancel()); };
+  // Where the host asks for a point or objects, a click is handed over as
+  // a point; at a command's prompt, which may want a point or a text, it
+  // is typed as its coordinates, as a user could have typed them.
+  window_.view().on_point = [this](const Point3& p) {
+    if (asking_ == Asking::kPrompt) Answer(Input::Line(FormatNumber(p[0]) + "," + FormatNumber(p[1])));
+    else Answer(Input::Of(vorhost::Answer::OfPoint(p)));
+  };
+  window_.view().on_window = [this](const Point3& from, const Point3& to, bool crossing) {
+    Answer(Input::Of(vorhost::Answer::OfWindow(from, to, crossing)));
+  };
+  window_.on_command = [this](const QString& line) {
+    if (asking_ != Asking::kCommand || loop_ == nullptr) {
+      window_.statusBar()->showMessage(QObject::tr("Finish or cancel what is asked first."), 5000);
+      return;
+    }
+    std::string big5;
+    Utf8ToBig5Text(line.toStdString(), &big5);
+    Answer(Input::Line(big5));
+  };
+  window_.on_file = [this](MainWindow::FileAction action) {
+    if (asking_ != Asking::kCommand || loop_ == nullptr) {
+      window_.statusBar()->showMessage(QObject::tr("Finish or cancel what is asked first."), 5000);
+      return;
+    }
+    std::string err;
+    bool ok = true;
+    switch (action) {
+      case MainWindow::FileAction::kNew: host_.NewDrawing(); break;
+      case MainWindow::FileAction::kOpen: {
+        QString path = QFileDialog::getOpenFileName(&window_, QObject::tr("Open a drawing"), QString(),
+                                                    QObject::tr("Drawings (*.dxf *.DXF)"));
+        if (!path.isEmpty()) ok = host_.OpenDrawing(path.toStdString(), &err);
+        window_.view().ZoomExtents();
+        break;
+      }
+      case MainWindow::FileAction::kSaveAs:
+      case MainWindow::FileAction::kExportSvg: {
+        bool svg = action == MainWindow::FileAction::kExportSvg;
+        QString path = QFileDialog::getSaveFileName(&window_, svg ? QObject::tr("Export SVG") : QObject::tr("Save As"),
+                                                    QString(), svg ? "SVG (*.svg)" : QObject::tr("Drawings (*.dxf)"));
+        if (path.isEmpty()) break;
+        const Document& doc = host_.document();
+        ok = svg ? SaveSvg(doc.drawing(), doc.sysvars(), path.toStdString(), &err)
+                 : SaveDxf(doc.drawing(), doc.sysvars(), path.toStdString(), &err);
+        break;
+      }
+    }
+    if (!ok) QMessageBox::warning(&window_, "vorhost", QString::fromStdString(err));
+    Refresh();
+  };
+  window_.on_close = [this] {
+    closing_ = true;
+    if (loop_) loop_->quit();
+  };
+}
+
+WindowUser::~WindowUser() {
+  window_.pane().on_line = nullptr;
+  window_.pane().on_escape = nullptr;
+  window_.view().on_point = nullptr;
+  window_.view().on_window = nullptr;
+  window_.on_command = nullptr;
+  window_.on_file = nullptr;
+  window_.on_close = nullptr;
+}
+
+void WindowUser::Refresh() {
+  const std::string& text = host_.transcript().text();
+  if (transcript_shown_ > text.size()) transcript_shown_ = 0;  // cleared
+  window_.pane().Append(QString::fromStdString(text.substr(transcript_shown_)));
+  transcript_shown_ = text.size();
+  window_.view().SetPicture(DrawingSvg(host_.document().drawing(), host_.document().sysvars()));
+}
+
+void WindowUser::Answer(Input input) {
+  if (!loop_ || (!AsksForAnswer(asking_) && asking_ != Asking::kCommand)) return;
+  // A point or a window answers only where the host asks for one.
+  if (input.answer.kind == vorhost::Answer::Kind::kPoint && asking_ != Asking::kPoint &&
+      asking_ != Asking::kSelection)
+    return;
+  if (input.answer.kind == vorhost::Answer::Kind::kWindow && asking_ != Asking::kSelection) return;
+  answer_ = std::move(input);
+  loop_->quit();
+}
+
+void WindowUser::Wait(const std::function<bool()>& done) {
+  while (!done() && !closing_) {
+    QEventLoop loop;
+    QEventLoop* outer = loop_;
+    loop_ = &loop;
+    if (on_waiting) QMetaObject::invokeMethod(&loop, on_waiting, Qt::QueuedConnection);
+    loop.exec();
+    loop_ = outer;
+  }
+}
+
+Input WindowUser::Read(Asking asking, std::string_view prompt) {
+  CloseEnded(nullptr);
+  Refresh();
+  asking_ = asking;
+  window_.pane().SetPrompt(FromBig5(std::string(prompt)));
+  window_.view().set_pick(asking == Asking::kPoint || asking == Asking::kPrompt ? DrawingView::Pick::kPoint
+                          : asking == Asking::kSelection ? DrawingView::Pick::kObjects
+                                                         : DrawingView::Pick::kNone);
+  if (script_) {
+    QApplication::processEvents();
+    Input in = script_->Read(asking, prompt);
+    if (in.kind != Input::Kind::kEnd || asking != Asking::kCommand || end_with_script_) return in;
+    script_ = nullptr;  // the person at the window goes on
+    Refresh();
+  }
+  answer_.reset();
+  Wait([this] { return answer_.has_value(); });
+  window_.view().set_pick(DrawingView::Pick::kNone);
+  if (!answer_) return asking == Asking::kCommand ? Input::End() : Input::Cancel();
+  Input in = std::move(*answer_);
+  answer_.reset();
+  return in;
+}
+
+void WindowUser::CloseEnded(const Dialog* keep) {
+  // A window stays while its dialog exists and is not above keep; a
+  // dialog's address may be taken again by a new one, so its name must
+  // match too.
+  auto ended = [this](const Shown& s) {
+    Dialog* d = host_.dialogs().Find(s.dialog);
+    return d == nullptr || !d->started || d->done || d->name() != s.window->dialog_name();
+  };
+  size_t keep_up_to = windows_.size();
+  if (keep) {
+    auto it = std::find_if(windows_.begin(), windows_.end(), [keep](const Shown& s) { return s.dialog == keep; });
+    if (it != windows_.end()) keep_up_to = static_cast<size_t>(it - windows_.begin()) + 1;
+  }
+  for (size_t i = 0; i < windows_.size(); i++)
+    if (i >= keep_up_to || ended(windows_[i])) {
+      while (windows_.size() > i) windows_.pop_back();
+      break;
+    }
+}
+
+DialogWindow& WindowUser::WindowOf(Dialog& dialog, bool* opened) {
+  *opened = false;
+  if (!windows_.empty() && windows_.back().dialog == &dialog) return *windows_.back().window;
+  QWidget* parent = windows_.empty() ? static_cast<QWidget*>(&window_) : windows_.back().window.get();
+  auto window = std::make_unique<DialogWindow>(dialog, parent);
+  window->on_input = [this] {
+    if (loop_) loop_->quit();
+  };
+  windows_.push_back({&dialog, std::move(window)});
+  *opened = true;
+  return *windows_.back().window;
+}
+
+DialogInput WindowUser::ReadEvent(Dialog& dialog, std::string_view prompt) {
+  CloseEnded(&dialog);
+  bool opened = false;
+  DialogWindow& window = WindowOf(dialog, &opened);
+  window.Sync(dialog);
+  Refresh();
+  asking_ = Asking::kDialog;
+  window_.pane().SetPrompt(FromBig5(std::string(prompt)));
+  window_.view().set_pick(DrawingView::Pick::kNone);
+  if (opened) {
+    window.show();
+    window.raise();
+    window.activateWindow();
+    QApplication::processEvents();
+    std::string err;
+    if (!screenshots_.empty() && !Shoot(dialog.name(), &window, &err))
+      window_.statusBar()->showMessage(QString::fromStdString(err), 5000);
+  }
+  if (script_) {
+    QApplication::processEvents();
+    return script_->ReadEvent(dialog, prompt);
+  }
+  Wait([&window] { return !window.pending().empty(); });
+  if (window.pending().empty()) return DialogInput::End();
+  DialogInput in = std::move(window.pending().front());
+  window.pending().pop_front();
+  return in;
+}
+
+EditOutcome WindowUser::EditText(std::string* text, std::string* why) {
+  if (script_) return script_->EditText(text, why);
+  *why = "Editing files is not available in the window yet.";
+  return EditOutcome::kCancelled;
+}
+
+void WindowUser::Acknowledge(std::string_view message) {
+  if (script_) return script_->Acknowledge(message);
+  Refresh();
+  QMessageBox::information(top_window() ? static_cast<QWidget*>(top_window()) : &window_, "vorhost",
+                           FromBig5(std::string(message)));
+}
+
+void WindowUser::Misstep(const std::string& why) {
+  if (script_) return script_->Misstep(why);
+  window_.statusBar()->showMessage(FromBig5(why), 8000);
+}
+
+bool WindowUser::Shoot(const std::string& name, QWidget* over, std::string* err) {
+  QPixmap picture = window_.grab();
+  if (over) {
+    // The dialog over the window, with a title bar of its own: a window
+    // grabbed has no frame.
+    QPixmap dialog = over->grab();
+    QPainter painter(&picture);
+    int bar = over->fontMetrics().height() + 10;
+    QRect frame((picture.width() - dialog.width()) / 2, std::max(0, (picture.height() - dialog.height() - bar) / 3),
+                dialog.width(), dialog.height() + bar);
+    painter.fillRect(frame.translated(5, 5), QColor(0, 0, 0, 50));  // its shadow
+    painter.fillRect(QRect(frame.topLeft(), QSize(frame.width(), bar)), QColor(52, 101, 164));
+    painter.setPen(Qt::white);
+    painter.drawText(QRect(frame.topLeft() + QPoint(8, 0), QSize(frame.width() - 16, bar)),
+                     Qt::AlignVCenter | Qt::AlignLeft, over->windowTitle());
+    painter.drawPixmap(frame.topLeft() + QPoint(0, bar), dialog);
+    painter.setPen(QColor(60, 60, 60));
+    painter.drawRect(frame.adjusted(0, 0, -1, -1));
+  }
+  char number[8];
+  std::snprintf(number, sizeof number, "%02zu", shots_.size() + 1);
+  std::string path = screenshots_ + "/" + (over ? std::string(number) + "-" + name : name) + ".png";
+  QDir().mkpath(QString::fromStdString(screenshots_));
+  if (!picture.save(QString::fromStdString(path), "PNG")) {
+    *err = "Cannot write " + path + ".";
+    return false;
+  }
+  shots_.push_back(path);
+  return true;
+}
+
+bool WindowUser::Finish(std::string* err) {
+  CloseEnded(nullptr);
+  windows_.clear();
+  Refresh();
+  window_.pane().SetPrompt("");
+  QApplication::processEvents();
+  return screenshots_.empty() || Shoot("main", nullptr, err);
+}
+
+}  // namespace vorhost::gui

@@ -1,0 +1,476 @@
+// window_tests.cpp - vorhost's window on Qt's offscreen platform, driven by
+// clicks and keys: the drawing view's navigation, dialogs built from their
+// tiles and the events they hand over, and whole sessions whose drawings
+// must equal those of the same sessions played by a script.
+#include <stdlib.h>
+
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTreeWidget>
+#include <QWheelEvent>
+#include <QtTest>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <memory>
+#include <regex>
+#include <set>
+#include <sstream>
+
+#include "app/gui/dialog_window.h"
+#include "app/gui/main_window.h"
+#include "app/gui/window_user.h"
+#include "emulator/core/answer.h"
+#include "emulator/io/dump.h"
+#include "emulator/platform/filesystem.h"
+#include "emulator/session/host.h"
+#include "emulator/ui/script.h"
+#include "host/ads.h"
+
+using namespace vorhost;
+using namespace vorhost::gui;
+
+namespace {
+
+// A host on a fresh copy of the examples' drive C:, with the module loaded
+// when a session is played.
+class Drive {
+ public:
+  Drive() {
+    char dir[] = "/tmp/vor_window_XXXXXX";
+    root_ = mkdtemp(dir) ? dir : "";
+    std::filesystem::copy(VOR_SOURCE_DIR "/examples/c", root_, std::filesystem::copy_options::recursive);
+    std::string err;
+    Files().Mount('C', root_, &err);
+    Files().SetCurrentDrive(3);
+    host = std::make_unique<Host>();
+  }
+  ~Drive() {
+    host.reset();
+    Files().Reset();
+    std::error_code ec;
+    std::filesystem::remove_all(root_, ec);
+  }
+  std::string Dump() const { return DumpDrawing(host->document().drawing()); }
+
+  std::unique_ptr<Host> host;
+
+ private:
+  std::string root_;
+};
+
+// The window playing the user of a drive's host: steps run one at a time,
+// each when the window waits for the user; the window closes after the
+// last, or when a step never gets its answer.
+class WindowSession : public Drive {
+ public:
+  WindowSession() : user(*host, window) {
+    window.resize(1000, 700);
+    window.show();
+    host->console().set_user(&user);
+    host->console().set_echo_answers(true);
+  }
+
+  void Play(std::vector<std::function<void()>> steps) {
+    size_t next = 0;
+    user.on_waiting = [&] {
+      if (next < steps.size()) steps[next++]();
+      else window.close();
+    };
+    QTimer watchdog;
+    watchdog.setSingleShot(true);
+    QObject::connect(&watchdog, &QTimer::timeout, &window, [this] { window.close(); });
+    watchdog.start(20000);
+    host->module().Load(acrxEntryPoint);
+    host->command_line().Run();
+    host->module().Unload();
+    if (next != steps.size()) qWarning("%s", host->transcript().text().c_str());
+    QVERIFY2(next == steps.size(), qPrintable(QString("the session ended after step %1 of %2").arg(next).arg(steps.size())));
+    QVERIFY(watchdog.isActive());
+  }
+
+  // The user's verbs.
+  void Type(const QString& line) {
+    QTest::keyClicks(window.pane().line(), line);
+    QTest::keyClick(window.pane().line(), Qt::Key_Return);
+  }
+  // Clicks the pixel nearest world and gives the point it stands for.
+  Point3 Click(const Point3& world) {
+    QPoint at = window.view().ScreenAt(world).toPoint();
+    Mouse(QEvent::MouseButtonPress, at, Qt::LeftButton);
+    Mouse(QEvent::MouseButtonRelease, at, Qt::NoButton);
+    return window.view().WorldAt(at);
+  }
+  void Drag(const Point3& from, const Point3& to) {
+    QPoint a = window.view().ScreenAt(from).toPoint(), b = window.view().ScreenAt(to).toPoint();
+    Mouse(QEvent::MouseButtonPress, a, Qt::LeftButton);
+    Mouse(QEvent::MouseMove, (a + b) / 2, Qt::LeftButton);
+    Mouse(QEvent::MouseMove, b, Qt::LeftButton);
+    Mouse(QEvent::MouseButtonRelease, b, Qt::NoButton);
+  }
+  void Mouse(QEvent::Type type, QPoint at, Qt::MouseButtons buttons) {
+    QMouseEvent event(type, at, window.view().mapToGlobal(at), Qt::LeftButton, buttons, Qt::NoModifier);
+    QApplication::sendEvent(&window.view(), &event);
+  }
+  void Menu(const char* name) {
+    QAction* action = window.findChild<QAction*>(name);
+    QVERIFY2(action, name);
+    action->trigger();
+  }
+  DialogWindow& Top() { return *user.top_window(); }
+  void ClickRow(const char* key, int row) {
+    auto* list = qobject_cast<QTreeWidget*>(Top().WidgetFor(key));
+    QVERIFY2(list, key);
+    QRect rect = list->visualItemRect(list->topLevelItem(row));
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, rect.center());
+  }
+  void Press(const char* key) {
+    QWidget* w = Top().WidgetFor(key);
+    QVERIFY2(w, key);
+    QTest::mouseClick(w, Qt::LeftButton, {}, QPoint(8, w->height() / 2));
+  }
+
+  MainWindow window;
+  WindowUser user;
+};
+
+std::string ScriptDump(const std::vector<std::string>& lines) {
+  Drive drive;
+  ScriptUser script(*drive.host, "equivalent", lines);
+  drive.host->console().set_user(&script);
+  drive.host->module().Load(acrxEntryPoint);
+  drive.host->command_line().Run();
+  drive.host->module().Unload();
+  if (script.failed()) return "script failed: " + script.failure();
+  return drive.Dump();
+}
+
+std::string At(const Point3& p) { return FormatNumber(p[0]) + "," + FormatNumber(p[1]); }
+
+// Every keyed tile has a widget of its kind; unboxed clusters have none.
+const char* WidgetKind(dcl::TileKind kind) {
+  switch (kind) {
+    case dcl::TileKind::kButton:
+    case dcl::TileKind::kImageButton: return "QPushButton";
+    case dcl::TileKind::kToggle: return "QCheckBox";
+    case dcl::TileKind::kRadioButton: return "QRadioButton";
+    case dcl::TileKind::kEditBox: return "QLineEdit";
+    case dcl::TileKind::kListBox: return "QTreeWidget";
+    case dcl::TileKind::kPopupList: return "QComboBox";
+    case dcl::TileKind::kText:
+    case dcl::TileKind::kTextPart: return "QLabel";
+    case dcl::TileKind::kBoxedRow:
+    case dcl::TileKind::kBoxedColumn:
+    case dcl::TileKind::kBoxedRadioRow:
+    case dcl::TileKind::kBoxedRadioColumn: return "QGroupBox";
+    default: return nullptr;
+  }
+}
+
+// docs/dialogs.md: the dialogs of each file, and the keys each section
+// names with their kinds (a section may cover several dialogs).
+struct DocSection {
+  std::vector<std::string> dialogs;
+  std::vector<std::pair<std::string, std::string>> keys;  // key, kind
+};
+
+std::string ReadText(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream s;
+  s << in.rdbuf();
+  return s.str();
+}
+
+void ReadDialogDocs(std::map<std::string, std::vector<std::string>>* files, std::vector<DocSection>* sections) {
+  std::istringstream in(ReadText(VOR_SOURCE_DIR "/docs/dialogs.md"));
+  std::regex file_row(R"(^\| `(\w+\.DCL)` \| (.*?) \|)"), name(R"(`([A-Z_0-9]+)`)"), word(R"([A-Z][A-Z_0-9]{3,})");
+  std::regex key_row(R"(^\| `(\w+)` \| (text|toggle|button|list|multi-list|edit) \|)");
+  std::smatch m;
+  for (std::string line; std::getline(in, line);) {
+    if (std::regex_search(line, m, file_row)) {
+      std::string names = m[2];
+      for (std::sregex_iterator it(names.begin(), names.end(), name), end; it != end; ++it)
+        (*files)[m[1]].push_back((*it)[1]);
+    } else if (line.rfind("## ", 0) == 0) {
+      sections->push_back({});
+      for (std::sregex_iterator it(line.begin(), line.end(), word), end; it != end; ++it)
+        sections->back().dialogs.push_back(it->str());
+    } else if (!sections->empty() && std::regex_search(line, m, key_row)) {
+      sections->back().keys.emplace_back(m[1], m[2]);
+    }
+  }
+}
+
+}  // namespace
+
+class WindowTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void initTestCase() {
+    setenv("VORHOST_RESOURCES", VORHOST_RESOURCES, 1);
+    setenv("VORMIS_FILES", VORMIS_FILES, 1);
+    setenv("TZ", "UTC", 1);
+  }
+
+  void viewNavigates() {
+    DrawingView view;
+    view.resize(400, 300);
+    view.SetPicture(
+        "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 -100 200 100\">"
+        "<path d=\"M0,0 L200,-100\" stroke=\"#000\"/></svg>");
+    // Fitted: the frame's centre in the middle, the frame's width across.
+    QCOMPARE(view.scale(), 2.0);
+    Point3 middle = view.WorldAt(QPointF(200, 150));
+    QCOMPARE(middle[0], 100.0);
+    QCOMPARE(middle[1], 50.0);
+    Point3 p{37.5, -12.25, 0};
+    Point3 back = view.WorldAt(view.ScreenAt(p));
+    QCOMPARE(back[0], p[0]);
+    QCOMPARE(back[1], p[1]);
+
+    // The wheel zooms about the cursor: the point under it stays.
+    QPointF cursor(50, 70);
+    Point3 under = view.WorldAt(cursor);
+    QWheelEvent wheel(cursor, view.mapToGlobal(cursor), {}, QPoint(0, 240), Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&view, &wheel);
+    QVERIFY(qAbs(view.scale() - 2.0 * 1.2 * 1.2) < 1e-12);
+    QVERIFY(qAbs(view.WorldAt(cursor)[0] - under[0]) < 1e-9);
+    QVERIFY(qAbs(view.WorldAt(cursor)[1] - under[1]) < 1e-9);
+
+    // The middle button drags the drawing along.
+    QPoint from(100, 100), to(130, 80);
+    Point3 grabbed = view.WorldAt(from);
+    for (auto [type, at, buttons] : {std::tuple{QEvent::MouseButtonPress, from, Qt::MiddleButton},
+                                     std::tuple{QEvent::MouseMove, to, Qt::MiddleButton},
+                                     std::tuple{QEvent::MouseButtonRelease, to, Qt::NoButton}}) {
+      QMouseEvent event(type, at, view.mapToGlobal(at), Qt::MiddleButton, buttons, Qt::NoModifier);
+      QApplication::sendEvent(&view, &event);
+    }
+    QVERIFY(qAbs(view.WorldAt(to)[0] - grabbed[0]) < 1e-9);
+    QVERIFY(qAbs(view.WorldAt(to)[1] - grabbed[1]) < 1e-9);
+
+    // Once the user has moved the view, a new picture keeps it; extents
+    // fit again.
+    view.SetPicture("<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 -10 20 10\"></svg>");
+    QVERIFY(view.scale() > 2.0);
+    view.ZoomExtents();
+    QCOMPARE(view.scale(), 20.0);
+  }
+
+  // Every dialog of the module's files: each keyed tile has a widget of
+  // its kind, greyed when the tile or a cluster around it is disabled, and
+  // every key docs/dialogs.md names is there, as the kind it says.
+  void dialogsHaveTheirWidgets() {
+    std::map<std::string, std::vector<std::string>> files;
+    std::vector<DocSection> sections;
+    ReadDialogDocs(&files, &sections);
+    QCOMPARE(files.size(), size_t{2});
+    Drive drive;
+    std::map<std::string, std::unique_ptr<DialogWindow>> windows;
+    std::map<std::string, Dialog*> dialogs;
+    for (const auto& [file, names] : files) {
+      int id = 0;
+      QCOMPARE(drive.host->dialogs().Load(file, &id), RTNORM);
+      for (const std::string& name : names) {
+        ads_hdlg handle = nullptr;
+        QVERIFY2(drive.host->dialogs().New(name, id, NULLCB, &handle) == RTNORM, name.c_str());
+        Dialog* dialog = drive.host->dialogs().Find(handle);
+        std::vector<LiveTile*> keyed = dialog->KeyedTiles();
+        for (size_t i = 0; i < keyed.size(); i += 3) keyed[i]->enabled = false;
+        windows[name] = std::make_unique<DialogWindow>(*dialog, nullptr);
+        dialogs[name] = dialog;
+        for (LiveTile* tile : keyed) {
+          const char* kind = WidgetKind(tile->kind());
+          QWidget* widget = windows[name]->WidgetFor(tile->key());
+          QString where = QString::fromStdString(name + " " + tile->key());
+          if (!kind) continue;
+          QVERIFY2(widget && widget->inherits(kind), qPrintable(where));
+          QVERIFY2(widget->isEnabled() == tile->Usable(), qPrintable(where));
+        }
+      }
+    }
+    size_t documented = 0;
+    const std::map<std::string, const char*> kinds = {{"text", "QLabel"}, {"toggle", "QCheckBox"},
+                                                      {"button", "QPushButton"}, {"list", "QTreeWidget"},
+                                                      {"multi-list", "QTreeWidget"}, {"edit", "QLineEdit"}};
+    for (const DocSection& section : sections)
+      for (const auto& [key, kind] : section.keys) {
+        bool found = false;
+        for (const std::string& name : section.dialogs) {
+          if (!windows.count(name)) continue;
+          QWidget* widget = windows[name]->WidgetFor(key);
+          if (!widget) continue;
+          found = true;
+          QVERIFY2(widget->inherits(kinds.at(kind)), qPrintable(QString::fromStdString(name + " " + key)));
+          if (auto* list = qobject_cast<QTreeWidget*>(widget))
+            QCOMPARE(list->selectionMode() == QAbstractItemView::MultiSelection, kind == "multi-list");
+        }
+        QVERIFY2(found, key.c_str());
+        documented++;
+      }
+    QVERIFY(documented > 50);
+    windows.clear();
+  }
+
+  // What the user does in a dialog reaches the runtime as the events of
+  // its text form, and nothing else does.
+  void dialogHandsOverEvents() {
+    Drive drive;
+    int id = 0;
+    QCOMPARE(drive.host->dialogs().Load("VORMIS.DCL", &id), RTNORM);
+    ads_hdlg handle = nullptr;
+    QCOMPARE(drive.host->dialogs().New("VOR_ELINE_0", id, NULLCB, &handle), RTNORM);
+    Dialog& dialog = *drive.host->dialogs().Find(handle);
+    dialog.Find("eline")->rows = {"E1\tELINE1\tE-LIGHT\t2\tx", "E2\tELINE2\tE-POWER\t1\ty", "E3\tELINE3\tE-POWER\t1\tz"};
+    dialog.Find("del")->enabled = false;
+    DialogWindow window(dialog, nullptr);
+    window.show();
+    QApplication::setActiveWindow(&window);
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    auto* list = qobject_cast<QTreeWidget*>(window.WidgetFor("eline"));
+    auto* gap = qobject_cast<QLineEdit*>(window.WidgetFor("dimlinegap"));
+    auto row_at = [list](int row) { return list->visualItemRect(list->topLevelItem(row)).center(); };
+    auto button = [&window](const char* key) { return window.WidgetFor(key); };
+
+    struct Case {
+      const char* what;
+      std::function<void()> act;
+      std::vector<std::string> events;  // text forms; "<escape>" for Escape
+    };
+    const Case cases[] = {
+        {"a row clicked", [&] { QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, row_at(1)); },
+         {"select eline 1"}},
+        {"a row double-clicked",
+         [&] {
+           QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, row_at(2));
+           QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, row_at(2));
+         },
+         {"select eline 2", "double-click eline 2"}},
+        {"a toggle flipped", [&] { QTest::mouseClick(button("dimline"), Qt::LeftButton, {}, QPoint(6, 8)); },
+         {"toggle dimline"}},
+        {"a text typed and left",
+         [&] {
+           gap->setFocus();
+           gap->selectAll();
+           QTest::keyClicks(gap, "3.5");
+           button("add")->setFocus();
+         },
+         {"type dimlinegap 3.5"}},
+        {"an edit box left unchanged", [&] { gap->setFocus(); button("add")->setFocus(); }, {}},
+        {"a text typed with Enter",
+         [&] {
+           gap->selectAll();
+           QTest::keyClicks(gap, "4");
+           QTest::keyClick(gap, Qt::Key_Return);
+         },
+         {"enter dimlinegap 4"}},
+        {"a button pressed", [&] { QTest::mouseClick(button("add"), Qt::LeftButton); }, {"press add"}},
+        {"a disabled button clicked", [&] { QTest::mouseClick(button("del"), Qt::LeftButton); }, {}},
+        {"OK", [&] { QTest::mouseClick(button("accept"), Qt::LeftButton); }, {"ok"}},
+        {"Cancel", [&] { QTest::mouseClick(button("cancel"), Qt::LeftButton); }, {"cancel"}},
+        {"Escape", [&] { QTest::keyClick(&window, Qt::Key_Escape); }, {"<escape>"}},
+    };
+    for (const Case& c : cases) {
+      window.pending().clear();
+      window.Sync(dialog);
+      c.act();
+      std::vector<std::string> got;
+      for (const DialogInput& in : window.pending())
+        got.push_back(in.kind == DialogInput::Kind::kEscape ? "<escape>" : EventText(in.event));
+      std::string said = std::string(c.what) + ":";
+      for (const std::string& e : got) said += " [" + e + "]";
+      QVERIFY2(got == c.events, said.c_str());
+    }
+    // The runtime's values are shown: the chosen row, the toggle, the mode.
+    dialog.SetValue(*dialog.Find("eline"), "2");
+    dialog.SetValue(*dialog.Find("dimline"), "1");
+    dialog.Find("del")->enabled = true;
+    window.Sync(dialog);
+    QCOMPARE(list->selectedItems().size(), qsizetype{1});
+    QCOMPARE(list->indexOfTopLevelItem(list->selectedItems().front()), 2);
+    QCOMPARE(list->topLevelItem(2)->text(2), QString("E-POWER"));
+    QVERIFY(qobject_cast<QCheckBox*>(button("dimline"))->isChecked());
+    QVERIFY(button("del")->isEnabled());
+  }
+
+  // Two lines drawn by clicks, a run type applied to them from the line
+  // tool's dialog with its label switched on, the lines chosen with a
+  // window: the same drawing as the session typed as a script.
+  void runTypeAppliedByClicks() {
+    Point3 a, b, c, d;
+    std::string shown;
+    bool came_back = false;
+    std::string window_dump;
+    {
+      WindowSession s;
+      s.window.view().SetView({200, -50, 0}, 0.5);
+      s.Play({
+          [&] { s.Type("(setq VORMIS \"C:/VOR\")"); },
+          [&] { s.Menu("VOR_LT_LO"); },
+          [&] { s.Type("LINE"); },
+          [&] { a = s.Click({0, 0, 0}); },
+          [&] { b = s.Click({400, 0, 0}); },
+          [&] { s.Type(""); },
+          [&] { s.Type("LINE"); },
+          [&] { c = s.Click({0, -100, 0}); },
+          [&] { d = s.Click({400, -100, 0}); },
+          [&] { s.Type(""); },
+          [&] { s.Menu("VOR_ELINE"); },
+          [&] { s.ClickRow("eline", 0); },
+          [&] { s.Press("dimline"); },
+          [&] { s.Press("changeline"); },
+          [&] { s.Drag({-50, 50, 0}, {450, -150, 0}); },
+          [&] { s.Type(""); },
+          [&] {
+            came_back = s.user.top_window() && s.Top().dialog_name() == "VOR_ELINE_0";
+            s.Press("accept");
+          },
+      });
+      window_dump = s.Dump();
+    }
+    QVERIFY(came_back);
+    QVERIFY2(window_dump.find("ELINE1") != std::string::npos, window_dump.c_str());
+    std::string script_dump = ScriptDump({"(setq VORMIS \"C:/VOR\")", "(VOR_LT_LO)", "LINE", At(a), At(b), "", "LINE", At(c),
+                                          At(d), "", "(VOR_ELINE)", "select eline 0", "toggle dimline",
+                                          "press changeline", "W", "-50,50", "450,-150", "", "ok"});
+    QCOMPARE(window_dump, script_dump);
+  }
+
+  // Panels from two schedules chosen in order in the file browser, placed
+  // by clicks: the same drawing as the script's.
+  void panelsPlacedByClicks() {
+    Point3 first, second;
+    std::string window_dump;
+    {
+      WindowSession s;
+      s.window.view().SetView({3000, -2000, 0}, 0.05);
+      s.Play({
+          [&] { s.Type("(setq VORMIS \"C:/VOR\")"); },
+          [&] { s.Menu("VOR_ACF"); },
+          [&] { s.ClickRow("file", 1); },
+          [&] { s.ClickRow("file", 2); },
+          [&] { s.Press("accept"); },
+          [&] { first = s.Click({0, 0, 0}); },
+          [&] { second = s.Click({4000, 0, 0}); },
+      });
+      window_dump = s.Dump();
+    }
+    QVERIFY(window_dump.find("LP-1") != std::string::npos);
+    QVERIFY(window_dump.find("PP-1") != std::string::npos);
+    std::string script_dump = ScriptDump(
+        {"(setq VORMIS \"C:/VOR\")", "(VOR_ACF)", "select file 1", "select file 2", "ok", At(first), At(second)});
+    QCOMPARE(window_dump, script_dump);
+  }
+};
+
+QTEST_MAIN(WindowTest)
+#include "window_tests.moc"
