@@ -115,7 +115,7 @@ void DialogWindow::Build(const LiveTile& tile, QBoxLayout* into) {
     }
   }
   for (const auto& child : tile.children()) Build(*child, layout);
-  if (Horizontal(kind) && kind != TileKind::kConcatenation) layout->addStretch(0);
+  if (Horizontal(kind)) layout->addStretch(kind == TileKind::kConcatenation ? 1 : 0);
 }
 
 QWidget* DialogWindow::Leaf(const LiveTile& tile, QBoxLayout* into) {

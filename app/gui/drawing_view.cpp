@@ -42,6 +42,15 @@ void DrawingView::ZoomExtents() {
   update();
 }
 
+void DrawingView::ZoomExtentsInto(const QRectF& area) {
+  if (page_.isEmpty() || area.isEmpty()) return;
+  scale_ = std::clamp(std::min(area.width() / page_.width(), area.height() / page_.height()), kMinScale, kMaxScale);
+  // The page's centre goes to the area's.
+  cx_ = page_.center().x() - (area.center().x() - width() / 2.0) / scale_;
+  cy_ = -page_.center().y() + (area.center().y() - height() / 2.0) / scale_;
+  update();
+}
+
 void DrawingView::ZoomAbout(QPointF screen, double factor) {
   fitting_ = false;
   Point3 before = WorldAt(screen);

@@ -35,6 +35,9 @@ class DrawingView : public QWidget {
   // Fits what is drawn (with the picture's margin) into the view, and
   // keeps fitting new pictures until the user pans or zooms.
   void ZoomExtents();
+  // Fits what is drawn into area, a part of the view (for a picture with a
+  // dialog over the rest); new pictures are fitted to the whole again.
+  void ZoomExtentsInto(const QRectF& area);
   // Zooms by factor, keeping the world point under screen where it is.
   void ZoomAbout(QPointF screen, double factor);
   void PanBy(QPointF pixels);
@@ -44,6 +47,8 @@ class DrawingView : public QWidget {
   Point3 WorldAt(QPointF screen) const;
   QPointF ScreenAt(const Point3& world) const;
   double scale() const { return scale_; }  // pixels per drawing unit
+  // Whether new pictures are fitted to the view (the user has not moved it).
+  bool fitting() const { return fitting_; }
 
   void set_pick(Pick pick);
   Pick pick() const { return pick_; }

@@ -21,6 +21,7 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
   dock->setWidget(pane_);
   dock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable);
   addDockWidget(Qt::BottomDockWidgetArea, dock);
+  resizeDocks({dock}, {pane_->minimumSizeHint().height()}, Qt::Vertical);
   coordinates_ = new QLabel(this);
   coordinates_->setMinimumWidth(220);
   statusBar()->addPermanentWidget(coordinates_);

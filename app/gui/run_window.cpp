@@ -14,7 +14,7 @@ namespace vorhost::gui {
 
 namespace {
 // The main window's size when it first opens.
-constexpr int kWidth = 1200, kHeight = 800;
+constexpr int kWidth = 1400, kHeight = 860;
 }  // namespace
 
 int RunWindow(const WindowOptions& options, EntryPoint entry, const std::function<bool(Host&)>& done) {

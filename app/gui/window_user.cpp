@@ -226,14 +226,24 @@ void WindowUser::Misstep(const std::string& why) {
 }
 
 bool WindowUser::Shoot(const std::string& name, QWidget* over, std::string* err) {
+  // With a dialog over it, the drawing is fitted into the part of the view
+  // left of the dialog, which stands at the right.
+  constexpr int kMargin = 16;
+  DrawingView& view = window_.view();
+  if (over && view.fitting()) {
+    int left = view.width() - over->width() - 2 * kMargin;
+    if (left > view.width() / 4) view.ZoomExtentsInto(QRectF(kMargin, kMargin, left, view.height() - 2 * kMargin));
+  }
   QPixmap picture = window_.grab();
+  if (over && view.fitting()) view.ZoomExtents();
   if (over) {
     // The dialog over the window, with a title bar of its own: a window
     // grabbed has no frame.
     QPixmap dialog = over->grab();
     QPainter painter(&picture);
     int bar = over->fontMetrics().height() + 10;
-    QRect frame((picture.width() - dialog.width()) / 2, std::max(0, (picture.height() - dialog.height() - bar) / 3),
+    QPoint view_at = view.mapTo(&window_, QPoint(0, 0));
+    QRect frame(std::max(0, view_at.x() + view.width() - dialog.width() - kMargin), view_at.y() + kMargin,
                 dialog.width(), dialog.height() + bar);
     painter.fillRect(frame.translated(5, 5), QColor(0, 0, 0, 50));  // its shadow
     painter.fillRect(QRect(frame.topLeft(), QSize(frame.width(), bar)), QColor(52, 101, 164));
