@@ -87,6 +87,13 @@ QPointF DrawingView::ScreenAt(const Point3& world) const {
 void DrawingView::set_pick(Pick pick) {
   pick_ = pick;
   dragging_ = false;
+  if (pick_ != Pick::kPoint) snapped_.reset();
+  update();
+}
+
+void DrawingView::SetSnaps(std::vector<SnapPoint> snaps) {
+  snaps_ = std::move(snaps);
+  snapped_.reset();
   update();
 }
 
@@ -97,6 +104,19 @@ void DrawingView::paintEvent(QPaintEvent*) {
     // The page's y runs down like the screen's: its frame maps straight.
     QPointF top_left = ScreenAt({page_.left(), -page_.top(), 0});
     renderer_.render(&painter, QRectF(top_left, QSizeF(page_.width() * scale_, page_.height() * scale_)));
+  }
+  if (snapped_) {
+    // A square on an end, a triangle on a middle.
+    QPointF at = ScreenAt(snapped_->at);
+    constexpr double r = kSnapRadius * 0.75;
+    painter.setPen(QPen(QColor(230, 120, 0), 2));
+    painter.setBrush(Qt::NoBrush);
+    if (snapped_->mid) {
+      const QPointF corners[] = {at + QPointF(0, -r), at + QPointF(r, r * 0.8), at + QPointF(-r, r * 0.8)};
+      painter.drawPolygon(corners, 3);
+    } else {
+      painter.drawRect(QRectF(at - QPointF(r, r), at + QPointF(r, r)));
+    }
   }
   if (dragging_) {
     bool crossing = drag_to_.x() < drag_from_.x();
@@ -130,7 +150,23 @@ void DrawingView::mouseMoveEvent(QMouseEvent* event) {
     dragging_ = dragging_ || std::hypot(moved.x(), moved.y()) >= kDragThreshold;
     update();
   }
-  if (on_cursor) on_cursor(WorldAt(event->position()));
+  if (pick_ == Pick::kPoint) {
+    std::optional<SnapPoint> nearest;
+    double best = kSnapRadius * kSnapRadius;
+    for (const SnapPoint& snap : snaps_) {
+      QPointF d = ScreenAt(snap.at) - event->position();
+      double d2 = d.x() * d.x() + d.y() * d.y();
+      if (d2 <= best) {
+        best = d2;
+        nearest = snap;
+      }
+    }
+    bool changed = nearest.has_value() != snapped_.has_value() ||
+                   (nearest && (nearest->at[0] != snapped_->at[0] || nearest->at[1] != snapped_->at[1]));
+    snapped_ = nearest;
+    if (changed) update();
+  }
+  if (on_cursor) on_cursor(snapped_ ? snapped_->at : WorldAt(event->position()));
 }
 
 void DrawingView::mouseReleaseEvent(QMouseEvent* event) {
@@ -147,7 +183,8 @@ void DrawingView::mouseReleaseEvent(QMouseEvent* event) {
       on_window(WorldAt(drag_from_), WorldAt(event->position()), event->position().x() < drag_from_.x());
     return;
   }
-  if (on_point) on_point(WorldAt(event->position()));
+  Point3 at = pick_ == Pick::kPoint && snapped_ ? snapped_->at : WorldAt(event->position());
+  if (on_point) on_point(at);
 }
 
 void DrawingView::wheelEvent(QWheelEvent* event) {

@@ -9,8 +9,11 @@
 #include <QSvgRenderer>
 #include <QWidget>
 #include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
+#include "app/gui/snap.h"
 #include "emulator/core/numbers.h"
 
 namespace vorhost::gui {
@@ -52,8 +55,11 @@ class DrawingView : public QWidget {
 
   void set_pick(Pick pick);
   Pick pick() const { return pick_; }
-  // Half the side of the box a click picks objects with, in pixels.
-  static constexpr int kPickBox = 4;
+  // The points a click for a point snaps to, when the cursor comes within
+  // kSnapRadius pixels of one; the one it would snap to now, if any.
+  void SetSnaps(std::vector<SnapPoint> snaps);
+  static constexpr int kSnapRadius = 8;
+  std::optional<SnapPoint> snapped() const { return snapped_; }
 
   // Called with a point clicked (kPoint, or a click in kObjects), and with
   // a window dragged in kObjects: from the first corner to the second, and
@@ -82,6 +88,8 @@ class DrawingView : public QWidget {
   QPointF pan_from_;
   bool dragging_ = false;
   QPointF drag_from_, drag_to_;
+  std::vector<SnapPoint> snaps_;
+  std::optional<SnapPoint> snapped_;
 };
 
 }  // namespace vorhost::gui

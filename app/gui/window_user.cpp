@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "app/gui/snap.h"
 #include "emulator/core/encoding.h"
 #include "emulator/io/dxf.h"
 #include "emulator/io/svg.h"
@@ -96,7 +97,12 @@ void WindowUser::Refresh() {
   if (transcript_shown_ > text.size()) transcript_shown_ = 0;  // cleared
   window_.pane().Append(QString::fromStdString(text.substr(transcript_shown_)));
   transcript_shown_ = text.size();
-  window_.view().SetPicture(DrawingSvg(host_.document().drawing(), host_.document().sysvars()));
+  std::string svg = DrawingSvg(host_.document().drawing(), host_.document().sysvars());
+  if (svg != picture_) {
+    picture_ = svg;
+    window_.view().SetPicture(svg);
+    window_.view().SetSnaps(SnapPoints(host_.document().drawing()));
+  }
 }
 
 void WindowUser::Answer(Input input) {

@@ -82,6 +82,7 @@ class WindowUser : public User {
   std::vector<std::string> shots_;
   std::vector<Shown> windows_;
   size_t transcript_shown_ = 0;
+  std::string picture_;  // the drawing's picture last shown
   Asking asking_ = Asking::kCommand;
   std::optional<Input> answer_;
   QEventLoop* loop_ = nullptr;

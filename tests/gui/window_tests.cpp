@@ -26,6 +26,7 @@
 
 #include "app/gui/dialog_window.h"
 #include "app/gui/main_window.h"
+#include "app/gui/snap.h"
 #include "app/gui/window_user.h"
 #include "emulator/core/answer.h"
 #include "emulator/io/dump.h"
@@ -264,6 +265,51 @@ class WindowTest : public QObject {
     QVERIFY(view.scale() > 2.0);
     view.ZoomExtents();
     QCOMPARE(view.scale(), 20.0);
+  }
+
+  // Ends and middles of what is drawn, and a click for a point near one
+  // takes it exactly; a pick of objects does not snap.
+  void clicksSnapToEndsAndMiddles() {
+    Drive drive;
+    ScriptUser script(*drive.host, "drawing",
+                      {"LINE", "0,0", "10,0", "", "ARC", "20,0", "25,5", "30,0", "PLINE", "0,20", "10,20", "10,30", ""});
+    drive.host->console().set_user(&script);
+    drive.host->command_line().Run();
+    QVERIFY2(!script.failed(), script.failure().c_str());
+    std::vector<SnapPoint> snaps = SnapPoints(drive.host->document().drawing());
+    std::set<std::tuple<long, long, bool>> got, want = {
+        {0, 0, false},  {10, 0, false},  {5, 0, true},                    // the line
+        {20, 0, false}, {30, 0, false},  {25, 5, true},                   // the arc
+        {0, 20, false}, {10, 20, false}, {10, 30, false}, {5, 20, true}, {10, 25, true}};  // the polyline
+    for (const SnapPoint& p : snaps) got.insert({std::lround(p.at[0] * 1000), std::lround(p.at[1] * 1000), p.mid});
+    std::set<std::tuple<long, long, bool>> want_milli;
+    for (auto [x, y, mid] : want) want_milli.insert({x * 1000, y * 1000, mid});
+    QVERIFY(got == want_milli);
+
+    DrawingView view;
+    view.resize(400, 300);
+    view.SetView({10, 10, 0}, 10);
+    view.SetSnaps(snaps);
+    std::vector<Point3> clicked;
+    view.on_point = [&clicked](const Point3& p) { clicked.push_back(p); };
+    auto click = [&view](QPointF at) {
+      for (QEvent::Type type : {QEvent::MouseMove, QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        QMouseEvent event(type, at, view.mapToGlobal(at), type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton,
+                          type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(&view, &event);
+      }
+    };
+    QPointF near_end = view.ScreenAt({10, 0, 0}) + QPointF(4, -3), far = view.ScreenAt({15, 12, 0});
+    view.set_pick(DrawingView::Pick::kPoint);
+    click(near_end);
+    click(far);
+    view.set_pick(DrawingView::Pick::kObjects);
+    click(near_end);
+    QCOMPARE(clicked.size(), size_t{3});
+    QCOMPARE(clicked[0][0], 10.0);
+    QCOMPARE(clicked[0][1], 0.0);
+    QCOMPARE(clicked[1][0], view.WorldAt(far)[0]);
+    QVERIFY(clicked[2][0] != 10.0);
   }
 
   // Every dialog of the module's files: each keyed tile has a widget of
