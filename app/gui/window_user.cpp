@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "app/gui/editor_window.h"
 #include "app/gui/snap.h"
 #include "emulator/core/encoding.h"
 #include "emulator/io/dxf.h"
@@ -215,8 +216,24 @@ DialogInput WindowUser::ReadEvent(Dialog& dialog, std::string_view prompt) {
 
 EditOutcome WindowUser::EditText(std::string* text, std::string* why) {
   if (script_) return script_->EditText(text, why);
-  *why = "Editing files is not available in the window yet.";
-  return EditOutcome::kCancelled;
+  Refresh();
+  QWidget* parent = top_window() ? static_cast<QWidget*>(top_window()) : &window_;
+  // The host has just printed "Editing NAME": the window takes its title.
+  const std::string& printed = host_.transcript().text();
+  size_t line = printed.rfind("Editing ");
+  QString title = line == std::string::npos ? QObject::tr("Edit")
+                                            : QString::fromStdString(printed.substr(line)).trimmed();
+  EditorWindow editor(*text, title, parent);
+  if (!editor.readable()) {
+    *why = "The file holds bytes that are not Big5 text; it is unchanged.";
+    return EditOutcome::kCancelled;
+  }
+  if (on_waiting) QMetaObject::invokeMethod(&editor, on_waiting, Qt::QueuedConnection);
+  editor_ = &editor;
+  editor.exec();
+  editor_ = nullptr;
+  if (editor.outcome() == EditOutcome::kSaved) *text = editor.contents();
+  return editor.outcome();
 }
 
 void WindowUser::Acknowledge(std::string_view message) {

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "app/gui/dialog_window.h"
+#include "app/gui/editor_window.h"
 #include "app/gui/main_window.h"
 #include "emulator/session/host.h"
 #include "emulator/session/user.h"
@@ -50,10 +51,13 @@ class WindowUser : public User {
   // could not be written (*err says why).
   bool Finish(std::string* err);
 
+  // The editor open for W2; null when none is.
+  EditorWindow* editor() { return editor_; }
   // The window of the dialog on top; null when none is shown.
   DialogWindow* top_window() { return windows_.empty() ? nullptr : windows_.back().window.get(); }
   // Called each time the window starts waiting for the user, after it has
-  // shown what is asked: a test's hook to act as the user.
+  // shown what is asked (W2's editor included): a test's hook to act as the
+  // user.
   std::function<void()> on_waiting;
   // The screenshots written so far, in order.
   const std::vector<std::string>& shots() const { return shots_; }
@@ -87,6 +91,7 @@ class WindowUser : public User {
   std::optional<Input> answer_;
   QEventLoop* loop_ = nullptr;
   bool closing_ = false;
+  EditorWindow* editor_ = nullptr;
 };
 
 }  // namespace vorhost::gui

@@ -10,6 +10,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTreeWidget>
@@ -25,10 +26,12 @@
 #include <sstream>
 
 #include "app/gui/dialog_window.h"
+#include "app/gui/editor_window.h"
 #include "app/gui/main_window.h"
 #include "app/gui/snap.h"
 #include "app/gui/window_user.h"
 #include "emulator/core/answer.h"
+#include "emulator/core/encoding.h"
 #include "emulator/io/dump.h"
 #include "emulator/platform/filesystem.h"
 #include "emulator/session/host.h"
@@ -60,6 +63,7 @@ class Drive {
     std::filesystem::remove_all(root_, ec);
   }
   std::string Dump() const { return DumpDrawing(host->document().drawing()); }
+  std::string LinuxPath(const std::string& path) const { return root_ + "/" + path; }
 
   std::unique_ptr<Host> host;
 
@@ -151,6 +155,12 @@ std::string ScriptDump(const std::vector<std::string>& lines) {
   drive.host->module().Unload();
   if (script.failed()) return "script failed: " + script.failure();
   return drive.Dump();
+}
+
+std::string Big5(const std::string& utf8) {
+  std::string out;
+  Utf8ToBig5(utf8, &out);
+  return out;
 }
 
 std::string At(const Point3& p) { return FormatNumber(p[0]) + "," + FormatNumber(p[1]); }
@@ -489,6 +499,69 @@ class WindowTest : public QObject {
                                           At(d), "", "(VOR_ELINE)", "select eline 0", "toggle dimline",
                                           "press changeline", "W", "-50,50", "450,-150", "", "ok"});
     QCOMPARE(window_dump, script_dump);
+  }
+
+  // W2's editor: the file's Big5 and CR LF shown as UTF-8 lines, written
+  // back in the host's form with its end mark; a character Big5 cannot
+  // hold refused with the window left open; bytes that are not Big5 text
+  // not offered for editing.
+  void editorKeepsTheHostsForm() {
+    struct Case {
+      const char* what;
+      std::string contents;
+      QString shown, edited;
+      EditOutcome outcome;
+      std::string saved;
+    };
+    const Case cases[] = {
+        {"edited", Big5("電力\r\nA\r\n") + "\x1A", QString::fromUtf8("電力\nA\n"), QString::fromUtf8("電力\nB 照明\n"),
+         EditOutcome::kSaved, Big5("電力\r\nB 照明\r\n") + "\x1A"},
+        {"without an end mark", "X\r\n", "X\n", "Y\nZ", EditOutcome::kSaved, "Y\r\nZ"},
+        {"unchanged", "X\r\n", "X\n", "X\n", EditOutcome::kUnchanged, "X\r\n"},
+    };
+    for (const Case& c : cases) {
+      EditorWindow editor(c.contents, "t", nullptr);
+      QVERIFY2(editor.readable(), c.what);
+      QCOMPARE(editor.editor()->toPlainText(), c.shown);
+      editor.editor()->setPlainText(c.edited);
+      editor.Save();
+      QVERIFY2(editor.outcome() == c.outcome, c.what);
+      QVERIFY2(editor.contents() == c.saved, c.what);
+    }
+    EditorWindow editor("A\r\n", "t", nullptr);
+    editor.editor()->setPlainText(QString::fromUtf8("A \U0001F600 B"));
+    editor.Save();
+    QVERIFY(editor.outcome() == EditOutcome::kCancelled);
+    QVERIFY(editor.refusal().contains(QString::fromUtf8("\U0001F600")));
+    QCOMPARE(editor.editor()->textCursor().selectedText(), QString::fromUtf8("\U0001F600"));
+    QVERIFY(!EditorWindow("\xA4", "t", nullptr).readable());  // a lead byte alone
+  }
+
+  // The line tool's catalogue edited in the window: the file on the drive
+  // holds the edit in Big5 with CR LF.
+  void catalogueEditedInTheWindow() {
+    WindowSession s;
+    QString seen;
+    s.Play({
+        [&] { s.Type("(setq VORMIS \"C:/VOR\")"); },
+        [&] { s.Type("(VOR_ELINE)"); },
+        [&] { s.Press("editfile"); },
+        [&] {
+          QVERIFY(s.user.editor());
+          QPlainTextEdit* text = s.user.editor()->editor();
+          seen = text->toPlainText();
+          text->setPlainText(seen + QString::fromUtf8("\u2603"));  // a snowman, not in Big5
+          s.user.editor()->Save();
+          QVERIFY(s.user.editor()->isVisible());
+          text->setPlainText(QString(seen).replace(QString::fromUtf8("緊急照明 2.0x2"), QString::fromUtf8("緊急照明燈 2.0x2")));
+          s.user.editor()->Save();
+        },
+        [&] { s.Press("cancel"); },
+    });
+    QVERIFY(seen.contains(QString::fromUtf8("緊急照明 2.0x2")));
+    std::string file = ReadText(s.LinuxPath("VOR/ELINE.CAT"));
+    QVERIFY(file.find(Big5("\"緊急照明燈 2.0x2\" \"\" \"A,10,-2,0,-2\")\r\n")) != std::string::npos);
+    QVERIFY(file.find('\n') == file.find("\r\n") + 1);
   }
 
   // Panels from two schedules chosen in order in the file browser, placed
