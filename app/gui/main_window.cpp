@@ -92,6 +92,10 @@ void MainWindow::BuildMenus() {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
+  if (may_close && !may_close()) {
+    event->ignore();
+    return;
+  }
   if (on_close) on_close();
   event->accept();
 }

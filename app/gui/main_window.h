@@ -27,7 +27,9 @@ class MainWindow : public QMainWindow {
   std::function<void(const QString&)> on_command;
   enum class FileAction { kNew, kOpen, kSaveAs, kExportSvg };
   std::function<void(FileAction)> on_file;
-  // Called when the user closes the window.
+  // Asked when the user closes the window: whether it may close (the
+  // drawing saved, or its changes given up). Then on_close is called.
+  std::function<bool()> may_close;
   std::function<void()> on_close;
 
  protected:

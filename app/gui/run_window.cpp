@@ -49,6 +49,10 @@ int RunWindow(const WindowOptions& options, EntryPoint entry, const std::functio
     std::cerr << "vorhost: " << err << "\n";
     return 2;
   }
+  user.MarkSaved();
+  // A person is asked to save changes when closing; a script with
+  // screenshots ends without a question.
+  user.set_ask_to_save(options.screenshots.empty());
   window.show();
   host.module().Load(entry);
   host.command_line().Run();

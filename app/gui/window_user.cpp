@@ -12,6 +12,7 @@
 #include "app/gui/editor_window.h"
 #include "app/gui/snap.h"
 #include "emulator/core/encoding.h"
+#include "emulator/io/dump.h"
 #include "emulator/io/dxf.h"
 #include "emulator/io/svg.h"
 
@@ -54,29 +55,30 @@ WindowUser::WindowUser(Host& host, MainWindow& window) : host_(host), window_(wi
     std::string err;
     bool ok = true;
     switch (action) {
-      case MainWindow::FileAction::kNew: host_.NewDrawing(); break;
+      case MainWindow::FileAction::kNew:
+        if (!MayDiscard()) break;
+        host_.NewDrawing();
+        MarkSaved();
+        window_.view().ZoomExtents();
+        break;
       case MainWindow::FileAction::kOpen: {
         QString path = QFileDialog::getOpenFileName(&window_, QObject::tr("Open a drawing"), QString(),
                                                     QObject::tr("Drawings (*.dxf *.DXF)"));
-        if (!path.isEmpty()) ok = host_.OpenDrawing(path.toStdString(), &err);
+        if (path.isEmpty() || !MayDiscard()) break;
+        ok = host_.OpenDrawing(path.toStdString(), &err);
+        if (ok) MarkSaved();
         window_.view().ZoomExtents();
         break;
       }
       case MainWindow::FileAction::kSaveAs:
-      case MainWindow::FileAction::kExportSvg: {
-        bool svg = action == MainWindow::FileAction::kExportSvg;
-        QString path = QFileDialog::getSaveFileName(&window_, svg ? QObject::tr("Export SVG") : QObject::tr("Save As"),
-                                                    QString(), svg ? "SVG (*.svg)" : QObject::tr("Drawings (*.dxf)"));
-        if (path.isEmpty()) break;
-        const Document& doc = host_.document();
-        ok = svg ? SaveSvg(doc.drawing(), doc.sysvars(), path.toStdString(), &err)
-                 : SaveDxf(doc.drawing(), doc.sysvars(), path.toStdString(), &err);
+      case MainWindow::FileAction::kExportSvg:
+        SaveAs(action == MainWindow::FileAction::kExportSvg);
         break;
-      }
     }
     if (!ok) QMessageBox::warning(&window_, "vorhost", QString::fromStdString(err));
     Refresh();
   };
+  window_.may_close = [this] { return closing_ || MayDiscard(); };
   window_.on_close = [this] {
     closing_ = true;
     if (loop_) loop_->quit();
@@ -91,6 +93,36 @@ WindowUser::~WindowUser() {
   window_.on_command = nullptr;
   window_.on_file = nullptr;
   window_.on_close = nullptr;
+  window_.may_close = nullptr;
+}
+
+void WindowUser::MarkSaved() { saved_ = DumpDrawing(host_.document().drawing()); }
+
+bool WindowUser::Changed() const { return DumpDrawing(host_.document().drawing()) != saved_; }
+
+bool WindowUser::SaveAs(bool svg) {
+  QString path = QFileDialog::getSaveFileName(&window_, svg ? QObject::tr("Export SVG") : QObject::tr("Save As"),
+                                              QString(), svg ? "SVG (*.svg)" : QObject::tr("Drawings (*.dxf)"));
+  if (path.isEmpty()) return false;
+  const Document& doc = host_.document();
+  std::string err;
+  bool ok = svg ? SaveSvg(doc.drawing(), doc.sysvars(), path.toStdString(), &err)
+                : SaveDxf(doc.drawing(), doc.sysvars(), path.toStdString(), &err);
+  if (!ok) QMessageBox::warning(&window_, "vorhost", QString::fromStdString(err));
+  else if (!svg) MarkSaved();
+  return ok;
+}
+
+bool WindowUser::MayDiscard() {
+  if (!ask_to_save_ || !Changed()) return true;
+  QMessageBox question(QMessageBox::Question, "vorhost", QObject::tr("Save the changes to the drawing?"),
+                       QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, &window_);
+  question.setDefaultButton(QMessageBox::Save);
+  switch (question.exec()) {
+    case QMessageBox::Save: return SaveAs(false);
+    case QMessageBox::Discard: return true;
+    default: return false;
+  }
 }
 
 void WindowUser::Refresh() {

@@ -40,6 +40,15 @@ class WindowUser : public User {
   // dir, and of the main window at Finish.
   void set_screenshots(std::string dir) { screenshots_ = std::move(dir); }
 
+  // Whether closing the window, New and Open ask to save the changes made
+  // since the drawing was last opened or saved from the File menu (a
+  // person's session does; one ending with a script and a test's do not).
+  void set_ask_to_save(bool ask) { ask_to_save_ = ask; }
+  // The drawing as it is now counts as saved.
+  void MarkSaved();
+  // Whether the drawing has changed since MarkSaved.
+  bool Changed() const;
+
   Input Read(Asking asking, std::string_view prompt) override;
   DialogInput ReadEvent(Dialog& dialog, std::string_view prompt) override;
   EditOutcome EditText(std::string* text, std::string* why) override;
@@ -77,6 +86,12 @@ class WindowUser : public User {
   void Wait(const std::function<bool()>& done);
   void Answer(Input input);
   bool Shoot(const std::string& name, QWidget* over, std::string* err);
+  // Asks where to save the drawing (as DXF or SVG) and saves it; false when
+  // the user gave no file or it could not be written (the user was told).
+  bool SaveAs(bool svg);
+  // Whether the drawing may be given up (closed, replaced): unchanged, or
+  // the user saved it or chose to give up the changes.
+  bool MayDiscard();
 
   Host& host_;
   MainWindow& window_;
@@ -92,6 +107,8 @@ class WindowUser : public User {
   QEventLoop* loop_ = nullptr;
   bool closing_ = false;
   EditorWindow* editor_ = nullptr;
+  bool ask_to_save_ = false;
+  std::string saved_;  // the drawing's dump when it was last opened or saved
 };
 
 }  // namespace vorhost::gui

@@ -10,6 +10,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -562,6 +563,52 @@ class WindowTest : public QObject {
     std::string file = ReadText(s.LinuxPath("VOR/ELINE.CAT"));
     QVERIFY(file.find(Big5("\"緊急照明燈 2.0x2\" \"\" \"A,10,-2,0,-2\")\r\n")) != std::string::npos);
     QVERIFY(file.find('\n') == file.find("\r\n") + 1);
+  }
+
+  // Closing the window with a changed drawing asks to save it: Cancel
+  // keeps the window, Discard closes it. An unchanged one closes at once.
+  void closingAsksToSaveChanges() {
+    auto answer = [](QMessageBox::StandardButton button, int* asked) {
+      QTimer::singleShot(0, [button, asked] {
+        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+          ++*asked;
+          box->button(button)->click();
+        }
+      });
+    };
+    int asked = 0;
+    bool stayed = false;
+    {
+      WindowSession s;
+      s.user.set_ask_to_save(true);
+      s.user.MarkSaved();
+      s.Play({
+          [&] { s.Type("LINE"); },
+          [&] { s.Type("0,0"); },
+          [&] { s.Type("10,0"); },
+          [&] { s.Type(""); },
+          [&] {
+            answer(QMessageBox::Cancel, &asked);
+            s.window.close();
+            stayed = s.window.isVisible();
+            answer(QMessageBox::Discard, &asked);
+            s.window.close();
+          },
+      });
+    }
+    QVERIFY(stayed);
+    QCOMPARE(asked, 2);
+    {
+      WindowSession s;
+      s.user.set_ask_to_save(true);
+      s.user.MarkSaved();
+      s.Play({[&] {
+        answer(QMessageBox::Cancel, &asked);
+        s.window.close();
+      }});
+      QVERIFY(!s.window.isVisible());
+    }
+    QCOMPARE(asked, 2);
   }
 
   // Panels from two schedules chosen in order in the file browser, placed
