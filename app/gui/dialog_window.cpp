@@ -84,6 +84,7 @@ DialogWindow::DialogWindow(Dialog& dialog, QWidget* parent)
   for (const auto& child : dialog.root().children()) Build(*child, top);
   Sync(dialog);
   layout()->setSizeConstraint(QLayout::SetFixedSize);
+  if (QWidget* first = WidgetFor(dialog.root().def().AttrString("initial_focus"))) first->setFocus();
 }
 
 void DialogWindow::Build(const LiveTile& tile, QBoxLayout* into) {
@@ -116,6 +117,9 @@ void DialogWindow::Build(const LiveTile& tile, QBoxLayout* into) {
   }
   for (const auto& child : tile.children()) Build(*child, layout);
   if (Horizontal(kind)) layout->addStretch(kind == TileKind::kConcatenation ? 1 : 0);
+  // Columns side by side keep their tiles at the top: a column shorter
+  // than its neighbours leaves room below, not around.
+  else if (tile.parent() && Horizontal(tile.parent()->kind())) layout->addStretch(1);
 }
 
 QWidget* DialogWindow::Leaf(const LiveTile& tile, QBoxLayout* into) {
