@@ -162,6 +162,9 @@ void WindowUser::Wait(const std::function<bool()>& done) {
 
 Input WindowUser::Read(Asking asking, std::string_view prompt) {
   CloseEnded(nullptr);
+  // A prompt asked from a dialog's action (a label typed on the command
+  // line, objects picked): the dialogs step aside until the next event.
+  for (Shown& shown : windows_) shown.window->hide();
   Refresh();
   asking_ = asking;
   window_.pane().SetPrompt(FromBig5(std::string(prompt)));
@@ -178,7 +181,7 @@ Input WindowUser::Read(Asking asking, std::string_view prompt) {
   answer_.reset();
   Wait([this] { return answer_.has_value(); });
   window_.view().set_pick(DrawingView::Pick::kNone);
-  if (!answer_) return asking == Asking::kCommand ? Input::End() : Input::Cancel();
+  if (!answer_) return Input::End();  // the window was closed
   Input in = std::move(*answer_);
   answer_.reset();
   return in;
@@ -226,8 +229,9 @@ DialogInput WindowUser::ReadEvent(Dialog& dialog, std::string_view prompt) {
   asking_ = Asking::kDialog;
   window_.pane().SetPrompt(FromBig5(std::string(prompt)));
   window_.view().set_pick(DrawingView::Pick::kNone);
+  for (Shown& shown : windows_)
+    if (!shown.window->isVisible()) shown.window->show();
   if (opened) {
-    window.show();
     window.raise();
     window.activateWindow();
     QApplication::processEvents();

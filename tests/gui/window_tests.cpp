@@ -565,6 +565,34 @@ class WindowTest : public QObject {
     QVERIFY(file.find('\n') == file.find("\r\n") + 1);
   }
 
+  // A dialog's action that asks on the command line (the label typed for
+  // W1): the dialogs stand aside for the prompt and come back showing
+  // what was typed.
+  void promptFromADialogAction() {
+    WindowSession s;
+    bool hidden = false;
+    QString label;
+    s.Play({
+        [&] { s.Type("(setq VORMIS \"C:/VOR\")"); },
+        [&] { s.Type("(VOR_ELINE)"); },
+        [&] { s.ClickRow("eline", 0); },
+        [&] { s.Press("editline"); },
+        [&] { s.Press("b3"); },
+        [&] {
+          hidden = !s.Top().isVisible();
+          s.Type("LIGHTING 2.0x2");
+        },
+        [&] {
+          QVERIFY(s.Top().isVisible());
+          label = qobject_cast<QLabel*>(s.Top().WidgetFor("t3"))->text();
+          s.Press("cancel");
+        },
+        [&] { s.Press("cancel"); },
+    });
+    QVERIFY(hidden);
+    QCOMPARE(label, QString("LIGHTING 2.0x2"));
+  }
+
   // Closing the window with a changed drawing asks to save it: Cancel
   // keeps the window, Discard closes it. An unchanged one closes at once.
   void closingAsksToSaveChanges() {
