@@ -27,6 +27,13 @@ QString FromBig5(const std::string& big5) { return QString::fromStdString(Big5To
 
 namespace {
 
+// A label for a widget that reads "&" as the mark of a shortcut key: the
+// dialog's "&" is a character.
+QString Literal(const QString& label) {
+  QString out = label;
+  return out.replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
 // A list box with no height shows this many rows.
 constexpr int kDefaultListRows = 8;
 
@@ -96,7 +103,7 @@ void DialogWindow::Build(const LiveTile& tile, QBoxLayout* into) {
   QBoxLayout* layout = NewLayout(Horizontal(kind));
   if (kind == TileKind::kConcatenation) layout->setSpacing(0);
   if (Boxed(kind)) {
-    auto* box = new QGroupBox(FromBig5(tile.def().AttrString("label")), this);
+    auto* box = new QGroupBox(Literal(FromBig5(tile.def().AttrString("label"))), this);
     box->setLayout(layout);
     into->addWidget(box);
     if (!tile.key().empty()) Bind(tile, box, nullptr);
@@ -125,7 +132,7 @@ void DialogWindow::Build(const LiveTile& tile, QBoxLayout* into) {
 QWidget* DialogWindow::Leaf(const LiveTile& tile, QBoxLayout* into) {
   const dcl::Tile& def = tile.def();
   const std::string& key = tile.key();
-  QString label = FromBig5(def.AttrString("label"));
+  QString label = Literal(FromBig5(def.AttrString("label")));
   double width = Size(def, "width"), height = Size(def, "height");
   QWidget* widget = nullptr;
   QLabel* own_label = nullptr;
@@ -230,7 +237,7 @@ QWidget* DialogWindow::Leaf(const LiveTile& tile, QBoxLayout* into) {
       });
       auto* row = NewLayout(true);
       if (!label.isEmpty()) {
-        own_label = new QLabel(label, this);
+        own_label = new QLabel(FromBig5(def.AttrString("label")), this);
         row->addWidget(own_label);
       }
       row->addWidget(popup, 1);
@@ -240,7 +247,7 @@ QWidget* DialogWindow::Leaf(const LiveTile& tile, QBoxLayout* into) {
     }
     case TileKind::kText:
     case TileKind::kTextPart: {
-      auto* text = new QLabel(label, this);
+      auto* text = new QLabel(FromBig5(def.AttrString("label")), this);
       // Parts of a concatenation keep their widths, so that a heading of
       // parts lines up with the tab stops of a list under it.
       bool fixed = tile.kind() == TileKind::kTextPart || def.IsTrue("fixed_width");
@@ -318,7 +325,10 @@ void DialogWindow::SyncTile(Bound& bound, const LiveTile& tile) {
     case TileKind::kText:
     case TileKind::kTextPart: {
       auto* text = static_cast<QLabel*>(bound.widget);
-      text->setText(FromBig5(tile.value.empty() ? tile.def().AttrString("label") : tile.value));
+      // A text's value is its label, as the module sets it; a text part
+      // without one shows its label.
+      bool own = tile.kind() == TileKind::kText || !tile.value.empty();
+      text->setText(FromBig5(own ? tile.value : tile.def().AttrString("label")));
       break;
     }
     case TileKind::kListBox: {

@@ -459,6 +459,65 @@ class WindowTest : public QObject {
     QVERIFY(button("del")->isEnabled());
   }
 
+  // Tiles the module's files use little or not at all, from a file of the
+  // test's own: radio buttons in a boxed cluster, a popup list, a list of
+  // several choices with tab stops, a text set empty, "&" in labels.
+  void tilesOfAFileOfOurOwn() {
+    Drive drive;
+    std::ofstream(drive.LinuxPath("TEST.DCL"), std::ios::binary)
+        << "TEST : dialog { label = \"R&D\";\r\n"
+           "  : boxed_radio_row { key = \"pick\"; label = \"Which\";\r\n"
+           "    : radio_button { key = \"a\"; label = \"A&B\"; value = \"1\"; }\r\n"
+           "    : radio_button { key = \"b\"; label = \"B\"; is_enabled = false; } }\r\n"
+           "  : popup_list { key = \"size\"; label = \"Size\"; }\r\n"
+           "  : list_box { key = \"many\"; multiple_select = true; tabs = \"4 10\"; }\r\n"
+           "  : text { key = \"note\"; label = \"C&D\"; }\r\n"
+           "  ok_only; }\r\n";
+    int id = 0;
+    QCOMPARE(drive.host->dialogs().Load("TEST.DCL", &id), RTNORM);
+    ads_hdlg handle = nullptr;
+    QCOMPARE(drive.host->dialogs().New("TEST", id, NULLCB, &handle), RTNORM);
+    Dialog& dialog = *drive.host->dialogs().Find(handle);
+    dialog.Find("size")->rows = {"small", "large"};
+    dialog.SetValue(*dialog.Find("size"), "1");
+    dialog.Find("many")->rows = {"1\t2\t3", "4\t5\t6\t7"};
+    dialog.SetValue(*dialog.Find("many"), "0 1");
+    DialogWindow window(dialog, nullptr);
+    window.show();
+    QCOMPARE(window.windowTitle(), QString("R&D"));
+    auto* a = qobject_cast<QRadioButton*>(window.WidgetFor("a"));
+    auto* b = qobject_cast<QRadioButton*>(window.WidgetFor("b"));
+    QVERIFY(a->isChecked() && !b->isChecked() && !b->isEnabled());
+    QCOMPARE(a->text(), QString("A&&B"));  // shown as A&B
+    QCOMPARE(qobject_cast<QGroupBox*>(window.WidgetFor("pick"))->title(), QString("Which"));
+    auto* size = qobject_cast<QComboBox*>(window.WidgetFor("size"));
+    QCOMPARE(size->count(), 2);
+    QCOMPARE(size->currentIndex(), 1);
+    auto* many = qobject_cast<QTreeWidget*>(window.WidgetFor("many"));
+    QCOMPARE(many->selectedItems().size(), qsizetype{2});
+    QCOMPARE(many->columnCount(), 3);
+    QCOMPARE(many->columnWidth(0), 4 * window.char_width());
+    QCOMPARE(many->topLevelItem(1)->text(2), QString("6 7"));  // past the last stop, one column
+    auto* note = qobject_cast<QLabel*>(window.WidgetFor("note"));
+    QCOMPARE(note->text(), QString("C&D"));
+    dialog.SetValue(*dialog.Find("note"), "");
+    window.Sync(dialog);
+    QCOMPARE(note->text(), QString());
+
+    QTest::mouseClick(b, Qt::LeftButton, {}, QPoint(6, b->height() / 2));
+    QTest::mouseClick(a, Qt::LeftButton, {}, QPoint(6, a->height() / 2));
+    emit size->activated(0);
+    QTest::mouseClick(many->viewport(), Qt::LeftButton, {}, many->visualItemRect(many->topLevelItem(1)).center());
+    QPoint first_row = many->visualItemRect(many->topLevelItem(0)).center();
+    QTest::mouseClick(many->viewport(), Qt::LeftButton, {}, first_row);
+    QTest::mouseDClick(many->viewport(), Qt::LeftButton, {}, first_row);
+    std::vector<std::string> got;
+    for (const DialogInput& in : window.pending()) got.push_back(EventText(in.event));
+    // A double click in a list of several choices is its first click alone.
+    std::vector<std::string> want = {"choose a", "select size 0", "select many 1", "select many 0"};
+    QVERIFY2(got == want, [&] { std::string t; for (auto& g : got) t += "[" + g + "]"; return t; }().c_str());
+  }
+
   // Two lines drawn by clicks, a run type applied to them from the line
   // tool's dialog with its label switched on, the lines chosen with a
   // window: the same drawing as the session typed as a script.
