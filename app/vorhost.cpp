@@ -279,11 +279,12 @@ bool MountDrives(const Options& opts, std::string* err) {
 }
 
 // Writes what the options ask for once the script has ended; false when a
-// file could not be written (the reason is on standard error).
-bool WriteResults(vorhost::Host& host, const Options& opts) {
+// file could not be written (the reason is on standard error). A person's
+// drawing is saved by SAVE, QSAVE and QUIT, under the name --save gives it.
+bool WriteResults(vorhost::Host& host, const Options& opts, bool person) {
   std::string err;
   bool ok = true;
-  if (!opts.save.empty() && !vorhost::SaveDxf(host.document().drawing(), host.document().sysvars(), opts.save, &err)) {
+  if (!person && !opts.save.empty() && !vorhost::SaveDxf(host.document().drawing(), host.document().sysvars(), opts.save, &err)) {
     std::cerr << "vorhost: " << err << "\n";
     ok = false;
   }
@@ -327,7 +328,7 @@ int RunSession(const Options& opts) {
   std::cout.flush();
   int status = script.failed() ? 1 : 0;
   if (script.failed()) std::cerr << script.failure() << "\n";
-  if (!WriteResults(host, opts)) status = status ? status : 3;
+  if (!WriteResults(host, opts, false)) status = status ? status : 3;
   return status;
 }
 
@@ -336,7 +337,7 @@ int RunWindow(const Options& opts) {
 #ifdef VORHOST_WINDOW
   vorhost::gui::WindowOptions window{opts.open, opts.play, opts.screenshots};
   return vorhost::gui::RunWindow(window, acrxEntryPoint,
-                                 [&opts](vorhost::Host& host) { return WriteResults(host, opts); });
+                                 [&opts](vorhost::Host& host) { return WriteResults(host, opts, false); });
 #else
   (void)opts;
   std::cerr << "vorhost: this vorhost was built without its window (Qt 6 was not found)\n";
