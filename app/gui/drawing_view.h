@@ -59,6 +59,8 @@ class DrawingView : public QWidget {
   // kSnapRadius pixels of one; the one it would snap to now, if any.
   void SetSnaps(std::vector<SnapPoint> snaps);
   static constexpr int kSnapRadius = 8;
+  // Half the side of the box a click picks an object with, in pixels.
+  static constexpr int kPickBox = 5;
   std::optional<SnapPoint> snapped() const { return snapped_; }
 
   // Called with a point clicked (kPoint, or a click in kObjects), and with

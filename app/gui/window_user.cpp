@@ -10,6 +10,7 @@
 #include <cstdio>
 
 #include "app/gui/editor_window.h"
+#include "app/gui/pick.h"
 #include "app/gui/snap.h"
 #include "emulator/core/encoding.h"
 #include "emulator/io/dump.h"
@@ -31,9 +32,17 @@ WindowUser::WindowUser(Host& host, MainWindow& window) : host_(host), window_(wi
   // Where the host asks for a point or objects, a click is handed over as
   // a point; at a command's prompt, which may want a point or a text, it
   // is typed as its coordinates, as a user could have typed them.
+  // At "Select objects:" a click picks the object nearest it within the
+  // pick box on the screen; with none there the point goes to the host,
+  // which finds nothing.
   window_.view().on_point = [this](const Point3& p) {
-    if (asking_ == Asking::kPrompt) Answer(Input::Line(FormatNumber(p[0]) + "," + FormatNumber(p[1])));
-    else Answer(Input::Of(vorhost::Answer::OfPoint(p)));
+    if (asking_ == Asking::kPrompt) return Answer(Input::Line(FormatNumber(p[0]) + "," + FormatNumber(p[1])));
+    if (asking_ == Asking::kSelection) {
+      double reach = DrawingView::kPickBox / window_.view().scale();
+      if (uint64_t id = NearestObject(host_.document().drawing(), p, reach))
+        return Answer(Input::Of(vorhost::Answer::OfEntities(vorhost::Answer::Kind::kName, {id})));
+    }
+    Answer(Input::Of(vorhost::Answer::OfPoint(p)));
   };
   window_.view().on_window = [this](const Point3& from, const Point3& to, bool crossing) {
     Answer(Input::Of(vorhost::Answer::OfWindow(from, to, crossing)));
@@ -144,7 +153,9 @@ void WindowUser::Answer(Input input) {
   if (input.answer.kind == vorhost::Answer::Kind::kPoint && asking_ != Asking::kPoint &&
       asking_ != Asking::kSelection)
     return;
-  if (input.answer.kind == vorhost::Answer::Kind::kWindow && asking_ != Asking::kSelection) return;
+  if ((input.answer.kind == vorhost::Answer::Kind::kWindow || input.answer.kind == vorhost::Answer::Kind::kName) &&
+      asking_ != Asking::kSelection)
+    return;
   answer_ = std::move(input);
   loop_->quit();
 }

@@ -323,6 +323,29 @@ class WindowTest : public QObject {
     QVERIFY(clicked[2][0] != 10.0);
   }
 
+  // At "Select objects:" a click picks the object under the pick box on
+  // the screen, however far the view is zoomed out; a click on nothing
+  // picks nothing.
+  void clickPicksTheObjectUnderIt() {
+    std::string dump;
+    {
+      WindowSession s;
+      s.window.view().SetView({500, 0, 0}, 0.2);  // a pixel is 5 units
+      s.Play({
+          [&] { s.Type("LINE"); }, [&] { s.Type("0,0"); }, [&] { s.Type("1000,0"); }, [&] { s.Type(""); },
+          [&] { s.Type("LINE"); }, [&] { s.Type("0,100"); }, [&] { s.Type("1000,100"); }, [&] { s.Type(""); },
+          [&] { s.Type("ERASE"); },
+          [&] { s.Click({500, 400, 0}); },  // nothing there
+          [&] { s.Click({500, 15, 0}); },   // 3 pixels above the first line
+          [&] { s.Type(""); },
+      });
+      QVERIFY(s.host->transcript().text().find("Select objects: <Entity>\n1 found") != std::string::npos);
+      dump = s.Dump();
+    }
+    QVERIFY(dump.find("10=(0,0,0)") == std::string::npos);
+    QVERIFY(dump.find("10=(0,100,0)") != std::string::npos);
+  }
+
   // Every dialog of the module's files: each keyed tile has a widget of
   // its kind, greyed when the tile or a cluster around it is disabled, and
   // every key docs/dialogs.md names is there, as the kind it says.
