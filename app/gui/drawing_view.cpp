@@ -91,6 +91,11 @@ void DrawingView::set_pick(Pick pick) {
   update();
 }
 
+void DrawingView::SetHighlight(std::vector<std::vector<Point3>> outlines) {
+  highlight_ = std::move(outlines);
+  update();
+}
+
 void DrawingView::SetSnaps(std::vector<SnapPoint> snaps) {
   snaps_ = std::move(snaps);
   snapped_.reset();
@@ -104,6 +109,17 @@ void DrawingView::paintEvent(QPaintEvent*) {
     // The page's y runs down like the screen's: its frame maps straight.
     QPointF top_left = ScreenAt({page_.left(), -page_.top(), 0});
     renderer_.render(&painter, QRectF(top_left, QSizeF(page_.width() * scale_, page_.height() * scale_)));
+  }
+  if (!highlight_.empty()) {
+    QPen pen(QColor(0, 120, 255), 2, Qt::DashLine);
+    painter.setPen(pen);
+    painter.setBrush(Qt::NoBrush);
+    for (const auto& chain : highlight_) {
+      QPolygonF line;
+      for (const Point3& p : chain) line << ScreenAt(p);
+      if (line.size() == 1) painter.drawEllipse(line.front(), 3, 3);
+      else painter.drawPolyline(line);
+    }
   }
   if (snapped_) {
     // A square on an end, a triangle on a middle.

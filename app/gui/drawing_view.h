@@ -62,6 +62,8 @@ class DrawingView : public QWidget {
   // Half the side of the box a click picks an object with, in pixels.
   static constexpr int kPickBox = 5;
   std::optional<SnapPoint> snapped() const { return snapped_; }
+  // The outlines of the objects chosen so far, drawn over the picture.
+  void SetHighlight(std::vector<std::vector<Point3>> outlines);
 
   // Called with a point clicked (kPoint, or a click in kObjects), and with
   // a window dragged in kObjects: from the first corner to the second, and
@@ -92,6 +94,7 @@ class DrawingView : public QWidget {
   QPointF drag_from_, drag_to_;
   std::vector<SnapPoint> snaps_;
   std::optional<SnapPoint> snapped_;
+  std::vector<std::vector<Point3>> highlight_;
 };
 
 }  // namespace vorhost::gui

@@ -13,6 +13,7 @@
 #include "app/gui/pick.h"
 #include "app/gui/snap.h"
 #include "emulator/core/encoding.h"
+#include "emulator/drawing/geometry.h"
 #include "emulator/io/dump.h"
 #include "emulator/io/dxf.h"
 #include "emulator/io/svg.h"
@@ -156,8 +157,44 @@ void WindowUser::Answer(Input input) {
   if ((input.answer.kind == vorhost::Answer::Kind::kWindow || input.answer.kind == vorhost::Answer::Kind::kName) &&
       asking_ != Asking::kSelection)
     return;
+  if (asking_ == Asking::kSelection) TrackChosen(input);
   answer_ = std::move(input);
   loop_->quit();
+}
+
+void WindowUser::TrackChosen(const Input& input) {
+  const vorhost::Answer& a = input.answer;
+  const Drawing& drawing = host_.document().drawing();
+  auto choose = [this](uint64_t id) {
+    if (removing_) chosen_.erase(id);
+    else chosen_.insert(id);
+  };
+  if (a.kind == vorhost::Answer::Kind::kName) {
+    for (uint64_t id : a.entities) choose(id);
+  } else if (a.kind == vorhost::Answer::Kind::kWindow) {
+    for (uint64_t id : drawing.MainEntities()) {
+      std::vector<Chain> outline = EntityOutline(drawing, id);
+      if (a.crossing ? CrossesWindow(outline, a.point, a.corner) : InsideWindow(outline, a.point, a.corner)) choose(id);
+    }
+  } else if (a.kind == vorhost::Answer::Kind::kText) {
+    std::string key = MatchKeyword(a.text, {"ALL", "Last", "Window", "Crossing", "Handle", "Previous", "Remove", "Add"});
+    if (key == "REMOVE") removing_ = true;
+    if (key == "ADD") removing_ = false;
+    return;
+  } else {
+    return;
+  }
+  std::vector<Chain> outlines;
+  for (uint64_t id : chosen_)
+    for (Chain& chain : EntityOutline(drawing, id)) outlines.push_back(std::move(chain));
+  window_.view().SetHighlight(std::move(outlines));
+}
+
+void WindowUser::ForgetChosen() {
+  removing_ = false;
+  if (chosen_.empty()) return;
+  chosen_.clear();
+  window_.view().SetHighlight({});
 }
 
 void WindowUser::Wait(const std::function<bool()>& done) {
@@ -177,6 +214,9 @@ Input WindowUser::Read(Asking asking, std::string_view prompt) {
   // line, objects picked): the dialogs step aside until the next event.
   for (Shown& shown : windows_) shown.window->hide();
   Refresh();
+  // The objects chosen stay marked while objects are asked for, the
+  // corner of a window included.
+  if (asking != Asking::kSelection && asking != Asking::kPoint) ForgetChosen();
   asking_ = asking;
   window_.pane().SetPrompt(FromBig5(std::string(prompt)));
   window_.view().set_pick(asking == Asking::kPoint || asking == Asking::kPrompt ? DrawingView::Pick::kPoint
@@ -238,6 +278,7 @@ DialogInput WindowUser::ReadEvent(Dialog& dialog, std::string_view prompt) {
   window.Sync(dialog);
   Refresh();
   asking_ = Asking::kDialog;
+  ForgetChosen();
   window_.pane().SetPrompt(FromBig5(std::string(prompt)));
   window_.view().set_pick(DrawingView::Pick::kNone);
   for (Shown& shown : windows_)

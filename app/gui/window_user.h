@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -60,6 +61,9 @@ class WindowUser : public User {
   // could not be written (*err says why).
   bool Finish(std::string* err);
 
+  // The objects chosen so far at "Select objects:", as the window counts
+  // them from the picks and windows given there (highlighted in the view).
+  const std::set<uint64_t>& chosen() const { return chosen_; }
   // The editor open for W2; null when none is.
   EditorWindow* editor() { return editor_; }
   // The window of the dialog on top; null when none is shown.
@@ -85,6 +89,10 @@ class WindowUser : public User {
   // Runs the nested loop until done() holds or the window is closed.
   void Wait(const std::function<bool()>& done);
   void Answer(Input input);
+  // Follows an answer at "Select objects:" in the objects chosen, or
+  // forgets them when the host asks something else.
+  void TrackChosen(const Input& input);
+  void ForgetChosen();
   bool Shoot(const std::string& name, QWidget* over, std::string* err);
   // Asks where to save the drawing (as DXF or SVG) and saves it; false when
   // the user gave no file or it could not be written (the user was told).
@@ -108,6 +116,8 @@ class WindowUser : public User {
   bool closing_ = false;
   EditorWindow* editor_ = nullptr;
   bool ask_to_save_ = false;
+  std::set<uint64_t> chosen_;
+  bool removing_ = false;  // "Remove" was typed at "Select objects:"
   std::string saved_;  // the drawing's dump when it was last opened or saved
 };
 

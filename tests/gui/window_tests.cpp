@@ -325,9 +325,12 @@ class WindowTest : public QObject {
 
   // At "Select objects:" a click picks the object under the pick box on
   // the screen, however far the view is zoomed out; a click on nothing
-  // picks nothing.
+  // picks nothing. What is chosen is marked, windows and Remove included,
+  // until the command goes on.
   void clickPicksTheObjectUnderIt() {
     std::string dump;
+    std::vector<size_t> chosen;  // the objects marked after each step
+    std::string transcript;
     {
       WindowSession s;
       s.window.view().SetView({500, 0, 0}, 0.2);  // a pixel is 5 units
@@ -337,11 +340,29 @@ class WindowTest : public QObject {
           [&] { s.Type("ERASE"); },
           [&] { s.Click({500, 400, 0}); },  // nothing there
           [&] { s.Click({500, 15, 0}); },   // 3 pixels above the first line
-          [&] { s.Type(""); },
+          [&] {
+            chosen.push_back(s.user.chosen().size());
+            s.Drag({-100, 200, 0}, {1100, 50, 0});  // the second line, inside
+          },
+          [&] {
+            chosen.push_back(s.user.chosen().size());
+            s.Type("R");
+          },
+          [&] { s.Click({500, 100, 0}); },
+          [&] {
+            chosen.push_back(s.user.chosen().size());
+            s.Type("");
+          },
+          [&] {
+            chosen.push_back(s.user.chosen().size());
+            s.window.close();
+          },
       });
-      QVERIFY(s.host->transcript().text().find("Select objects: <Entity>\n1 found") != std::string::npos);
+      transcript = s.host->transcript().text();
+      QVERIFY(transcript.find("Select objects: <Entity>\n1 found") != std::string::npos);
       dump = s.Dump();
     }
+    QVERIFY2(chosen == (std::vector<size_t>{1, 2, 1, 0}), [&] { std::string t; for (size_t c : chosen) t += std::to_string(c) + " "; return t + transcript; }().c_str());
     QVERIFY(dump.find("10=(0,0,0)") == std::string::npos);
     QVERIFY(dump.find("10=(0,100,0)") != std::string::npos);
   }
