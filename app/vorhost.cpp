@@ -336,7 +336,11 @@ int RunSession(const Options& opts) {
 int RunWindow(const Options& opts) {
 #ifdef VORHOST_WINDOW
   vorhost::gui::WindowOptions window{opts.open, opts.play, opts.screenshots};
-  return vorhost::gui::RunWindow(window, acrxEntryPoint,
+  auto load_module = [](vorhost::Host& host, std::string*) {
+    host.module().Load(acrxEntryPoint);
+    return true;
+  };
+  return vorhost::gui::RunWindow(window, load_module,
                                  [&opts](vorhost::Host& host) { return WriteResults(host, opts, false); });
 #else
   (void)opts;

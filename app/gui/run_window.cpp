@@ -17,7 +17,7 @@ namespace {
 constexpr int kWidth = 1400, kHeight = 860;
 }  // namespace
 
-int RunWindow(const WindowOptions& options, EntryPoint entry, const std::function<bool(Host&)>& done) {
+int RunWindow(const WindowOptions& options, const ModuleLoader& load_module, const std::function<bool(Host&)>& done) {
   static int argc = 1;
   static char name[] = "vorhost";
   static char* argv[] = {name, nullptr};
@@ -53,8 +53,11 @@ int RunWindow(const WindowOptions& options, EntryPoint entry, const std::functio
   // A person is asked to save changes when closing; a script with
   // screenshots ends without a question.
   user.set_ask_to_save(options.screenshots.empty());
+  if (!load_module(host, &err)) {
+    std::cerr << "vorhost: " << err << "\n";
+    return 2;
+  }
   window.show();
-  host.module().Load(entry);
   host.command_line().Run();
   host.module().Unload();
   int status = script && script->failed() ? 1 : 0;

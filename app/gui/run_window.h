@@ -7,7 +7,6 @@
 #include <string>
 
 #include "emulator/session/host.h"
-#include "emulator/session/module_link.h"
 
 namespace vorhost::gui {
 
@@ -17,11 +16,16 @@ struct WindowOptions {
   std::string screenshots;  // a folder for PNGs of the dialogs and the window
 };
 
-// Runs the session; done is called with the host once it has ended (to
-// save what the options ask for) and says whether that went well. The
-// exit status as vorhost's: 0, 1 for a script that failed, 2 for a file
-// that cannot be read, 3 for one that cannot be written.
-int RunWindow(const WindowOptions& options, EntryPoint entry, const std::function<bool(Host&)>& done);
+// Loads the module into the host as the program's options say; false with
+// *err when it cannot be loaded.
+using ModuleLoader = std::function<bool(Host& host, std::string* err)>;
+
+// Runs the session with the module load_module loads; done is called with
+// the host once the session has ended (to save what the options ask for)
+// and says whether that went well. The exit status as vorhost's: 0, 1 for
+// a script that failed, 2 for a file that cannot be read or a module that
+// cannot be loaded, 3 for a file that cannot be written.
+int RunWindow(const WindowOptions& options, const ModuleLoader& load_module, const std::function<bool(Host&)>& done);
 
 }  // namespace vorhost::gui
 
