@@ -14,15 +14,15 @@
 #include "emulator/session/host.h"
 #include "emulator/io/dump.h"
 #include "emulator/io/dxf.h"
+#ifdef VORHOST_WINDOW
+#include "app/gui/run_window.h"
+#endif
 #include "emulator/io/host_text.h"
 #include "emulator/io/svg.h"
 #include "emulator/platform/filesystem.h"
 #include "emulator/platform/search_path.h"
 #include "emulator/ui/script.h"
 #include "host/ads.h"
-#ifdef VORHOST_WINDOW
-#include "app/gui/run_window.h"
-#endif
 
 #ifndef VORMIS_VERSION
 #define VORMIS_VERSION "unknown"
@@ -59,6 +59,8 @@ const char kUsageTail[] =
     "3 when a file to write could not be written.\n";
 
 struct Options {
+  bool gui = false;
+  std::string play, screenshots;  // --gui only
   // Files to convert, in order: true to import (UTF-8 to the host's text),
   // false to export.
   std::vector<std::pair<bool, std::string>> conversions;
@@ -66,8 +68,6 @@ struct Options {
   std::string script = "-";
   std::string open, save, svg;
   bool dump = false;
-  bool gui = false;
-  std::string play, screenshots;  // --gui only
 };
 
 // An option as given: "--name", with its value when it takes one
@@ -132,12 +132,6 @@ const Option kOptions[] = {
     {"--save", "FILE.dxf", "when the script ends, save the drawing (DXF R12, Big5)", TakeFile<&Options::save>},
     {"--svg", "FILE.svg", "when the script ends, write the drawing as SVG", TakeFile<&Options::svg>},
     {"--dump", nullptr, "when the script ends, print the drawing as text", TakeDump},
-    {"--gui", nullptr, "run in a window: the drawing, the command line, the\n"
-                       "module's dialogs (when built with Qt 6)", TakeGui},
-    {"--play", "SCRIPT", "with --gui, play SCRIPT in the window; the person at the\n"
-                         "window goes on after it unless --screenshot is given", TakeFile<&Options::play>},
-    {"--screenshot", "DIR", "with --gui, write a PNG of each dialog as it opens and\n"
-                            "of the main window at the end into DIR", TakeFile<&Options::screenshots>},
     {"--import-text", "FILE", "convert a data file written in UTF-8 to the module's\n"
                               "form (Big5, CR LF, 0x1A at the end), in place; refused\n"
                               "for a character Big5 cannot hold or a line over 255\n"
@@ -145,6 +139,12 @@ const Option kOptions[] = {
     {"--export-text", "FILE", "convert a data file of the module to UTF-8 with plain\n"
                               "line ends, in place (repeatable; runs instead of a\n"
                               "script)", TakeConversion<false>},
+    {"--gui", nullptr, "run in a window: the drawing, the command line, the\n"
+                       "module's dialogs (when built with Qt 6)", TakeGui},
+    {"--play", "SCRIPT", "with --gui, play SCRIPT in the window; the person at the\n"
+                         "window goes on after it unless --screenshot is given", TakeFile<&Options::play>},
+    {"--screenshot", "DIR", "with --gui, write a PNG of each dialog as it opens and\n"
+                            "of the main window at the end into DIR", TakeFile<&Options::screenshots>},
     {"--version", nullptr, "show the program's version", nullptr},
     {"--help", nullptr, "show this text", nullptr},
 };
