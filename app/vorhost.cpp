@@ -92,6 +92,11 @@ bool TakeDrive(const Given& g, Options* opts, std::string* err) {
   return true;
 }
 
+bool TakeGui(const Given&, Options* opts, std::string*) {
+  opts->gui = true;
+  return true;
+}
+
 // A handler for an option whose value goes into a field of Options.
 template <std::string Options::*field>
 bool TakeFile(const Given& g, Options* opts, std::string* err) {
@@ -109,11 +114,6 @@ bool TakeConversion(const Given& g, Options* opts, std::string* err) {
 
 bool TakeDump(const Given&, Options* opts, std::string*) {
   opts->dump = true;
-  return true;
-}
-
-bool TakeGui(const Given&, Options* opts, std::string*) {
-  opts->gui = true;
   return true;
 }
 
@@ -205,14 +205,6 @@ bool ParseOptions(int argc, char** argv, Options* opts, std::string* err) {
   if (!opts->conversions.empty() && (have_script || !opts->drives.empty() || !opts->open.empty() ||
                                      !opts->save.empty() || !opts->svg.empty() || opts->dump)) {
     *err = "--import-text and --export-text take no script and no other option";
-    return false;
-  }
-  if ((!opts->play.empty() || !opts->screenshots.empty()) && !opts->gui) {
-    *err = "--play and --screenshot go with --gui";
-    return false;
-  }
-  if (opts->gui && have_script) {
-    *err = "--gui takes its script with --play";
     return false;
   }
   return true;
@@ -332,6 +324,20 @@ int RunSession(const Options& opts) {
   return status;
 }
 
+// The window's options go together: --play and --screenshot with --gui,
+// which takes no script of its own.
+bool CheckWindowOptions(const Options& opts, std::string* err) {
+  if ((!opts.play.empty() || !opts.screenshots.empty()) && !opts.gui) {
+    *err = "--play and --screenshot go with --gui";
+    return false;
+  }
+  if (opts.gui && opts.script != "-") {
+    *err = "--gui takes its script with --play";
+    return false;
+  }
+  return true;
+}
+
 // Runs the session in vorhost's window, when it was built with one.
 int RunWindow(const Options& opts) {
 #ifdef VORHOST_WINDOW
@@ -366,7 +372,7 @@ int main(int argc, char** argv) {
   }
   Options opts;
   std::string err;
-  if (!ParseOptions(argc, argv, &opts, &err)) {
+  if (!ParseOptions(argc, argv, &opts, &err) || !CheckWindowOptions(opts, &err)) {
     std::cerr << "vorhost: " << err << "\n" << Usage();
     return 2;
   }
