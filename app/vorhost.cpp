@@ -16,6 +16,9 @@
 #include "emulator/session/host.h"
 #include "emulator/io/dump.h"
 #include "emulator/io/dxf.h"
+#ifdef VORHOST_WINDOW
+#include "app/gui/run_window.h"
+#endif
 #include "emulator/io/host_text.h"
 #include "emulator/io/svg.h"
 #include "emulator/platform/filesystem.h"
@@ -64,6 +67,8 @@ const char kUsageTail[] =
     "written.\n";
 
 struct Options {
+  bool gui = false;
+  std::string play, screenshots;  // --gui only
   // Files to convert, in order: true to import (UTF-8 to the host's text),
   // false to export.
   std::vector<std::pair<bool, std::string>> conversions;
@@ -94,6 +99,11 @@ bool TakeDrive(const Given& g, Options* opts, std::string* err) {
     return false;
   }
   opts->drives.emplace_back(mapping[0], mapping.substr(2));
+  return true;
+}
+
+bool TakeGui(const Given&, Options* opts, std::string*) {
+  opts->gui = true;
   return true;
 }
 
@@ -148,6 +158,12 @@ const Option kOptions[] = {
     {"--export-text", "FILE", "convert a data file of the module to UTF-8 with plain\n"
                               "line ends, in place (repeatable; runs instead of a\n"
                               "script)", TakeConversion<false>},
+    {"--gui", nullptr, "run in a window: the drawing, the command line, the\n"
+                       "module's dialogs (when built with Qt 6)", TakeGui},
+    {"--play", "SCRIPT", "with --gui, play SCRIPT in the window; the person at the\n"
+                         "window goes on after it unless --screenshot is given", TakeFile<&Options::play>},
+    {"--screenshot", "DIR", "with --gui, write a PNG of each dialog as it opens and\n"
+                            "of the main window at the end into DIR", TakeFile<&Options::screenshots>},
     {"--version", nullptr, "show the program's version", nullptr},
     {"--help", nullptr, "show this text", nullptr},
 };
@@ -407,6 +423,37 @@ int RunSession(const Options& opts) {
   return status;
 }
 
+// The window's options go together: --play and --screenshot with --gui,
+// which takes no script of its own.
+bool CheckWindowOptions(const Options& opts, std::string* err) {
+  if ((!opts.play.empty() || !opts.screenshots.empty()) && !opts.gui) {
+    *err = "--play and --screenshot go with --gui";
+    return false;
+  }
+  if (opts.gui && opts.script != "-") {
+    *err = "--gui takes its script with --play";
+    return false;
+  }
+  return true;
+}
+
+// Runs the session in vorhost's window, when it was built with one.
+int RunWindow(const Options& opts) {
+#ifdef VORHOST_WINDOW
+  vorhost::gui::WindowOptions window{opts.open, opts.play, opts.screenshots};
+  auto load_module = [](vorhost::Host& host, std::string*) {
+    host.module().Load(acrxEntryPoint);
+    return true;
+  };
+  return vorhost::gui::RunWindow(window, load_module,
+                                 [&opts](vorhost::Host& host) { return WriteResults(host, opts, false); });
+#else
+  (void)opts;
+  std::cerr << "vorhost: this vorhost was built without its window (Qt 6 was not found)\n";
+  return 2;
+#endif
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -424,7 +471,7 @@ int main(int argc, char** argv) {
   }
   Options opts;
   std::string err;
-  if (!ParseOptions(argc, argv, &opts, &err)) {
+  if (!ParseOptions(argc, argv, &opts, &err) || !CheckWindowOptions(opts, &err)) {
     std::cerr << "vorhost: " << err << "\n" << Usage();
     return 2;
   }
@@ -438,5 +485,6 @@ int main(int argc, char** argv) {
     return 2;
   }
   vorhost::Files().SetCurrentDrive(3);
+  if (opts.gui) return RunWindow(opts);
   return RunSession(opts);
 }

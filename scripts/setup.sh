@@ -11,6 +11,8 @@ packages+=(libedit-dev)
 # vormis.arx, the module as the real host loads it: the i686 MinGW-w64
 # compiler with Windows threads (it needs no threading library) and binutils.
 packages+=(g++-mingw-w64-i686-win32 binutils-mingw-w64-i686)
+# vorhost's window (--gui): Qt 6 widgets, its SVG renderer and QTest.
+packages+=(qt6-base-dev qt6-svg-dev libgl-dev)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")

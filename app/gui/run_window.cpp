@@ -1,0 +1,73 @@
+#include "app/gui/run_window.h"
+
+#include <QApplication>
+#include <QScreen>
+#include <fstream>
+#include <iostream>
+#include <memory>
+
+#include "app/gui/main_window.h"
+#include "app/gui/window_user.h"
+#include "emulator/ui/script.h"
+
+namespace vorhost::gui {
+
+namespace {
+// The main window's size when it first opens.
+constexpr int kWidth = 1400, kHeight = 860;
+}  // namespace
+
+int RunWindow(const WindowOptions& options, const ModuleLoader& load_module, const std::function<bool(Host&)>& done) {
+  static int argc = 1;
+  static char name[] = "vorhost";
+  static char* argv[] = {name, nullptr};
+  QApplication app(argc, argv);
+  QApplication::setApplicationName("vorhost");
+
+  std::ifstream script_file;
+  if (!options.play.empty()) {
+    script_file.open(options.play, std::ios::binary);
+    if (!script_file.is_open()) {
+      std::cerr << "vorhost: cannot read script " << options.play << "\n";
+      return 2;
+    }
+  }
+  Host host(nullptr);
+  MainWindow window;
+  window.resize(kWidth, kHeight);
+  WindowUser user(host, window);
+  std::unique_ptr<ScriptUser> script;
+  if (!options.play.empty()) {
+    script = std::make_unique<ScriptUser>(host, options.play, &script_file);
+    user.set_script(script.get(), !options.screenshots.empty());
+  }
+  user.set_screenshots(options.screenshots);
+  host.console().set_user(&user);
+  host.console().set_echo_answers(true);
+  std::string err;
+  if (!options.open.empty() && !host.OpenDrawing(options.open, &err)) {
+    std::cerr << "vorhost: " << err << "\n";
+    return 2;
+  }
+  user.MarkSaved();
+  // A person is asked to save changes when closing; a script with
+  // screenshots ends without a question.
+  user.set_ask_to_save(options.screenshots.empty());
+  if (!load_module(host, &err)) {
+    std::cerr << "vorhost: " << err << "\n";
+    return 2;
+  }
+  window.show();
+  host.command_line().Run();
+  host.module().Unload();
+  int status = script && script->failed() ? 1 : 0;
+  if (script && script->failed()) std::cerr << script->failure() << "\n";
+  if (!user.Finish(&err)) {
+    std::cerr << "vorhost: " << err << "\n";
+    status = status ? status : 3;
+  }
+  if (done && !done(host)) status = status ? status : 3;
+  return status;
+}
+
+}  // namespace vorhost::gui

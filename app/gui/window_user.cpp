@@ -1,0 +1,389 @@
+#include "app/gui/window_user.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPainter>
+#include <QStatusBar>
+#include <algorithm>
+#include <cstdio>
+
+#include "app/gui/editor_window.h"
+#include "app/gui/pick.h"
+#include "app/gui/snap.h"
+#include "emulator/core/encoding.h"
+#include "emulator/drawing/geometry.h"
+#include "emulator/io/dump.h"
+#include "emulator/io/dxf.h"
+#include "emulator/io/svg.h"
+
+namespace vorhost::gui {
+
+WindowUser::WindowUser(Host& host, MainWindow& window) : host_(host), window_(window) {
+  window_.pane().on_line = [this](const QString& line) {
+    std::string big5;
+    if (!Utf8ToBig5Text(line.toStdString(), &big5)) {
+      window_.statusBar()->showMessage(QObject::tr("The line has a character Big5 cannot hold."), 5000);
+      return;
+    }
+    Answer(Input::Line(big5));
+  };
+  window_.pane().on_escape = [this] { Answer(Input::Cancel()); };
+  // Where the host asks for a point or objects, a click is handed over as
+  // a point; at a command's prompt, which may want a point or a text, it
+  // is typed as its coordinates, as a user could have typed them.
+  // At "Select objects:" a click picks the object nearest it within the
+  // pick box on the screen; with none there the point goes to the host,
+  // which finds nothing.
+  window_.view().on_point = [this](const Point3& p) {
+    if (asking_ == Asking::kPrompt) return Answer(Input::Line(FormatNumber(p[0]) + "," + FormatNumber(p[1])));
+    if (asking_ == Asking::kSelection) {
+      double reach = DrawingView::kPickBox / window_.view().scale();
+      if (uint64_t id = NearestObject(host_.document().drawing(), p, reach))
+        return Answer(Input::Of(vorhost::Answer::OfEntities(vorhost::Answer::Kind::kName, {id})));
+    }
+    Answer(Input::Of(vorhost::Answer::OfPoint(p)));
+  };
+  window_.view().on_window = [this](const Point3& from, const Point3& to, bool crossing) {
+    Answer(Input::Of(vorhost::Answer::OfWindow(from, to, crossing)));
+  };
+  window_.on_command = [this](const QString& line) {
+    if (asking_ != Asking::kCommand || loop_ == nullptr) {
+      window_.statusBar()->showMessage(QObject::tr("Finish or cancel what is asked first."), 5000);
+      return;
+    }
+    std::string big5;
+    Utf8ToBig5Text(line.toStdString(), &big5);
+    Answer(Input::Line(big5));
+  };
+  window_.on_file = [this](MainWindow::FileAction action) {
+    if (asking_ != Asking::kCommand || loop_ == nullptr) {
+      window_.statusBar()->showMessage(QObject::tr("Finish or cancel what is asked first."), 5000);
+      return;
+    }
+    std::string err;
+    bool ok = true;
+    switch (action) {
+      case MainWindow::FileAction::kNew:
+        if (!MayDiscard()) break;
+        host_.NewDrawing();
+        MarkSaved();
+        window_.view().ZoomExtents();
+        break;
+      case MainWindow::FileAction::kOpen: {
+        QString path = QFileDialog::getOpenFileName(&window_, QObject::tr("Open a drawing"), QString(),
+                                                    QObject::tr("Drawings (*.dxf *.DXF)"));
+        if (path.isEmpty() || !MayDiscard()) break;
+        ok = host_.OpenDrawing(path.toStdString(), &err);
+        if (ok) MarkSaved();
+        window_.view().ZoomExtents();
+        break;
+      }
+      case MainWindow::FileAction::kSaveAs:
+      case MainWindow::FileAction::kExportSvg:
+        SaveAs(action == MainWindow::FileAction::kExportSvg);
+        break;
+    }
+    if (!ok) QMessageBox::warning(&window_, "vorhost", QString::fromStdString(err));
+    Refresh();
+  };
+  window_.may_close = [this] { return closing_ || MayDiscard(); };
+  window_.on_close = [this] {
+    closing_ = true;
+    if (loop_) loop_->quit();
+  };
+}
+
+WindowUser::~WindowUser() {
+  window_.pane().on_line = nullptr;
+  window_.pane().on_escape = nullptr;
+  window_.view().on_point = nullptr;
+  window_.view().on_window = nullptr;
+  window_.on_command = nullptr;
+  window_.on_file = nullptr;
+  window_.on_close = nullptr;
+  window_.may_close = nullptr;
+}
+
+void WindowUser::MarkSaved() { saved_ = DumpDrawing(host_.document().drawing()); }
+
+bool WindowUser::Changed() const { return DumpDrawing(host_.document().drawing()) != saved_; }
+
+bool WindowUser::SaveAs(bool svg) {
+  QString path = QFileDialog::getSaveFileName(&window_, svg ? QObject::tr("Export SVG") : QObject::tr("Save As"),
+                                              QString(), svg ? "SVG (*.svg)" : QObject::tr("Drawings (*.dxf)"));
+  if (path.isEmpty()) return false;
+  const Document& doc = host_.document();
+  std::string err;
+  bool ok = svg ? SaveSvg(doc.drawing(), doc.sysvars(), path.toStdString(), &err)
+                : SaveDxf(doc.drawing(), doc.sysvars(), path.toStdString(), &err);
+  if (!ok) QMessageBox::warning(&window_, "vorhost", QString::fromStdString(err));
+  else if (!svg) MarkSaved();
+  return ok;
+}
+
+bool WindowUser::MayDiscard() {
+  if (!ask_to_save_ || !Changed()) return true;
+  QMessageBox question(QMessageBox::Question, "vorhost", QObject::tr("Save the changes to the drawing?"),
+                       QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, &window_);
+  question.setDefaultButton(QMessageBox::Save);
+  switch (question.exec()) {
+    case QMessageBox::Save: return SaveAs(false);
+    case QMessageBox::Discard: return true;
+    default: return false;
+  }
+}
+
+void WindowUser::Refresh() {
+  const std::string& text = host_.transcript().text();
+  if (transcript_shown_ > text.size()) transcript_shown_ = 0;  // cleared
+  window_.pane().Append(QString::fromStdString(text.substr(transcript_shown_)));
+  transcript_shown_ = text.size();
+  std::string svg = DrawingSvg(host_.document().drawing(), host_.document().sysvars());
+  if (svg != picture_) {
+    picture_ = svg;
+    window_.view().SetPicture(svg);
+    window_.view().SetSnaps(SnapPoints(host_.document().drawing()));
+  }
+}
+
+void WindowUser::Answer(Input input) {
+  if (!loop_ || (!AsksForAnswer(asking_) && asking_ != Asking::kCommand)) return;
+  // A point or a window answers only where the host asks for one.
+  if (input.answer.kind == vorhost::Answer::Kind::kPoint && asking_ != Asking::kPoint &&
+      asking_ != Asking::kSelection)
+    return;
+  if ((input.answer.kind == vorhost::Answer::Kind::kWindow || input.answer.kind == vorhost::Answer::Kind::kName) &&
+      asking_ != Asking::kSelection)
+    return;
+  if (asking_ == Asking::kSelection) TrackChosen(input);
+  answer_ = std::move(input);
+  loop_->quit();
+}
+
+void WindowUser::TrackChosen(const Input& input) {
+  const vorhost::Answer& a = input.answer;
+  const Drawing& drawing = host_.document().drawing();
+  auto choose = [this](uint64_t id) {
+    if (removing_) chosen_.erase(id);
+    else chosen_.insert(id);
+  };
+  if (a.kind == vorhost::Answer::Kind::kName) {
+    for (uint64_t id : a.entities) choose(id);
+  } else if (a.kind == vorhost::Answer::Kind::kWindow) {
+    for (uint64_t id : drawing.MainEntities()) {
+      std::vector<Chain> outline = EntityOutline(drawing, id);
+      if (a.crossing ? CrossesWindow(outline, a.point, a.corner) : InsideWindow(outline, a.point, a.corner)) choose(id);
+    }
+  } else if (a.kind == vorhost::Answer::Kind::kText) {
+    std::string key = MatchKeyword(a.text, {"ALL", "Last", "Window", "Crossing", "Handle", "Previous", "Remove", "Add"});
+    if (key == "REMOVE") removing_ = true;
+    if (key == "ADD") removing_ = false;
+    return;
+  } else {
+    return;
+  }
+  std::vector<Chain> outlines;
+  for (uint64_t id : chosen_)
+    for (Chain& chain : EntityOutline(drawing, id)) outlines.push_back(std::move(chain));
+  window_.view().SetHighlight(std::move(outlines));
+}
+
+void WindowUser::ForgetChosen() {
+  removing_ = false;
+  if (chosen_.empty()) return;
+  chosen_.clear();
+  window_.view().SetHighlight({});
+}
+
+void WindowUser::Wait(const std::function<bool()>& done) {
+  while (!done() && !closing_) {
+    QEventLoop loop;
+    QEventLoop* outer = loop_;
+    loop_ = &loop;
+    if (on_waiting) QMetaObject::invokeMethod(&loop, on_waiting, Qt::QueuedConnection);
+    loop.exec();
+    loop_ = outer;
+  }
+}
+
+Input WindowUser::Read(Asking asking, std::string_view prompt) {
+  CloseEnded(nullptr);
+  // A prompt asked from a dialog's action (a label typed on the command
+  // line, objects picked): the dialogs step aside until the next event.
+  for (Shown& shown : windows_) shown.window->hide();
+  Refresh();
+  // The objects chosen stay marked while objects are asked for, the
+  // corner of a window included.
+  if (asking != Asking::kSelection && asking != Asking::kPoint) ForgetChosen();
+  asking_ = asking;
+  window_.pane().SetPrompt(FromBig5(std::string(prompt)));
+  window_.view().set_pick(asking == Asking::kPoint || asking == Asking::kPrompt ? DrawingView::Pick::kPoint
+                          : asking == Asking::kSelection ? DrawingView::Pick::kObjects
+                                                         : DrawingView::Pick::kNone);
+  if (script_) {
+    QApplication::processEvents();
+    Input in = script_->Read(asking, prompt);
+    if (in.kind != Input::Kind::kEnd || asking != Asking::kCommand || end_with_script_) return in;
+    script_ = nullptr;  // the person at the window goes on
+    Refresh();
+  }
+  answer_.reset();
+  Wait([this] { return answer_.has_value(); });
+  window_.view().set_pick(DrawingView::Pick::kNone);
+  if (!answer_) return Input::End();  // the window was closed
+  Input in = std::move(*answer_);
+  answer_.reset();
+  return in;
+}
+
+void WindowUser::CloseEnded(const Dialog* keep) {
+  // A window stays while its dialog exists and is not above keep; a
+  // dialog's address may be taken again by a new one, so its name must
+  // match too.
+  auto ended = [this](const Shown& s) {
+    Dialog* d = host_.dialogs().Find(s.dialog);
+    return d == nullptr || !d->started || d->done || d->name() != s.window->dialog_name();
+  };
+  size_t keep_up_to = windows_.size();
+  if (keep) {
+    auto it = std::find_if(windows_.begin(), windows_.end(), [keep](const Shown& s) { return s.dialog == keep; });
+    if (it != windows_.end()) keep_up_to = static_cast<size_t>(it - windows_.begin()) + 1;
+  }
+  for (size_t i = 0; i < windows_.size(); i++)
+    if (i >= keep_up_to || ended(windows_[i])) {
+      while (windows_.size() > i) windows_.pop_back();
+      break;
+    }
+}
+
+DialogWindow& WindowUser::WindowOf(Dialog& dialog, bool* opened) {
+  *opened = false;
+  if (!windows_.empty() && windows_.back().dialog == &dialog) return *windows_.back().window;
+  QWidget* parent = windows_.empty() ? static_cast<QWidget*>(&window_) : windows_.back().window.get();
+  auto window = std::make_unique<DialogWindow>(dialog, parent);
+  window->on_input = [this] {
+    if (loop_) loop_->quit();
+  };
+  windows_.push_back({&dialog, std::move(window)});
+  *opened = true;
+  return *windows_.back().window;
+}
+
+DialogInput WindowUser::ReadEvent(Dialog& dialog, std::string_view prompt) {
+  CloseEnded(&dialog);
+  bool opened = false;
+  DialogWindow& window = WindowOf(dialog, &opened);
+  window.Sync(dialog);
+  Refresh();
+  asking_ = Asking::kDialog;
+  ForgetChosen();
+  window_.pane().SetPrompt(FromBig5(std::string(prompt)));
+  window_.view().set_pick(DrawingView::Pick::kNone);
+  for (Shown& shown : windows_)
+    if (!shown.window->isVisible()) shown.window->show();
+  if (opened) {
+    window.raise();
+    window.activateWindow();
+    QApplication::processEvents();
+    std::string err;
+    if (!screenshots_.empty() && !Shoot(dialog.name(), &window, &err))
+      window_.statusBar()->showMessage(QString::fromStdString(err), 5000);
+  }
+  if (script_) {
+    QApplication::processEvents();
+    return script_->ReadEvent(dialog, prompt);
+  }
+  Wait([&window] { return !window.pending().empty(); });
+  if (window.pending().empty()) return DialogInput::End();
+  DialogInput in = std::move(window.pending().front());
+  window.pending().pop_front();
+  return in;
+}
+
+EditOutcome WindowUser::EditText(std::string* text, std::string* why) {
+  if (script_) return script_->EditText(text, why);
+  Refresh();
+  QWidget* parent = top_window() ? static_cast<QWidget*>(top_window()) : &window_;
+  // The host has just printed "Editing NAME": the window takes its title.
+  const std::string& printed = host_.transcript().text();
+  size_t line = printed.rfind("Editing ");
+  QString title = line == std::string::npos ? QObject::tr("Edit")
+                                            : QString::fromStdString(printed.substr(line)).trimmed();
+  EditorWindow editor(*text, title, parent);
+  if (!editor.readable()) {
+    *why = "The file holds bytes that are not Big5 text; it is unchanged.";
+    return EditOutcome::kCancelled;
+  }
+  if (on_waiting) QMetaObject::invokeMethod(&editor, on_waiting, Qt::QueuedConnection);
+  editor_ = &editor;
+  editor.exec();
+  editor_ = nullptr;
+  if (editor.outcome() == EditOutcome::kSaved) *text = editor.contents();
+  return editor.outcome();
+}
+
+void WindowUser::Acknowledge(std::string_view message) {
+  if (script_) return script_->Acknowledge(message);
+  Refresh();
+  QMessageBox::information(top_window() ? static_cast<QWidget*>(top_window()) : &window_, "vorhost",
+                           FromBig5(std::string(message)));
+}
+
+void WindowUser::Misstep(const std::string& why) {
+  if (script_) return script_->Misstep(why);
+  window_.statusBar()->showMessage(FromBig5(why), 8000);
+}
+
+bool WindowUser::Shoot(const std::string& name, QWidget* over, std::string* err) {
+  // With a dialog over it, the drawing is fitted into the part of the view
+  // left of the dialog, which stands at the right.
+  constexpr int kMargin = 16;
+  DrawingView& view = window_.view();
+  if (over && view.fitting()) {
+    int left = view.width() - over->width() - 2 * kMargin;
+    if (left > view.width() / 4) view.ZoomExtentsInto(QRectF(kMargin, kMargin, left, view.height() - 2 * kMargin));
+  }
+  QPixmap picture = window_.grab();
+  if (over && view.fitting()) view.ZoomExtents();
+  if (over) {
+    // The dialog over the window, with a title bar of its own: a window
+    // grabbed has no frame.
+    QPixmap dialog = over->grab();
+    QPainter painter(&picture);
+    int bar = over->fontMetrics().height() + 10;
+    QPoint view_at = view.mapTo(&window_, QPoint(0, 0));
+    QRect frame(std::max(0, view_at.x() + view.width() - dialog.width() - kMargin), view_at.y() + kMargin,
+                dialog.width(), dialog.height() + bar);
+    painter.fillRect(frame.translated(5, 5), QColor(0, 0, 0, 50));  // its shadow
+    painter.fillRect(QRect(frame.topLeft(), QSize(frame.width(), bar)), QColor(52, 101, 164));
+    painter.setPen(Qt::white);
+    painter.drawText(QRect(frame.topLeft() + QPoint(8, 0), QSize(frame.width() - 16, bar)),
+                     Qt::AlignVCenter | Qt::AlignLeft, over->windowTitle());
+    painter.drawPixmap(frame.topLeft() + QPoint(0, bar), dialog);
+    painter.setPen(QColor(60, 60, 60));
+    painter.drawRect(frame.adjusted(0, 0, -1, -1));
+  }
+  char number[8];
+  std::snprintf(number, sizeof number, "%02zu", shots_.size() + 1);
+  std::string path = screenshots_ + "/" + (over ? std::string(number) + "-" + name : name) + ".png";
+  QDir().mkpath(QString::fromStdString(screenshots_));
+  if (!picture.save(QString::fromStdString(path), "PNG")) {
+    *err = "Cannot write " + path + ".";
+    return false;
+  }
+  shots_.push_back(path);
+  return true;
+}
+
+bool WindowUser::Finish(std::string* err) {
+  CloseEnded(nullptr);
+  windows_.clear();
+  Refresh();
+  window_.pane().SetPrompt("");
+  QApplication::processEvents();
+  return screenshots_.empty() || Shoot("main", nullptr, err);
+}
+
+}  // namespace vorhost::gui

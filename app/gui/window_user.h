@@ -1,0 +1,126 @@
+// window_user.h - the window as the host's user. The host runs on the
+// window's thread: when it asks, the window shows what is asked (the
+// prompt, the picking mode, the dialog on top synced from its live tiles)
+// and runs a nested event loop until the user has answered with a line, a
+// click, a window or a dialog event, which it hands over as a value. A
+// script may play the user in the window instead (--play): its answers
+// and events are taken, the window shows them.
+#ifndef VORHOST_APP_GUI_WINDOW_USER_H
+#define VORHOST_APP_GUI_WINDOW_USER_H
+
+#include <QEventLoop>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "app/gui/dialog_window.h"
+#include "app/gui/editor_window.h"
+#include "app/gui/main_window.h"
+#include "emulator/session/host.h"
+#include "emulator/session/user.h"
+
+namespace vorhost::gui {
+
+class WindowUser : public User {
+ public:
+  WindowUser(Host& host, MainWindow& window);
+  ~WindowUser() override;
+  WindowUser(const WindowUser&) = delete;
+  WindowUser& operator=(const WindowUser&) = delete;
+
+  // A script that plays the user until its input ends (not owned); after
+  // it, the person at the window does unless end_with_script.
+  void set_script(User* script, bool end_with_script) {
+    script_ = script;
+    end_with_script_ = end_with_script;
+  }
+  // Writes a PNG of each dialog as it opens (over the main window) into
+  // dir, and of the main window at Finish.
+  void set_screenshots(std::string dir) { screenshots_ = std::move(dir); }
+
+  // Whether closing the window, New and Open ask to save the changes made
+  // since the drawing was last opened or saved from the File menu (a
+  // person's session does; one ending with a script and a test's do not).
+  void set_ask_to_save(bool ask) { ask_to_save_ = ask; }
+  // The drawing as it is now counts as saved.
+  void MarkSaved();
+  // Whether the drawing has changed since MarkSaved.
+  bool Changed() const;
+
+  Input Read(Asking asking, std::string_view prompt) override;
+  DialogInput ReadEvent(Dialog& dialog, std::string_view prompt) override;
+  EditOutcome EditText(std::string* text, std::string* why) override;
+  void Acknowledge(std::string_view message) override;
+  void Misstep(const std::string& why) override;
+
+  // The session has ended: the window shows the drawing as it is left and,
+  // with screenshots, is written as main.png. False when a screenshot
+  // could not be written (*err says why).
+  bool Finish(std::string* err);
+
+  // The objects chosen so far at "Select objects:", as the window counts
+  // them from the picks and windows given there (highlighted in the view).
+  const std::set<uint64_t>& chosen() const { return chosen_; }
+  // The editor open for W2; null when none is.
+  EditorWindow* editor() { return editor_; }
+  // The window of the dialog on top; null when none is shown.
+  DialogWindow* top_window() { return windows_.empty() ? nullptr : windows_.back().window.get(); }
+  // Called each time the window starts waiting for the user, after it has
+  // shown what is asked (W2's editor included): a test's hook to act as the
+  // user.
+  std::function<void()> on_waiting;
+  // The screenshots written so far, in order.
+  const std::vector<std::string>& shots() const { return shots_; }
+
+ private:
+  struct Shown {
+    Dialog* dialog;  // compared, never dereferenced once the dialog may be gone
+    std::unique_ptr<DialogWindow> window;
+  };
+
+  // Shows what the host printed since last time and the drawing as it is.
+  void Refresh();
+  // Closes the windows of dialogs that have ended, and those above keep.
+  void CloseEnded(const Dialog* keep);
+  DialogWindow& WindowOf(Dialog& dialog, bool* opened);
+  // Runs the nested loop until done() holds or the window is closed.
+  void Wait(const std::function<bool()>& done);
+  void Answer(Input input);
+  // Follows an answer at "Select objects:" in the objects chosen, or
+  // forgets them when the host asks something else.
+  void TrackChosen(const Input& input);
+  void ForgetChosen();
+  bool Shoot(const std::string& name, QWidget* over, std::string* err);
+  // Asks where to save the drawing (as DXF or SVG) and saves it; false when
+  // the user gave no file or it could not be written (the user was told).
+  bool SaveAs(bool svg);
+  // Whether the drawing may be given up (closed, replaced): unchanged, or
+  // the user saved it or chose to give up the changes.
+  bool MayDiscard();
+
+  Host& host_;
+  MainWindow& window_;
+  User* script_ = nullptr;
+  bool end_with_script_ = false;
+  std::string screenshots_;
+  std::vector<std::string> shots_;
+  std::vector<Shown> windows_;
+  size_t transcript_shown_ = 0;
+  std::string picture_;  // the drawing's picture last shown
+  Asking asking_ = Asking::kCommand;
+  std::optional<Input> answer_;
+  QEventLoop* loop_ = nullptr;
+  bool closing_ = false;
+  EditorWindow* editor_ = nullptr;
+  bool ask_to_save_ = false;
+  std::set<uint64_t> chosen_;
+  bool removing_ = false;  // "Remove" was typed at "Select objects:"
+  std::string saved_;  // the drawing's dump when it was last opened or saved
+};
+
+}  // namespace vorhost::gui
+
+#endif
