@@ -441,9 +441,8 @@ bool CheckWindowOptions(const Options& opts, std::string* err) {
 int RunWindow(const Options& opts) {
 #ifdef VORHOST_WINDOW
   vorhost::gui::WindowOptions window{opts.open, opts.play, opts.screenshots};
-  auto load_module = [](vorhost::Host& host, std::string*) {
-    host.module().Load(acrxEntryPoint);
-    return true;
+  auto load_module = [&opts](vorhost::Host& host, std::string* err) {
+    return opts.no_module || LoadModule(host, opts.module, err);
   };
   return vorhost::gui::RunWindow(window, load_module,
                                  [&opts](vorhost::Host& host) { return WriteResults(host, opts, false); });
