@@ -1,6 +1,8 @@
 // drawing.cpp - entity names, handles and walking the drawing.
 #include "emulator/drawing/drawing.h"
 
+#include "emulator/drawing/spatial_index.h"
+
 namespace vorhost {
 namespace {
 
@@ -9,6 +11,22 @@ namespace {
 uint64_t next_id = 1;
 
 }  // namespace
+
+Drawing::Drawing() : spatial_(std::make_unique<SpatialIndex>()) {}
+Drawing::~Drawing() = default;
+Drawing::Drawing(Drawing&&) noexcept = default;
+Drawing& Drawing::operator=(Drawing&&) noexcept = default;
+
+void Drawing::Touch(const Entity& e) {
+  if (!spatial_) spatial_ = std::make_unique<SpatialIndex>();
+  spatial_->Touch(e.IsSubEntity() ? e.owner : e.id);
+}
+
+const SpatialIndex& Drawing::spatial() const {
+  if (!spatial_) spatial_ = std::make_unique<SpatialIndex>();
+  spatial_->Refresh(*this);
+  return *spatial_;
+}
 
 uint64_t Drawing::Append(Entity entity) {
   entity.id = next_id++;
@@ -20,17 +38,25 @@ uint64_t Drawing::Append(Entity entity) {
   index_[entity.id] = entities_.size();
   by_handle_[entity.handle] = entities_.size();
   entities_.push_back(std::move(entity));
+  Touch(entities_.back());
   return entities_.back().id;
 }
 
 Entity* Drawing::Find(uint64_t id) {
   auto it = index_.find(id);
-  return it == index_.end() ? nullptr : &entities_[it->second];
+  if (it == index_.end()) return nullptr;
+  Touch(entities_[it->second]);
+  return &entities_[it->second];
 }
 
 const Entity* Drawing::Find(uint64_t id) const {
   auto it = index_.find(id);
   return it == index_.end() ? nullptr : &entities_[it->second];
+}
+
+size_t Drawing::PositionOf(uint64_t id) const {
+  auto it = index_.find(id);
+  return it == index_.end() ? kNoPosition : it->second;
 }
 
 const Entity* Drawing::FindByHandle(uint32_t handle) const {
@@ -60,6 +86,7 @@ void Drawing::Erase(uint64_t id) {
   auto it = index_.find(id);
   if (it == index_.end() || entities_[it->second].IsSubEntity()) return;
   entities_[it->second].erased = true;
+  Touch(entities_[it->second]);
   for (size_t i = it->second + 1; i < entities_.size() && entities_[i].IsSubEntity(); i++)
     entities_[i].erased = true;
 }
