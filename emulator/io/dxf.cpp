@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <functional>
 #include <set>
 #include <unordered_set>
@@ -73,14 +72,21 @@ class GroupSink {
 
   void Raw(int code, std::string_view value) {
     char buf[16];
-    std::snprintf(buf, sizeof buf, "%3d\n", code);
-    out_ += buf;
+    auto r = std::to_chars(buf, buf + sizeof buf, code);
+    size_t length = static_cast<size_t>(r.ptr - buf);
+    if (length < 3) out_.append(3 - length, ' ');
+    out_.append(buf, length);
+    out_ += '\n';
     out_.append(value);
     out_ += '\n';
     if (out_.size() >= kBlock) Flush();
   }
   void Text(int code, std::string_view big5) { Raw(code, dxf::EscapeText(big5)); }
-  void Int(int code, long v) { Raw(code, std::to_string(v)); }
+  void Int(int code, long v) {
+    char buf[24];
+    auto r = std::to_chars(buf, buf + sizeof buf, v);
+    Raw(code, std::string_view(buf, static_cast<size_t>(r.ptr - buf)));
+  }
   void Real(int code, double v) {
     non_finite_ |= !std::isfinite(v);
     Raw(code, RealText(v));
