@@ -68,11 +68,18 @@ class Drawing {
  private:
   // The main entity of id (itself, or a sub-entity's owner) may have moved.
   void Touch(const Entity& e);
+  void NoteHandle(uint32_t handle, size_t position);
 
   Tables tables_;
   std::vector<Entity> entities_;
-  std::unordered_map<uint64_t, size_t> index_;  // id -> position in entities_
-  std::unordered_map<uint32_t, size_t> by_handle_;  // handle -> position in entities_
+  // Positions in entities_ plus one (0: none), by id from the first id: a
+  // drawing's ids only grow, with gaps where other drawings took some.
+  uint64_t first_id_ = 0;
+  std::vector<uint32_t> by_id_;
+  // The same by handle: handles up to about twice the records' number in
+  // a vector, any other (read from a file) in a map.
+  std::vector<uint32_t> by_handle_;
+  std::unordered_map<uint32_t, size_t> far_handles_;
   uint32_t next_handle_ = 0x20;
   uint64_t last_main_ = 0;
   mutable std::unique_ptr<SpatialIndex> spatial_;

@@ -33,7 +33,9 @@ class SpatialIndex {
 
   // The entity id (a main entity, or the owner of a sub-entity) is to be
   // looked at again: added, changed or erased.
-  void Touch(uint64_t id) { touched_.push_back(id); }
+  void Touch(uint64_t id) {
+    if (!stale_) touched_.push_back(id);
+  }
   // Everything is to be looked at again.
   void TouchAll() { stale_ = true; }
 
