@@ -117,29 +117,42 @@ class GroupSink {
 };
 
 // Gives every written record a handle unique in the file: a record keeps
-// its own when no other took it, else it gets the next free one.
+// its own when no other took it, else it gets the next free one. Handles
+// below about the drawing's seed are marked in a vector of flags, any
+// others (read from a file) in a set.
 class HandleBook {
  public:
-  explicit HandleBook(uint32_t seed) : next_(seed == 0 ? 1 : seed) {}
+  HandleBook(uint32_t seed, size_t records)
+      : next_(seed == 0 ? 1 : seed), dense_(static_cast<size_t>(seed) + records + 1024) {}
   void Reserve(uint32_t handle) {
-    if (handle != 0) used_.insert(handle);
+    if (handle != 0) Mark(handle);
   }
   uint32_t Take(uint32_t wanted) {
-    if (wanted != 0 && used_.insert(wanted).second) return wanted;
-    while (used_.count(next_)) next_++;
-    used_.insert(next_);
+    if (wanted != 0 && !Used(wanted)) {
+      Mark(wanted);
+      return wanted;
+    }
+    while (Used(next_)) next_++;
+    Mark(next_);
     return next_++;
   }
   // The file's $HANDSEED: above every handle given out.
-  uint32_t Seed() const {
-    uint32_t seed = next_;
-    for (uint32_t h : used_) seed = std::max(seed, h + 1);
-    return seed;
-  }
+  uint32_t Seed() const { return any_ ? std::max(next_, highest_ + 1) : next_; }
 
  private:
-  std::unordered_set<uint32_t> used_;
+  bool Used(uint32_t h) const { return h < dense_.size() ? dense_[h] : far_.count(h) > 0; }
+  void Mark(uint32_t h) {
+    if (h < dense_.size()) dense_[h] = true;
+    else far_.insert(h);
+    highest_ = any_ ? std::max(highest_, h) : h;
+    any_ = true;
+  }
+
   uint32_t next_;
+  std::vector<bool> dense_;
+  std::unordered_set<uint32_t> far_;
+  uint32_t highest_ = 0;
+  bool any_ = false;
 };
 
 void WriteGroup(const Group& g, bool degrees, bool always_z, GroupSink* out) {
@@ -403,8 +416,10 @@ void WriteHeader(const SysVarTable& vars, const Box& extents, uint32_t seed, Gro
 // the blocks take their handles, from handing them out once beforehand the
 // same way. False when a number was not finite.
 bool WriteDxf(const Drawing& drawing, const SysVarTable& vars, GroupSink::Writer writer) {
-  auto reserved = [&drawing] {
-    HandleBook handles(drawing.handle_seed());
+  size_t records = drawing.entities().size();
+  for (const BlockRecord& b : drawing.tables().blocks().records()) records += b.entities.size();
+  auto reserved = [&drawing, records] {
+    HandleBook handles(drawing.handle_seed(), records);
     for (const Entity& e : drawing.entities()) handles.Reserve(e.handle);
     return handles;
   };
