@@ -118,12 +118,14 @@ class GroupSink {
 
 // Gives every written record a handle unique in the file: a record keeps
 // its own when no other took it, else it gets the next free one. Handles
-// below about the drawing's seed are marked in a vector of flags, any
-// others (read from a file) in a set.
+// up to about the drawing's seed are marked in a vector of flags, as long
+// as that stays near the number of records; any others (read from a file)
+// in a set.
 class HandleBook {
  public:
   HandleBook(uint32_t seed, size_t records)
-      : next_(seed == 0 ? 1 : seed), dense_(static_cast<size_t>(seed) + records + 1024) {}
+      : next_(seed == 0 ? 1 : seed),
+        dense_(std::min<size_t>(seed, 4 * records + 65536) + records + 1024) {}
   void Reserve(uint32_t handle) {
     if (handle != 0) Mark(handle);
   }
