@@ -33,6 +33,7 @@ uint64_t Drawing::Append(Entity entity) {
   if (entity.handle == 0 || FindByHandle(entity.handle)) entity.handle = next_handle_;
   if (entity.handle >= next_handle_) next_handle_ = entity.handle + 1;
   entity.erased = false;
+  entity.groups.shrink_to_fit();  // records are kept long and made once
   if (entity.IsSubEntity()) entity.owner = last_main_;
   else last_main_ = entity.id;
   if (entities_.empty()) first_id_ = entity.id;
