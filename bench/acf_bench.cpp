@@ -61,10 +61,14 @@ void SaveDrawing(benchmark::State& state, const char* name, Save save) {
   state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(drawing.MainEntities().size()));
 }
 
-void BM_SaveDxf(benchmark::State& state) { SaveDrawing(state, "OUT.DXF", [](auto&&... a) { return vorhost::SaveDxf(a...); }); }
+void BM_SaveDxf(benchmark::State& state) {
+  SaveDrawing(state, "OUT.DXF", [](auto&&... a) { return vorhost::SaveDxf(a...); });
+}
 BENCHMARK(BM_SaveDxf)->Arg(10)->Arg(100)->Arg(400)->Unit(benchmark::kMillisecond);
 
-void BM_SaveSvg(benchmark::State& state) { SaveDrawing(state, "OUT.SVG", [](auto&&... a) { return vorhost::SaveSvg(a...); }); }
+void BM_SaveSvg(benchmark::State& state) {
+  SaveDrawing(state, "OUT.SVG", [](auto&&... a) { return vorhost::SaveSvg(a...); });
+}
 BENCHMARK(BM_SaveSvg)->Arg(10)->Arg(100)->Arg(400)->Unit(benchmark::kMillisecond);
 
 }  // namespace

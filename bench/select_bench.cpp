@@ -44,7 +44,8 @@ Session* DrawnFor(benchmark::State& state) {
 }
 
 void Report(benchmark::State& state, Session* session, size_t found) {
-  state.counters["entities"] = static_cast<double>(session->host().document().drawing().MainEntities().size());
+  const vorhost::Drawing& drawing = session->host().document().drawing();
+  state.counters["entities"] = static_cast<double>(drawing.MainEntities().size());
   state.counters["found"] = static_cast<double>(found);
 }
 

@@ -156,7 +156,8 @@ extern "C" int ads_textbox(const resbuf* args, ads_point pt1, ads_point pt2) {
   double height = std::get<double>(v), width = -1;
   bool have_text = false;
   for (const resbuf* rb = args; rb; rb = rb->rbnext) {
-    if (rb->restype == -1) e = std::as_const(host->document().drawing()).Find(vorhost::EntityId(rb->resval.rlname));
+    if (rb->restype == -1)
+      e = std::as_const(host->document().drawing()).Find(vorhost::EntityId(rb->resval.rlname));
     else if (rb->restype == 1 && rb->resval.rstring) text = rb->resval.rstring, have_text = true;
     else if (rb->restype == 7 && rb->resval.rstring) style_name = rb->resval.rstring;
     else if (rb->restype == 40) height = rb->resval.rreal;

@@ -92,7 +92,9 @@ class TextCommand : public Command {
  private:
   enum class State { kMain, kStyle, kJustify, kPoint, kSecondPoint, kHeight, kRotation, kText };
 
-  const StyleRecord* CurrentStyle() const { return std::as_const(doc().tables()).styles().Find(CurrentStyleName(doc())); }
+  const StyleRecord* CurrentStyle() const {
+    return std::as_const(doc().tables()).styles().Find(CurrentStyleName(doc()));
+  }
   bool Vertical() const { const StyleRecord* s = CurrentStyle(); return s && (s->flags & 4); }
   double TextSize() const {
     SysValue v;
@@ -127,7 +129,8 @@ class TextCommand : public Command {
       return Step::kAsk;
     }
     std::string name = UpperName(a.text);
-    if (!std::as_const(doc().tables()).styles().Find(name)) return Reject("Cannot find text style " + a.text + ".");
+    if (!std::as_const(doc().tables()).styles().Find(name))
+      return Reject("Cannot find text style " + a.text + ".");
     doc().sysvars().Force("TEXTSTYLE", name);
     state_ = State::kMain;
     return Step::kAsk;
@@ -209,7 +212,8 @@ class TextCommand : public Command {
   Step Write(const Answer& a) {
     std::string text = a.Echo();
     if (text.empty()) return Step::kDone;  // Enter: no text at all
-    const StyleRecord* style = std::as_const(doc().tables()).styles().Find(under_ ? style_ : CurrentStyleName(doc()));
+    const StyleRecord* style =
+        std::as_const(doc().tables()).styles().Find(under_ ? style_ : CurrentStyleName(doc()));
     std::string style_name = style ? style->name : "STANDARD";
     bool vertical = style && (style->flags & 4);
     double width_factor = under_ ? width_factor_ : style ? style->width : 1;

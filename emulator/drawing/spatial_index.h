@@ -36,9 +36,6 @@ class SpatialIndex {
   void Touch(uint64_t id) {
     if (!stale_) touched_.push_back(id);
   }
-  // Everything is to be looked at again.
-  void TouchAll() { stale_ = true; }
-
   // Brings the index up to date with drawing.
   void Refresh(const Drawing& drawing);
 
@@ -49,9 +46,6 @@ class SpatialIndex {
 
   // The box of every main entity; empty for an empty drawing.
   const Box& Extents() const;
-
-  // How many main entities have a box (those with an outline).
-  size_t size() const { return entries_.size(); }
 
  private:
   struct Entry {

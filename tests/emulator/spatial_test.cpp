@@ -142,7 +142,8 @@ TEST_F(SpatialTest, WindowsAndExtentsFollowEveryChange) {
 
   // Records changed in place, as a command edits them.
   for (size_t k = 1; k < ids.size(); k += 7)
-    if (Entity* e = drawing().Find(ids[k]); e && !e->erased) e->Set(10, Point3{e->Point(10)[0] + 200, e->Point(10)[1] - 150, 0});
+    if (Entity* e = drawing().Find(ids[k]); e && !e->erased)
+      e->Set(10, Point3{e->Point(10)[0] + 200, e->Point(10)[1] - 150, 0});
   ExpectAgreement("moved");
 
   // A style made vertical turns every text standing on it.
