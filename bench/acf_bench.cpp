@@ -34,7 +34,7 @@ void BM_AcfDraw(benchmark::State& state) {
       break;
     }
     state.PauseTiming();
-    entities = session.host().drawing().MainEntities().size();
+    entities = session.host().document().drawing().MainEntities().size();
     state.ResumeTiming();
   }
   state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(entities));
@@ -51,20 +51,24 @@ void SaveDrawing(benchmark::State& state, const char* name, Save save) {
     state.SkipWithError(session->error().c_str());
     return;
   }
-  const vorhost::Drawing& drawing = session->host().drawing();
+  const vorhost::Drawing& drawing = session->host().document().drawing();
   std::string path = session->root() + "/" + name, err;
   for (auto _ : state)
-    if (!save(drawing, session->host().sysvars(), path, &err)) {
+    if (!save(drawing, session->host().document().sysvars(), path, &err)) {
       state.SkipWithError(err.c_str());
       break;
     }
   state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(drawing.MainEntities().size()));
 }
 
-void BM_SaveDxf(benchmark::State& state) { SaveDrawing(state, "OUT.DXF", vorhost::SaveDxf); }
+void BM_SaveDxf(benchmark::State& state) {
+  SaveDrawing(state, "OUT.DXF", [](auto&&... a) { return vorhost::SaveDxf(a...); });
+}
 BENCHMARK(BM_SaveDxf)->Arg(10)->Arg(100)->Arg(400)->Unit(benchmark::kMillisecond);
 
-void BM_SaveSvg(benchmark::State& state) { SaveDrawing(state, "OUT.SVG", vorhost::SaveSvg); }
+void BM_SaveSvg(benchmark::State& state) {
+  SaveDrawing(state, "OUT.SVG", [](auto&&... a) { return vorhost::SaveSvg(a...); });
+}
 BENCHMARK(BM_SaveSvg)->Arg(10)->Arg(100)->Arg(400)->Unit(benchmark::kMillisecond);
 
 }  // namespace

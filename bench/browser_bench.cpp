@@ -55,12 +55,16 @@ class TimedUser : public vorhost::User {
   explicit TimedUser(std::vector<std::string> events) : events_(std::move(events)) {}
 
   vorhost::Input Read(vorhost::Asking, std::string_view) override {
-    auto now = std::chrono::steady_clock::now();
-    if (timing_) elapsed_ += now - given_;
-    if (next_ == events_.size()) return vorhost::Input::End();
-    timing_ = next_ + 1 < events_.size();
-    given_ = std::chrono::steady_clock::now();
-    return vorhost::Input::Line(events_[next_++]);
+    const std::string* line = Next();
+    return line ? vorhost::Input::Line(*line) : vorhost::Input::End();
+  }
+  vorhost::DialogInput ReadEvent(vorhost::Dialog&, std::string_view) override {
+    const std::string* line = Next();
+    if (!line) return vorhost::DialogInput::End();
+    vorhost::DialogEvent event;
+    std::string why;
+    if (!vorhost::ParseDialogEvent(*line, &event, &why)) return vorhost::DialogInput::Mistake(*line, why);
+    return vorhost::DialogInput::Event(std::move(event), *line);
   }
   vorhost::EditOutcome EditText(std::string*, std::string*) override {
     return vorhost::EditOutcome::kCancelled;
@@ -70,6 +74,17 @@ class TimedUser : public vorhost::User {
   size_t timed() const { return events_.empty() ? 0 : events_.size() - 1; }
 
  private:
+  // The next event's text, null at the end; the clock stops for the one
+  // before it and starts for it unless it is the last.
+  const std::string* Next() {
+    auto now = std::chrono::steady_clock::now();
+    if (timing_) elapsed_ += now - given_;
+    if (next_ == events_.size()) return nullptr;
+    timing_ = next_ + 1 < events_.size();
+    given_ = std::chrono::steady_clock::now();
+    return &events_[next_++];
+  }
+
   std::vector<std::string> events_;
   size_t next_ = 0;
   bool timing_ = false;
@@ -79,11 +94,11 @@ class TimedUser : public vorhost::User {
 
 // Runs FILE_CON on C:\ACF\ as VOR_ACF does, played by user.
 void RunBrowser(Session& session, TimedUser* user) {
-  session.host().set_user(user);
+  session.host().console().set_user(user);
   std::strcpy(BrowserPath, "C:\\ACF\\");
   std::strcpy(BrowserPattern, "*.ACF");
   file_browser();
-  session.host().set_user(nullptr);
+  session.host().console().set_user(nullptr);
 }
 
 void BM_BrowserOpen(benchmark::State& state) {

@@ -44,13 +44,14 @@ Session* DrawnFor(benchmark::State& state) {
 }
 
 void Report(benchmark::State& state, Session* session, size_t found) {
-  state.counters["entities"] = static_cast<double>(session->host().drawing().MainEntities().size());
+  const vorhost::Drawing& drawing = session->host().document().drawing();
+  state.counters["entities"] = static_cast<double>(drawing.MainEntities().size());
   state.counters["found"] = static_cast<double>(found);
 }
 
 // Selects with the answers given, as "Select objects:" takes them.
 size_t Select(vorhost::Host& host, const std::vector<Answer>& answers) {
-  vorhost::ObjectSelector selector(host);
+  vorhost::ObjectSelector selector(host.commands());
   for (const Answer& a : answers) selector.Feed(a);
   return selector.selected().size();
 }
@@ -100,7 +101,7 @@ void BM_Erase(benchmark::State& state) {
   if (!session) return;
   const int files = session->shape().files;
   int next = 0;
-  size_t before = session->host().drawing().MainEntities().size();
+  size_t before = session->host().document().drawing().MainEntities().size();
   for (auto _ : state) {
     if (next == files * kCircuits) {
       state.PauseTiming();
@@ -112,7 +113,7 @@ void BM_Erase(benchmark::State& state) {
     Panel panel(next / kCircuits);
     double x = panel.branch(next % kCircuits);
     next++;
-    int result = session->host().FeedCommand(
+    int result = session->host().commands().Feed(
         {Answer::Text("ERASE"), Answer::Text("W"), Answer::OfPoint({x - 120, panel.bus + 10, 0}),
          Answer::OfPoint({x + 120, panel.bus - 1800, 0}), Answer::Enter()});
     if (result != RTNORM) {

@@ -31,14 +31,14 @@ Session::~Session() {
 void Session::Restart() {
   host_.reset();
   host_ = std::make_unique<vorhost::Host>();
-  host_->LoadModule(acrxEntryPoint);
+  host_->module().Load(acrxEntryPoint);
 }
 
 bool Session::Play(std::vector<std::string> lines) {
   user_ = std::make_unique<vorhost::ScriptUser>(*host_, "bench", std::move(lines));
-  host_->set_user(user_.get());
-  host_->Run();
-  host_->set_user(nullptr);
+  host_->console().set_user(user_.get());
+  host_->command_line().Run();
+  host_->console().set_user(nullptr);
   if (user_->failed()) error_ = user_->failure();
   return !user_->failed();
 }

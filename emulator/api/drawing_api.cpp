@@ -4,6 +4,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 #include "emulator/api/group_lists.h"
 #include "emulator/commands/selection.h"
@@ -119,7 +120,7 @@ extern "C" int ads_cmd(const resbuf* rbp) {
 extern "C" resbuf* ads_entget(const ads_name ent) {
   Host* host = Host::Current();
   if (!host || !ent) return nullptr;
-  const Entity* e = host->document().drawing().Find(vorhost::EntityId(ent));
+  const Entity* e = std::as_const(host->document().drawing()).Find(vorhost::EntityId(ent));
   return e && !e->erased ? vorhost::EntityData(*e) : nullptr;
 }
 
@@ -155,7 +156,8 @@ extern "C" int ads_textbox(const resbuf* args, ads_point pt1, ads_point pt2) {
   double height = std::get<double>(v), width = -1;
   bool have_text = false;
   for (const resbuf* rb = args; rb; rb = rb->rbnext) {
-    if (rb->restype == -1) e = host->document().drawing().Find(vorhost::EntityId(rb->resval.rlname));
+    if (rb->restype == -1)
+      e = std::as_const(host->document().drawing()).Find(vorhost::EntityId(rb->resval.rlname));
     else if (rb->restype == 1 && rb->resval.rstring) text = rb->resval.rstring, have_text = true;
     else if (rb->restype == 7 && rb->resval.rstring) style_name = rb->resval.rstring;
     else if (rb->restype == 40) height = rb->resval.rreal;
@@ -167,7 +169,7 @@ extern "C" int ads_textbox(const resbuf* args, ads_point pt1, ads_point pt2) {
     width = e->Real(41, 1), have_text = true;
   }
   if (!have_text) return RTERROR;
-  const vorhost::StyleRecord* style = host->document().tables().styles().Find(style_name);
+  const vorhost::StyleRecord* style = std::as_const(host->document().tables()).styles().Find(style_name);
   if (width < 0) width = style ? style->width : 1;
   vorhost::TextBox box = vorhost::MeasureText(text, height, width, style && (style->flags & 4));
   pt1[0] = box.x1, pt1[1] = box.y1, pt1[2] = 0;

@@ -1,5 +1,6 @@
 // draw_commands.cpp - LINE, PLINE, ARC, CIRCLE and ERASE.
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "emulator/commands/registry.h"
@@ -38,7 +39,7 @@ class LineCommand : public Command {
     std::string key = a.kind == Answer::Kind::kText ? MatchKeyword(a.text, {"Close", "Undo"}) : "";
     if (key == "UNDO") {
       if (segments_.empty()) return Reject("All segments already undone.");
-      const Entity* e = doc().drawing().Find(segments_.back());
+      const Entity* e = std::as_const(doc().drawing()).Find(segments_.back());
       last_ = e->Point(10);
       doc().drawing().Erase(segments_.back());
       segments_.pop_back();

@@ -6,7 +6,6 @@
 #include "emulator/core/text.h"
 #include "emulator/io/dxf.h"
 #include "emulator/platform/filesystem.h"
-#include "emulator/platform/replace_file.h"
 
 namespace vorhost {
 namespace {
@@ -37,10 +36,7 @@ class SaveAsCommand : public Command {
     if (upper.size() < 4 || upper.compare(upper.size() - 4, 4, ".DXF") != 0) dos += ".DXF";
     std::string full = Files().DosPath(dos);
     if (!Files().Resolve(dos, &linux_path)) return Reject("Invalid file name " + dos + ".");
-    std::string text;
-    if (!DrawingDxf(doc().drawing(), doc().sysvars(), &text))
-      return Reject("Cannot save " + full + ": " + kNotFiniteReason + ".");
-    if (!ReplaceFile(linux_path, text, full, &why)) return Reject(why);
+    if (!SaveDxf(doc().drawing(), doc().sysvars(), linux_path, &why, full)) return Reject(why);
     size_t slash = FindLastSeparator(full);  // never the second byte of a Big5 character
     doc().sysvars().Force("DWGNAME", full.substr(slash + 1));
     doc().sysvars().Force("DWGPREFIX", full.substr(0, slash + 1));

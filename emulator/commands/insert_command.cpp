@@ -1,6 +1,7 @@
 // insert_command.cpp - INSERT: a block from the drawing, or from a drawing
 // file of its name on the search path, with its attributes asked for.
 #include <cmath>
+#include <utility>
 
 #include "emulator/commands/registry.h"
 #include "emulator/core/text.h"
@@ -109,7 +110,7 @@ class InsertCommand : public Command {
 
   // An entity of the block being inserted, by its index in the block.
   const Entity& Definition(size_t index) const {
-    return doc().tables().blocks().Find(name_)->entities[index];
+    return std::as_const(doc().tables()).blocks().Find(name_)->entities[index];
   }
 
   std::string LastName() const {
@@ -120,7 +121,7 @@ class InsertCommand : public Command {
   Step Name(const Answer& a) {
     std::string typed = a.IsEnter() ? LastName() : UpperName(a.Echo());
     if (typed == "?") {
-      for (const BlockRecord& b : doc().tables().blocks().records()) Message(b.name);
+      for (const BlockRecord& b : std::as_const(doc().tables()).blocks().records()) Message(b.name);
       return Step::kAsk;
     }
     size_t eq = typed.find('=');
@@ -128,8 +129,8 @@ class InsertCommand : public Command {
     std::string file = eq == std::string::npos ? "" : typed.substr(eq + 1);
     if (name.empty() || name.size() > 31 || (eq != std::string::npos && file.empty()))
       return Reject("Invalid block name.");
-    if (file.empty() && doc().tables().blocks().Find(name)) {
-      name_ = doc().tables().blocks().Find(name)->name;
+    if (file.empty() && std::as_const(doc().tables()).blocks().Find(name)) {
+      name_ = std::as_const(doc().tables()).blocks().Find(name)->name;
     } else {
       std::string wanted = file.empty() ? name : file;
       if (wanted.size() < 4 || UpperName(wanted.substr(wanted.size() - 4)) != ".DXF") wanted += ".DXF";
@@ -156,7 +157,7 @@ class InsertCommand : public Command {
   // The attributes' places, heights and angles (the block's, scaled and
   // turned by the insert's) must be in range, or the rotation is refused.
   Step StartAttributes() {
-    const BlockRecord* block = doc().tables().blocks().Find(name_);
+    const BlockRecord* block = std::as_const(doc().tables()).blocks().Find(name_);
     SysValue req;
     bool ask = !doc().sysvars().Get("ATTREQ", &req) || std::get<short>(req) != 0;
     defs_.clear();
@@ -192,7 +193,7 @@ class InsertCommand : public Command {
   }
 
   Step Make() {
-    const BlockRecord* block = doc().tables().blocks().Find(name_);
+    const BlockRecord* block = std::as_const(doc().tables()).blocks().Find(name_);
     Drawing& d = doc().drawing();
     Entity insert = doc().NewEntity("INSERT");
     std::vector<Group> groups = {{2, block->name}, {10, at_}, {41, sx_}, {42, sy_}, {43, sx_}, {50, rotation_}};

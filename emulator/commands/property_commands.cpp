@@ -3,6 +3,7 @@
 #include <cmath>
 #include <deque>
 #include <sstream>
+#include <utility>
 
 #include "emulator/commands/registry.h"
 #include "emulator/commands/selection.h"
@@ -415,7 +416,7 @@ class ChpropCommand : public Command {
     std::string common;
     bool first = true;
     for (uint64_t id : selector_.selected()) {
-      const Entity* e = doc().drawing().Find(id);
+      const Entity* e = std::as_const(doc().drawing()).Find(id);
       if (!e) continue;
       std::string v = value(*e);
       if (!first && v != common) return "varies";

@@ -5,9 +5,11 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <unordered_set>
 
 #include "emulator/core/numbers.h"
 #include "emulator/drawing/geometry.h"
+#include "emulator/drawing/spatial_index.h"
 
 namespace vorhost {
 namespace {
@@ -48,20 +50,22 @@ Asking ObjectSelector::asking() const {
 }
 
 void ObjectSelector::Take(const std::vector<uint64_t>& candidates) {
+  const Drawing& drawing = context_.document().drawing();
   std::vector<uint64_t> found;
   for (uint64_t id : candidates) {
-    const Entity* e = context_.document().drawing().Find(id);
+    const Entity* e = drawing.Find(id);
     if (e && !e->erased && !e->IsSubEntity()) found.push_back(id);
   }
   size_t before = selected_.size(), duplicates = 0;
-  for (uint64_t id : found) {
-    auto it = std::find(selected_.begin(), selected_.end(), id);
-    if (removing_) {
-      if (it != selected_.end()) selected_.erase(it);
-    } else if (it == selected_.end()) {
-      selected_.push_back(id);
-    } else {
-      duplicates++;
+  if (removing_) {
+    std::unordered_set<uint64_t> gone;
+    for (uint64_t id : found)
+      if (members_.erase(id)) gone.insert(id);
+    if (!gone.empty()) std::erase_if(selected_, [&](uint64_t id) { return gone.count(id) > 0; });
+  } else {
+    for (uint64_t id : found) {
+      if (members_.insert(id).second) selected_.push_back(id);
+      else duplicates++;
     }
   }
   std::string message = std::to_string(found.size()) + " found";
@@ -88,9 +92,19 @@ Step ObjectSelector::Corner(const Answer& answer) {
 Step ObjectSelector::Window(const Point3& a, const Point3& b, bool crossing) {
   std::vector<uint64_t> found;
   const Drawing& drawing = context_.document().drawing();
-  for (uint64_t id : drawing.MainEntities()) {
-    std::vector<Chain> outline = EntityOutline(drawing, id);
-    if (crossing ? CrossesWindow(outline, a, b) : InsideWindow(outline, a, b)) found.push_back(id);
+  double x1 = std::min(a[0], b[0]), x2 = std::max(a[0], b[0]);
+  double y1 = std::min(a[1], b[1]), y2 = std::max(a[1], b[1]);
+  // Only entities whose box meets the window can be in it or cross it; a
+  // box wholly inside means the outline is too.
+  for (const SpatialIndex::Hit& hit : drawing.spatial().Meeting(drawing, a, b)) {
+    const Box& box = *hit.box;
+    bool inside = hit.bounded && box.lo[0] >= x1 && box.hi[0] <= x2 && box.lo[1] >= y1 && box.hi[1] <= y2;
+    if (!inside) {
+      if (hit.bounded && !crossing) continue;
+      std::vector<Chain> outline = EntityOutline(drawing, hit.id);
+      inside = crossing ? CrossesWindow(outline, a, b) : InsideWindow(outline, a, b);
+    }
+    if (inside) found.push_back(hit.id);
   }
   Take(found);
   return Step::kAsk;
@@ -100,15 +114,17 @@ Step ObjectSelector::Pick(const Point3& p) {
   const Drawing& drawing = context_.document().drawing();
   double best = PickBox(drawing);
   uint64_t chosen = 0;
-  for (uint64_t id : drawing.MainEntities())
-    for (const Chain& c : EntityOutline(drawing, id))
+  // Whatever passes within the pick box has its box meet the square round p.
+  Point3 lo{p[0] - best, p[1] - best, 0}, hi{p[0] + best, p[1] + best, 0};
+  for (const SpatialIndex::Hit& hit : drawing.spatial().Meeting(drawing, lo, hi))
+    for (const Chain& c : EntityOutline(drawing, hit.id))
       for (size_t k = 0; k < c.size(); k++) {
         double d = c.size() == 1 ? std::hypot(p[0] - c[0][0], p[1] - c[0][1])
                                  : (k + 1 < c.size() ? SegmentDistance(p, c[k], c[k + 1])
                                                      : std::numeric_limits<double>::max());
         if (d <= best) {
           best = d;
-          chosen = id;
+          chosen = hit.id;
         }
       }
   if (!chosen) {

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "emulator/commands/command.h"
@@ -52,6 +53,7 @@ class ObjectSelector {
   bool crossing_ = false;
   Point3 first_corner_{0, 0, 0};
   std::vector<uint64_t> selected_;
+  std::unordered_set<uint64_t> members_;  // what selected_ holds
   std::string refusal_;
 };
 

@@ -1,5 +1,6 @@
 // text_commands.cpp - TEXT and STYLE.
 #include <cmath>
+#include <utility>
 
 #include "emulator/commands/registry.h"
 #include "emulator/core/text.h"
@@ -91,7 +92,9 @@ class TextCommand : public Command {
  private:
   enum class State { kMain, kStyle, kJustify, kPoint, kSecondPoint, kHeight, kRotation, kText };
 
-  const StyleRecord* CurrentStyle() const { return doc().tables().styles().Find(CurrentStyleName(doc())); }
+  const StyleRecord* CurrentStyle() const {
+    return std::as_const(doc().tables()).styles().Find(CurrentStyleName(doc()));
+  }
   bool Vertical() const { const StyleRecord* s = CurrentStyle(); return s && (s->flags & 4); }
   double TextSize() const {
     SysValue v;
@@ -126,7 +129,8 @@ class TextCommand : public Command {
       return Step::kAsk;
     }
     std::string name = UpperName(a.text);
-    if (!doc().tables().styles().Find(name)) return Reject("Cannot find text style " + a.text + ".");
+    if (!std::as_const(doc().tables()).styles().Find(name))
+      return Reject("Cannot find text style " + a.text + ".");
     doc().sysvars().Force("TEXTSTYLE", name);
     state_ = State::kMain;
     return Step::kAsk;
@@ -184,7 +188,7 @@ class TextCommand : public Command {
 
   // Enter at the first prompt: the same settings, one line further down.
   Step UnderPrevious() {
-    const Entity* prev = doc().drawing().Find(doc().last_text());
+    const Entity* prev = std::as_const(doc().drawing()).Find(doc().last_text());
     if (!prev || prev->erased) return Reject("No previous text to continue.");
     under_ = true;
     height_ = prev->Real(40, TextSize());
@@ -208,7 +212,8 @@ class TextCommand : public Command {
   Step Write(const Answer& a) {
     std::string text = a.Echo();
     if (text.empty()) return Step::kDone;  // Enter: no text at all
-    const StyleRecord* style = doc().tables().styles().Find(under_ ? style_ : CurrentStyleName(doc()));
+    const StyleRecord* style =
+        std::as_const(doc().tables()).styles().Find(under_ ? style_ : CurrentStyleName(doc()));
     std::string style_name = style ? style->name : "STANDARD";
     bool vertical = style && (style->flags & 4);
     double width_factor = under_ ? width_factor_ : style ? style->width : 1;

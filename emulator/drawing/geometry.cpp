@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "emulator/drawing/blocks.h"
+#include "emulator/drawing/spatial_index.h"
 #include "emulator/drawing/textmetric.h"
 
 namespace vorhost {
@@ -196,13 +197,10 @@ bool BulgeArc(const Point3& p, const Point3& q, double b, Point3* centre, double
 
 std::vector<Chain> EntityOutline(const Drawing& drawing, uint64_t id) {
   std::vector<Chain> out;
-  const std::vector<Entity>& records = drawing.entities();
-  for (size_t i = 0; i < records.size(); i++)
-    if (records[i].id == id) {
-      InsertBudget budget;
-      if (!records[i].erased) AddRecord(drawing, records, i, {}, 0, &budget, &out);
-      break;
-    }
+  size_t i = drawing.PositionOf(id);
+  if (i == Drawing::kNoPosition || drawing.entities()[i].erased) return out;
+  InsertBudget budget;
+  AddRecord(drawing, drawing.entities(), i, {}, 0, &budget, &out);
   return out;
 }
 
@@ -226,17 +224,7 @@ Box EntityBox(const Drawing& drawing, uint64_t id) {
   return box;
 }
 
-Box DrawingBox(const Drawing& drawing) {
-  Box box;
-  for (uint64_t id : drawing.MainEntities()) {
-    Box one = EntityBox(drawing, id);
-    if (!one.empty) {
-      box.Add(one.lo);
-      box.Add(one.hi);
-    }
-  }
-  return box;
-}
+Box DrawingBox(const Drawing& drawing) { return drawing.spatial().Extents(); }
 
 bool InsideWindow(const std::vector<Chain>& outline, const Point3& a, const Point3& b) {
   double x1 = std::min(a[0], b[0]), x2 = std::max(a[0], b[0]);

@@ -3,6 +3,7 @@
 #ifndef VORHOST_DRAWING_TABLES_H
 #define VORHOST_DRAWING_TABLES_H
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -91,20 +92,30 @@ class Tables {
  public:
   Tables();
 
-  SymbolTable<StyleRecord>& styles() { return styles_; }
+  // Styles and blocks shape the outlines of texts and inserts: handing
+  // either out for change counts as a change of geometry_version().
+  SymbolTable<StyleRecord>& styles() {
+    geometry_version_++;
+    return styles_;
+  }
   SymbolTable<LayerRecord>& layers() { return layers_; }
   SymbolTable<LinetypeRecord>& linetypes() { return linetypes_; }
-  SymbolTable<BlockRecord>& blocks() { return blocks_; }
+  SymbolTable<BlockRecord>& blocks() {
+    geometry_version_++;
+    return blocks_;
+  }
   const SymbolTable<StyleRecord>& styles() const { return styles_; }
   const SymbolTable<LayerRecord>& layers() const { return layers_; }
   const SymbolTable<LinetypeRecord>& linetypes() const { return linetypes_; }
   const SymbolTable<BlockRecord>& blocks() const { return blocks_; }
+  uint64_t geometry_version() const { return geometry_version_; }
 
  private:
   SymbolTable<StyleRecord> styles_;
   SymbolTable<LayerRecord> layers_;
   SymbolTable<LinetypeRecord> linetypes_;
   SymbolTable<BlockRecord> blocks_;
+  uint64_t geometry_version_ = 0;
 };
 
 }  // namespace vorhost

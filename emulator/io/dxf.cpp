@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
+#include <functional>
 #include <set>
 #include <unordered_set>
 
@@ -59,19 +59,34 @@ std::string HexHandle(uint32_t handle) {
   return s;
 }
 
-// The lines of a file under construction: each group as its code, right
-// aligned in three columns as R12 writers do, and its value.
+// The lines of a file as it is written: each group as its code, right
+// aligned in three columns as R12 writers do, and its value. The lines go
+// to the writer a block at a time, so that no copy of the whole file is
+// ever held.
 class GroupSink {
  public:
+  using Writer = std::function<void(std::string_view)>;
+  explicit GroupSink(Writer writer) : writer_(std::move(writer)) { out_.reserve(kBlock + 256); }
+  GroupSink(const GroupSink&) = delete;
+  GroupSink& operator=(const GroupSink&) = delete;
+
   void Raw(int code, std::string_view value) {
     char buf[16];
-    std::snprintf(buf, sizeof buf, "%3d\n", code);
-    out_ += buf;
+    auto r = std::to_chars(buf, buf + sizeof buf, code);
+    size_t length = static_cast<size_t>(r.ptr - buf);
+    if (length < 3) out_.append(3 - length, ' ');
+    out_.append(buf, length);
+    out_ += '\n';
     out_.append(value);
     out_ += '\n';
+    if (out_.size() >= kBlock) Flush();
   }
   void Text(int code, std::string_view big5) { Raw(code, dxf::EscapeText(big5)); }
-  void Int(int code, long v) { Raw(code, std::to_string(v)); }
+  void Int(int code, long v) {
+    char buf[24];
+    auto r = std::to_chars(buf, buf + sizeof buf, v);
+    Raw(code, std::string_view(buf, static_cast<size_t>(r.ptr - buf)));
+  }
   void Real(int code, double v) {
     non_finite_ |= !std::isfinite(v);
     Raw(code, RealText(v));
@@ -86,43 +101,60 @@ class GroupSink {
     if (with_z) Real(code + dxf::kPointZOffset, p[2]);
   }
   void Handle(uint32_t handle) { Raw(kCodeHandle, HexHandle(handle)); }
-  void Append(const GroupSink& other) {
-    out_ += other.out_;
-    non_finite_ |= other.non_finite_;
+  // Hands the lines not yet written to the writer.
+  void Flush() {
+    if (!out_.empty()) writer_(out_);
+    out_.clear();
   }
-  const std::string& str() const { return out_; }
   // Whether a real that is not finite was given (and written as 0).
   bool non_finite() const { return non_finite_; }
 
  private:
+  static constexpr size_t kBlock = 64 * 1024;
+  Writer writer_;
   std::string out_;
   bool non_finite_ = false;
 };
 
 // Gives every written record a handle unique in the file: a record keeps
-// its own when no other took it, else it gets the next free one.
+// its own when no other took it, else it gets the next free one. Handles
+// up to about the drawing's seed are marked in a vector of flags, as long
+// as that stays near the number of records; any others (read from a file)
+// in a set.
 class HandleBook {
  public:
-  explicit HandleBook(uint32_t seed) : next_(seed == 0 ? 1 : seed) {}
+  HandleBook(uint32_t seed, size_t records)
+      : next_(seed == 0 ? 1 : seed),
+        dense_(std::min<size_t>(seed, 4 * records + 65536) + records + 1024) {}
   void Reserve(uint32_t handle) {
-    if (handle != 0) used_.insert(handle);
+    if (handle != 0) Mark(handle);
   }
   uint32_t Take(uint32_t wanted) {
-    if (wanted != 0 && used_.insert(wanted).second) return wanted;
-    while (used_.count(next_)) next_++;
-    used_.insert(next_);
+    if (wanted != 0 && !Used(wanted)) {
+      Mark(wanted);
+      return wanted;
+    }
+    while (Used(next_)) next_++;
+    Mark(next_);
     return next_++;
   }
   // The file's $HANDSEED: above every handle given out.
-  uint32_t Seed() const {
-    uint32_t seed = next_;
-    for (uint32_t h : used_) seed = std::max(seed, h + 1);
-    return seed;
-  }
+  uint32_t Seed() const { return any_ ? std::max(next_, highest_ + 1) : next_; }
 
  private:
-  std::unordered_set<uint32_t> used_;
+  bool Used(uint32_t h) const { return h < dense_.size() ? dense_[h] : far_.count(h) > 0; }
+  void Mark(uint32_t h) {
+    if (h < dense_.size()) dense_[h] = true;
+    else far_.insert(h);
+    highest_ = any_ ? std::max(highest_, h) : h;
+    any_ = true;
+  }
+
   uint32_t next_;
+  std::vector<bool> dense_;
+  std::unordered_set<uint32_t> far_;
+  uint32_t highest_ = 0;
+  bool any_ = false;
 };
 
 void WriteGroup(const Group& g, bool degrees, bool always_z, GroupSink* out) {
@@ -381,39 +413,68 @@ void WriteHeader(const SysVarTable& vars, const Box& extents, uint32_t seed, Gro
   EndSection(out);
 }
 
+// Writes the file through writer in one pass: the extents come from the
+// drawing's spatial index, and $HANDSEED, which the header gives before
+// the blocks take their handles, from handing them out once beforehand the
+// same way. False when a number was not finite.
+bool WriteDxf(const Drawing& drawing, const SysVarTable& vars, GroupSink::Writer writer) {
+  size_t records = drawing.entities().size();
+  for (const BlockRecord& b : drawing.tables().blocks().records()) records += b.entities.size();
+  auto reserved = [&drawing, records] {
+    HandleBook handles(drawing.handle_seed(), records);
+    for (const Entity& e : drawing.entities()) handles.Reserve(e.handle);
+    return handles;
+  };
+  HandleBook rehearsal = reserved();
+  for (const BlockRecord& b : drawing.tables().blocks().records())
+    for (const Entity& e : b.entities)
+      if (!e.erased) rehearsal.Take(e.handle);
+  for (const Entity& e : drawing.entities())
+    if (!e.erased && e.handle == 0) rehearsal.Take(0);
+  HandleBook handles = reserved();
+  Box extents = DrawingBox(drawing);
+
+  GroupSink file(std::move(writer));
+  WriteHeader(vars, extents, rehearsal.Seed(), &file);
+  WriteTables(drawing, extents, &file);
+  WriteBlocks(drawing.tables(), &handles, &file);
+  BeginSection("ENTITIES", &file);
+  WriteEntities(drawing.entities(), true, &handles, &file);
+  EndSection(&file);
+  file.Raw(kCodeStart, "EOF");
+  file.Flush();
+  // The host never keeps such a number; should one get in all the same,
+  // the file is not made rather than written with a 0 in its place.
+  return !file.non_finite();
+}
+
 }  // namespace
 
 bool DrawingDxf(const Drawing& drawing, const SysVarTable& vars, std::string* text) {
-  HandleBook handles(drawing.handle_seed());
-  for (const Entity& e : drawing.entities()) handles.Reserve(e.handle);
-  Box extents = DrawingBox(drawing);
-
-  GroupSink body;
-  WriteTables(drawing, extents, &body);
-  WriteBlocks(drawing.tables(), &handles, &body);
-  BeginSection("ENTITIES", &body);
-  WriteEntities(drawing.entities(), true, &handles, &body);
-  EndSection(&body);
-  body.Raw(kCodeStart, "EOF");
-
-  GroupSink file;
-  WriteHeader(vars, extents, handles.Seed(), &file);
-  file.Append(body);
-  // The host never keeps such a number; should one get in all the same,
-  // the file is not made rather than written with a 0 in its place.
-  if (file.non_finite()) return false;
-  *text = file.str();
+  std::string made;
+  if (!WriteDxf(drawing, vars, [&made](std::string_view block) { made.append(block); })) return false;
+  *text = std::move(made);
   return true;
 }
 
 bool SaveDxf(const Drawing& drawing, const SysVarTable& vars, const std::string& linux_path,
-             std::string* err) {
-  std::string text;
-  if (!DrawingDxf(drawing, vars, &text)) {
-    *err = "Cannot save " + linux_path + ": " + kNotFiniteReason + ".";
+             std::string* err, std::string_view shown_name) {
+  if (shown_name.empty()) shown_name = linux_path;
+  FileReplacement file;
+  bool writing = file.Begin(linux_path);
+  // A drawing that cannot be saved is said to be so before any trouble
+  // with its file: the whole drawing is formatted even when the writes
+  // stopped.
+  bool finite = WriteDxf(drawing, vars, [&](std::string_view block) {
+    if (writing) writing = file.Write(block);
+  });
+  if (!finite) {
+    *err = "Cannot save " + std::string(shown_name) + ": " + kNotFiniteReason + ".";
     return false;
   }
-  return ReplaceFile(linux_path, text, linux_path, err);
+  if (writing && file.Commit()) return true;
+  *err = SaveFailureMessage(shown_name, file.failure());
+  return false;
 }
 
 }  // namespace vorhost

@@ -18,12 +18,14 @@ namespace vorhost {
 bool DrawingDxf(const Drawing& drawing, const SysVarTable& vars, std::string* text);
 inline constexpr char kNotFiniteReason[] = "the drawing holds a number that is not finite";
 
-// Saves DrawingDxf to linux_path through ReplaceFile, so a failed save
-// leaves any old file as it was and no partial file behind. Returns false
-// with *err set ("Cannot save PATH: reason.", the path as given) when the
-// file cannot be written.
+// Saves DrawingDxf to linux_path through a FileReplacement, written as it
+// is made, so a failed save leaves any old file as it was and no partial
+// file behind. Returns false with *err set ("Cannot save NAME: reason.",
+// NAME being shown_name, or the path as given when that is empty) when the
+// drawing holds a number that is not finite or the file cannot be written;
+// the first is said when both hold.
 bool SaveDxf(const Drawing& drawing, const SysVarTable& vars, const std::string& linux_path,
-             std::string* err);
+             std::string* err, std::string_view shown_name = {});
 
 // Reads linux_path into *drawing, which is replaced by a fresh drawing
 // holding the file's tables, blocks and entities (handles kept where they

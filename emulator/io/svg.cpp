@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cmath>
+#include <string_view>
 
 #include "emulator/core/encoding.h"
 #include "emulator/core/numbers.h"
@@ -179,7 +180,11 @@ std::string PageFrame::Matrix(const double m[6]) const {
 class SvgPainter {
  public:
   SvgPainter(const Drawing& drawing, const SysVarTable& vars);
-  std::string Document();
+  // Paints the drawing, then hands the document to write in three pieces:
+  // the head, which needs the frame of all that was painted, the body and
+  // the tail, so that no second copy of the body is made.
+  template <typename Write>
+  void Document(Write write);
 
  private:
   void Paint(const PlacedRecord& p);
@@ -492,7 +497,8 @@ void SvgPainter::PaintRecord(const PlacedRecord& p) {
   }
 }
 
-std::string SvgPainter::Document() {
+template <typename Write>
+void SvgPainter::Document(Write write) {
   // The thin width depends on the frame, the frame on what is drawn: take
   // it from the entities' boxes first.
   Box box = DrawingBox(drawing_);
@@ -518,21 +524,29 @@ std::string SvgPainter::Document() {
          Num(vh) + "\" fill=\"#FFFFFF\"/>\n";
   out += "<g fill=\"none\" stroke-width=\"" + Num(thin_) +
          "\" stroke-linecap=\"butt\" stroke-linejoin=\"miter\" font-family=\"" + kFonts + "\">\n";
-  out += body_;
-  out += "</g>\n</svg>\n";
-  return out;
+  write(std::string_view(out));
+  write(std::string_view(body_));
+  write(std::string_view("</g>\n</svg>\n"));
 }
 
 }  // namespace
 
 std::string DrawingSvg(const Drawing& drawing, const SysVarTable& vars) {
   SvgPainter painter(drawing, vars);
-  return painter.Document();
+  std::string out;
+  painter.Document([&out](std::string_view piece) { out.append(piece); });
+  return out;
 }
 
 bool SaveSvg(const Drawing& drawing, const SysVarTable& vars, const std::string& linux_path,
              std::string* err) {
-  return ReplaceFile(linux_path, DrawingSvg(drawing, vars), linux_path, err);
+  SvgPainter painter(drawing, vars);
+  FileReplacement file;
+  bool ok = file.Begin(linux_path);
+  painter.Document([&](std::string_view piece) { ok = ok && file.Write(piece); });
+  if (ok && file.Commit()) return true;
+  *err = SaveFailureMessage(linux_path, file.failure());
+  return false;
 }
 
 }  // namespace vorhost

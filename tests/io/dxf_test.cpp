@@ -165,6 +165,26 @@ TEST_F(DxfTest, BlockFlagAndHandlesAreMadeConsistent) {
       EXPECT_TRUE(handles.insert(Value(groups, 5)).second) << type;
     }
   EXPECT_EQ(Value(Find(file, "LINE", 1), 5), "20") << "model space keeps its handles";
+
+  // Handles far past the number of records, as a file may bring, are kept
+  // apart the same way, and the seed goes above them.
+  Drawing far;
+  Entity high = line;
+  high.handle = 0x7FFFFFF0;
+  far.tables().blocks().Put({"HIGH", {0, 0, 0}, 0, {high}});
+  far.Append(high);
+  far.Append(line);
+  ASSERT_NE(far.FindByHandle(0x7FFFFFF0), nullptr);
+  EXPECT_EQ(far.FindByHandle(0x7FFFFFF0)->type, "LINE");
+  std::string far_file = Save(far, SysVarTable(), "far.dxf");
+  handles.clear();
+  for (const auto& [type, groups] : Records(far_file))
+    if (Value(groups, 5) != "<none>") {
+      EXPECT_TRUE(handles.insert(Value(groups, 5)).second) << type;
+    }
+  EXPECT_EQ(Value(Find(far_file, "LINE", 0), 5), "7FFFFFF1") << "the block's record gives way";
+  EXPECT_EQ(Value(Find(far_file, "LINE", 1), 5), "7FFFFFF0");
+  EXPECT_NE(far_file.find("$HANDSEED\n  5\n7FFFFFF2\n"), std::string::npos);
 }
 
 TEST_F(DxfTest, AnglesComeBackExactlyWhereDegreesAllow) {
