@@ -7,9 +7,11 @@ scripts/setup.sh
 # Only the program is built. A build folder made here is an optimised build
 # without tests or benchmarks (scripts/test.sh turns them on), optimised for
 # size, which compiles in two thirds of the time of the other optimised
-# builds; one that exists already is used as it is configured.
+# builds, and without the window unless VOR_WINDOW=ON is set (the examples
+# need none); one that exists already is used as it is configured.
 if [ ! -f build/CMakeCache.txt ]; then
-  cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=MinSizeRel -DVOR_TESTS=OFF -DVOR_BENCH=OFF >/dev/null
+  cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=MinSizeRel -DVOR_TESTS=OFF -DVOR_BENCH=OFF \
+        -DVOR_WINDOW="${VOR_WINDOW:-OFF}" >/dev/null
 fi
 cmake --build build -j "$(nproc)" --target vorhost
 out=${VOR_OUT:-out}
