@@ -244,6 +244,7 @@ Input WindowUser::Read(Asking asking, std::string_view prompt) {
   window_.view().set_pick(asking == Asking::kPoint || asking == Asking::kPrompt ? DrawingView::Pick::kPoint
                           : asking == Asking::kSelection ? DrawingView::Pick::kObjects
                                                          : DrawingView::Pick::kNone);
+  window_.view().SetBase(asking == Asking::kPoint ? host_.console().base_point() : std::nullopt);
   if (script_) {
     QApplication::processEvents();
     Input in = script_->Read(asking, prompt);
@@ -254,6 +255,7 @@ Input WindowUser::Read(Asking asking, std::string_view prompt) {
   answer_.reset();
   Wait([this] { return answer_.has_value(); });
   window_.view().set_pick(DrawingView::Pick::kNone);
+  window_.view().SetBase(std::nullopt);
   if (!answer_) return Input::End();  // the window was closed
   Input in = std::move(*answer_);
   answer_.reset();

@@ -812,6 +812,31 @@ class WindowTest : public QObject {
     QCOMPARE(history.lines(), (std::vector<std::string>{"LINE", "(setq VORMIS \"C:/VOR\")", "(VOR_ELINE)", "select eline 1"}));
   }
 
+  // A point asked for from a base point: while it is asked, a line follows
+  // the cursor from the base; asked without one, none; once answered, the
+  // base is gone.
+  void rubberBandFromTheBasePoint() {
+    WindowSession s;
+    s.window.view().SetView({0, 0, 0}, 1);
+    for (bool with_base : {true, false}) {
+      ads_point base = {-100, 0, 0}, got = {0, 0, 0};
+      bool drawn = false;
+      Point3 clicked{};
+      s.user.on_waiting = [&] {
+        DrawingView& view = s.window.view();
+        s.Mouse(QEvent::MouseMove, view.ScreenAt({100, 0, 0}).toPoint(), Qt::NoButton);
+        QImage picture = view.grab().toImage();
+        QPoint middle = view.ScreenAt({0, 0, 0}).toPoint();
+        for (int dy = -1; dy <= 1; dy++) drawn = drawn || picture.pixelColor(middle + QPoint(0, dy)) != QColor(Qt::white);
+        clicked = s.Click({100, 0, 0});
+      };
+      QCOMPARE(ads_getpoint(with_base ? base : nullptr, "Next point: ", got), RTNORM);
+      QCOMPARE(got[0], clicked[0]);
+      QCOMPARE(drawn, with_base);
+      QVERIFY(!s.window.view().base());
+    }
+  }
+
   // Panels from two schedules chosen in order in the file browser, placed
   // by clicks: the same drawing as the script's.
   void panelsPlacedByClicks() {
