@@ -102,6 +102,16 @@ void DrawingView::SetSnaps(std::vector<SnapPoint> snaps) {
   update();
 }
 
+void DrawingView::SetBase(std::optional<Point3> base) {
+  base_ = base;
+  update();
+}
+
+void DrawingView::leaveEvent(QEvent*) {
+  cursor_.reset();
+  if (base_) update();
+}
+
 void DrawingView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
@@ -120,6 +130,10 @@ void DrawingView::paintEvent(QPaintEvent*) {
       if (line.size() == 1) painter.drawEllipse(line.front(), 3, 3);
       else painter.drawPolyline(line);
     }
+  }
+  if (base_ && cursor_ && pick_ == Pick::kPoint) {
+    painter.setPen(QPen(QColor(200, 0, 120), 1));
+    painter.drawLine(ScreenAt(*base_), snapped_ ? ScreenAt(snapped_->at) : *cursor_);
   }
   if (snapped_) {
     // A square on an end, a triangle on a middle.
@@ -156,6 +170,8 @@ void DrawingView::mousePressEvent(QMouseEvent* event) {
 }
 
 void DrawingView::mouseMoveEvent(QMouseEvent* event) {
+  cursor_ = event->position();
+  if (base_ && pick_ == Pick::kPoint) update();
   if (panning_) {
     PanBy(event->position() - pan_from_);
     pan_from_ = event->position();

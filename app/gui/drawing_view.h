@@ -62,6 +62,10 @@ class DrawingView : public QWidget {
   // Half the side of the box a click picks an object with, in pixels.
   static constexpr int kPickBox = 5;
   std::optional<SnapPoint> snapped() const { return snapped_; }
+  // The point a point asked for is measured from: while one is asked for,
+  // a line follows the cursor (or the point it snaps to) from it.
+  void SetBase(std::optional<Point3> base);
+  const std::optional<Point3>& base() const { return base_; }
   // The outlines of the objects chosen so far, drawn over the picture.
   void SetHighlight(std::vector<std::vector<Point3>> outlines);
 
@@ -78,6 +82,7 @@ class DrawingView : public QWidget {
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
+  void leaveEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
@@ -95,6 +100,8 @@ class DrawingView : public QWidget {
   std::vector<SnapPoint> snaps_;
   std::optional<SnapPoint> snapped_;
   std::vector<std::vector<Point3>> highlight_;
+  std::optional<Point3> base_;
+  std::optional<QPointF> cursor_;  // where the mouse is over the view
 };
 
 }  // namespace vorhost::gui

@@ -8,6 +8,7 @@
 
 #include "app/gui/main_window.h"
 #include "app/gui/window_user.h"
+#include "emulator/ui/history.h"
 #include "emulator/ui/script.h"
 
 namespace vorhost::gui {
@@ -33,6 +34,7 @@ int RunWindow(const WindowOptions& options, const ModuleLoader& load_module, con
     }
   }
   Host host(nullptr);
+  History history;  // outlives the window, which holds it
   MainWindow window;
   window.resize(kWidth, kHeight);
   WindowUser user(host, window);
@@ -42,6 +44,13 @@ int RunWindow(const WindowOptions& options, const ModuleLoader& load_module, con
     user.set_script(script.get(), !options.screenshots.empty());
   }
   user.set_screenshots(options.screenshots);
+  // A person at the window shares the terminal's history file; a script
+  // that ends the session leaves it alone.
+  std::string history_file = options.screenshots.empty() ? History::DefaultPath() : "";
+  std::string history_err;
+  if (!history_file.empty() && !history.Load(history_file, &history_err))
+    std::cerr << "vorhost: " << history_err << "\n";
+  window.pane().set_history(&history);
   host.console().set_user(&user);
   host.console().set_echo_answers(true);
   std::string err;
@@ -60,6 +69,8 @@ int RunWindow(const WindowOptions& options, const ModuleLoader& load_module, con
   window.show();
   host.command_line().Run();
   host.module().Unload();
+  if (!history_file.empty() && !history.Save(history_file, &history_err))
+    std::cerr << "vorhost: " << history_err << "\n";
   int status = script && script->failed() ? 1 : 0;
   if (script && script->failed()) std::cerr << script->failure() << "\n";
   if (!user.Finish(&err)) {

@@ -13,6 +13,7 @@
 #include "app/gui/pick.h"
 #include "app/gui/snap.h"
 #include "emulator/core/encoding.h"
+#include "emulator/core/text.h"
 #include "emulator/drawing/geometry.h"
 #include "emulator/io/dump.h"
 #include "emulator/io/dxf.h"
@@ -20,16 +21,30 @@
 
 namespace vorhost::gui {
 
-WindowUser::WindowUser(Host& host, MainWindow& window) : host_(host), window_(window) {
+WindowUser::WindowUser(Host& host, MainWindow& window) : host_(host), window_(window), completer_(host) {
   window_.pane().on_line = [this](const QString& line) {
     std::string big5;
     if (!Utf8ToBig5Text(line.toStdString(), &big5)) {
       window_.statusBar()->showMessage(QObject::tr("The line has a character Big5 cannot hold."), 5000);
       return;
     }
+    // At a dialog's prompt the line is an event, as at the terminal.
+    if (asking_ == Asking::kDialog) {
+      if (Trim(big5, kBlanks).empty()) return;
+      DialogEvent event;
+      std::string why;
+      return GiveEvent(ParseDialogEvent(big5, &event, &why) ? DialogInput::Event(std::move(event), big5)
+                                                            : DialogInput::Mistake(big5, why));
+    }
     Answer(Input::Line(big5));
   };
-  window_.pane().on_escape = [this] { Answer(Input::Cancel()); };
+  window_.pane().on_escape = [this] {
+    if (asking_ == Asking::kDialog) return GiveEvent(DialogInput::Escape());
+    Answer(Input::Cancel());
+  };
+  window_.pane().complete = [this](std::string_view line, size_t cursor) {
+    return loop_ ? completer_.Complete(line, cursor, asking_) : Completion{};
+  };
   // Where the host asks for a point or objects, a click is handed over as
   // a point; at a command's prompt, which may want a point or a text, it
   // is typed as its coordinates, as a user could have typed them.
@@ -98,6 +113,7 @@ WindowUser::WindowUser(Host& host, MainWindow& window) : host_(host), window_(wi
 WindowUser::~WindowUser() {
   window_.pane().on_line = nullptr;
   window_.pane().on_escape = nullptr;
+  window_.pane().complete = nullptr;
   window_.view().on_point = nullptr;
   window_.view().on_window = nullptr;
   window_.on_command = nullptr;
@@ -162,6 +178,12 @@ void WindowUser::Answer(Input input) {
   loop_->quit();
 }
 
+void WindowUser::GiveEvent(DialogInput input) {
+  if (!loop_ || asking_ != Asking::kDialog || !top_window()) return;
+  top_window()->pending().push_back(std::move(input));
+  loop_->quit();
+}
+
 void WindowUser::TrackChosen(const Input& input) {
   const vorhost::Answer& a = input.answer;
   const Drawing& drawing = host_.document().drawing();
@@ -222,6 +244,7 @@ Input WindowUser::Read(Asking asking, std::string_view prompt) {
   window_.view().set_pick(asking == Asking::kPoint || asking == Asking::kPrompt ? DrawingView::Pick::kPoint
                           : asking == Asking::kSelection ? DrawingView::Pick::kObjects
                                                          : DrawingView::Pick::kNone);
+  window_.view().SetBase(asking == Asking::kPoint ? host_.console().base_point() : std::nullopt);
   if (script_) {
     QApplication::processEvents();
     Input in = script_->Read(asking, prompt);
@@ -232,6 +255,7 @@ Input WindowUser::Read(Asking asking, std::string_view prompt) {
   answer_.reset();
   Wait([this] { return answer_.has_value(); });
   window_.view().set_pick(DrawingView::Pick::kNone);
+  window_.view().SetBase(std::nullopt);
   if (!answer_) return Input::End();  // the window was closed
   Input in = std::move(*answer_);
   answer_.reset();

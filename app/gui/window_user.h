@@ -21,6 +21,7 @@
 #include "app/gui/main_window.h"
 #include "emulator/session/host.h"
 #include "emulator/session/user.h"
+#include "emulator/ui/completer.h"
 
 namespace vorhost::gui {
 
@@ -101,8 +102,13 @@ class WindowUser : public User {
   // the user saved it or chose to give up the changes.
   bool MayDiscard();
 
+  // Hands a dialog event typed on the command line, or Escape there, to
+  // the dialog on top.
+  void GiveEvent(DialogInput input);
+
   Host& host_;
   MainWindow& window_;
+  Completer completer_;
   User* script_ = nullptr;
   bool end_with_script_ = false;
   std::string screenshots_;

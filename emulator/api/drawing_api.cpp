@@ -241,7 +241,8 @@ extern "C" int ads_getpoint(const ads_point pt, const char* prompt, ads_point re
   if (!host || !result || host->commands().pending() || host->dialogs().any_open()) return RTERROR;
   vorhost::Point3 base = pt ? vorhost::Point3{pt[0], pt[1], pt[2]} : host->document().LastPoint();
   for (;;) {
-    vorhost::Input in = host->console().Ask(prompt ? prompt : "", vorhost::Asking::kPoint);
+    vorhost::Input in = host->console().Ask(prompt ? prompt : "", vorhost::Asking::kPoint,
+                                            pt ? std::optional<vorhost::Point3>(base) : std::nullopt);
     if (!in.IsAnswer()) return RTCAN;
     if (in.answer.IsEnter()) return RTNONE;
     if (std::optional<vorhost::Point3> p = vorhost::AnswerPoint(in.answer, base)) {

@@ -1,6 +1,8 @@
 // console.cpp - prompts, answers and alerts in the transcript.
 #include "emulator/session/console.h"
 
+#include <utility>
+
 namespace vorhost {
 
 // Shows prompt, reads what read gets from the user (none when there is no
@@ -15,9 +17,12 @@ In Console::Exchange(std::string_view prompt, In none, Read read) {
   return in;
 }
 
-Input Console::Ask(std::string_view prompt, Asking asking) {
+Input Console::Ask(std::string_view prompt, Asking asking, std::optional<Point3> base) {
   if (asking == Asking::kCommand) transcript_.StartLine();
-  return Exchange(prompt, Input::Cancel(), [&](User& user) { return user.Read(asking, prompt); });
+  std::optional<Point3> outer = std::exchange(base_point_, base);
+  Input in = Exchange(prompt, Input::Cancel(), [&](User& user) { return user.Read(asking, prompt); });
+  base_point_ = outer;
+  return in;
 }
 
 DialogInput Console::NextEvent(Dialog& dialog) {

@@ -4,10 +4,12 @@
 #ifndef VORHOST_SESSION_CONSOLE_H
 #define VORHOST_SESSION_CONSOLE_H
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "emulator/core/input.h"
+#include "emulator/core/numbers.h"
 #include "emulator/core/transcript.h"
 #include "emulator/dialogs/dialogs.h"
 #include "emulator/session/user.h"
@@ -29,8 +31,12 @@ class Console : public EventSource {
   void set_echo_answers(bool echo) { echo_answers_ = echo; }
 
   // Shows prompt (Big5) and reads the user's answer, keeping it in the
-  // transcript. An answer while no user is set is Escape.
-  Input Ask(std::string_view prompt, Asking asking = Asking::kPrompt);
+  // transcript. An answer while no user is set is Escape. base is the
+  // point a point asked for is measured from, where there is one.
+  Input Ask(std::string_view prompt, Asking asking = Asking::kPrompt, std::optional<Point3> base = std::nullopt);
+  // While the user is asked: the point the answer is measured from, given
+  // to Ask (a front end draws a line from it to the cursor); none else.
+  const std::optional<Point3>& base_point() const { return base_point_; }
 
   // An alert box with message (Big5).
   void Alert(std::string_view message);
@@ -55,6 +61,7 @@ class Console : public EventSource {
   Transcript& transcript_;
   User* user_ = nullptr;
   bool echo_answers_ = true;
+  std::optional<Point3> base_point_;
 };
 
 }  // namespace vorhost

@@ -59,6 +59,26 @@ std::string Completion::CommonPrefix() const {
   return prefix;
 }
 
+bool Completion::Replacement(std::string_view word, std::string* text) const {
+  if (candidates.empty()) return false;
+  *text = candidates.size() == 1 ? candidates[0] + (then_blank ? " " : "") : CommonPrefix();
+  return text->size() > word.size() || (text->size() == word.size() && *text != word && !text->empty());
+}
+
+std::string Completion::Columns(size_t width) const {
+  size_t widest = 0;
+  for (const std::string& s : candidates) widest = std::max(widest, s.size());
+  size_t columns = std::max<size_t>(1, width / (widest + 2));
+  std::string out;
+  for (size_t i = 0; i < candidates.size(); i++) {
+    std::string cell = candidates[i];
+    bool last = (i + 1) % columns == 0 || i + 1 == candidates.size();
+    if (!last) cell.resize(widest + 2, ' ');
+    out += cell + (last ? "\n" : "");
+  }
+  return out;
+}
+
 Completion Completer::Complete(std::string_view line, size_t cursor, Asking asking) const {
   cursor = std::min(cursor, line.size());
   size_t start = cursor;

@@ -23,6 +23,14 @@ struct Completion {
   // The longest text every candidate begins with (letters compared
   // without regard to case; the first candidate's spelling).
   std::string CommonPrefix() const;
+  // What Tab puts in place of word (the text from start to the cursor):
+  // the one candidate whole, then a blank where then_blank, or what every
+  // candidate begins with. False when that adds nothing: the candidates
+  // are then listed.
+  bool Replacement(std::string_view word, std::string* text) const;
+  // The candidates in columns of equal width within width characters, a
+  // line for each row.
+  std::string Columns(size_t width) const;
 };
 
 class Completer {

@@ -244,8 +244,8 @@ class EditReader : public LineReader {
     Completion c = (*self->complete_)(line, cursor);
     if (c.candidates.empty()) return CC_REFRESH_BEEP;
     std::string word = line.substr(c.start, cursor - c.start);
-    std::string insert = c.candidates.size() == 1 ? c.candidates[0] + (c.then_blank ? " " : "") : c.CommonPrefix();
-    if (insert.size() > word.size() || (insert.size() == word.size() && insert != word && !insert.empty())) {
+    std::string insert;
+    if (c.Replacement(word, &insert)) {
       int chars = 0;
       for (unsigned char ch : word) chars += (ch & 0xC0) != 0x80;
       el_deletestr(el, chars);
@@ -253,16 +253,7 @@ class EditReader : public LineReader {
       return CC_REFRESH;
     }
     // Nothing to add: show the choices under the line.
-    size_t width = 0;
-    for (const std::string& s : c.candidates) width = std::max(width, s.size());
-    size_t columns = std::max<size_t>(1, 78 / (width + 2));
-    std::string list = "\n";
-    for (size_t i = 0; i < c.candidates.size(); i++) {
-      std::string cell = c.candidates[i];
-      bool last = (i + 1) % columns == 0 || i + 1 == c.candidates.size();
-      if (!last) cell.resize(width + 2, ' ');
-      list += cell + (last ? "\n" : "");
-    }
+    std::string list = "\n" + c.Columns(78);
     fputs(list.c_str(), self->out_);
     fflush(self->out_);
     return CC_REDISPLAY;

@@ -36,6 +36,7 @@
 #include "emulator/io/dump.h"
 #include "emulator/platform/filesystem.h"
 #include "emulator/session/host.h"
+#include "emulator/ui/history.h"
 #include "emulator/ui/script.h"
 #include "host/ads.h"
 
@@ -740,6 +741,100 @@ class WindowTest : public QObject {
       QVERIFY(!s.window.isVisible());
     }
     QCOMPARE(asked, 2);
+  }
+
+  // The command line shares the terminal's history and completion: Up and
+  // Down walk the lines typed before, the line under way kept below the
+  // newest; Tab completes a command, a function after "(", and at a
+  // dialog's prompt an event and a tile's key, listing in the transcript
+  // several that fit. Events typed there reach the dialog; Escape there
+  // cancels it.
+  void commandLineRecallsAndCompletes() {
+    WindowSession s;
+    History history;
+    history.Add("LINE");
+    history.Add("(setq VORMIS \"C:/VOR\")");
+    s.window.pane().set_history(&history);
+    QLineEdit* line = s.window.pane().line();
+    auto key = [&](Qt::Key k) { QTest::keyClick(line, k); };
+    auto tab = [&](const QString& typed) {
+      line->setText(typed);
+      key(Qt::Key_Tab);
+      QString got = line->text();
+      line->clear();
+      return got;
+    };
+    QStringList recalled, completed, listed;
+    bool row_chosen = false, cancelled = false;
+    s.Play({
+        [&] {
+          QTest::keyClicks(line, "(se");
+          for (Qt::Key k : {Qt::Key_Up, Qt::Key_Up, Qt::Key_Up, Qt::Key_Down, Qt::Key_Down, Qt::Key_Down}) {
+            key(k);
+            recalled << line->text();
+          }
+          line->clear();
+          key(Qt::Key_Up);
+          key(Qt::Key_Return);
+        },
+        [&] {
+          completed << tab("QSA") << tab("(VOR_E") << tab("(vor_lt") << tab("LINE 0,0");
+          QString before = s.window.pane().transcript()->toPlainText();
+          completed << tab("(VOR_");
+          QString after = s.window.pane().transcript()->toPlainText();
+          listed = after.mid(before.size()).split('\n');
+          s.Type("(VOR_ELINE)");
+        },
+        [&] {
+          completed << tab("sel") << tab("select el");
+          s.Type("select eline 1");
+        },
+        [&] {
+          auto* list = qobject_cast<QTreeWidget*>(s.Top().WidgetFor("eline"));
+          row_chosen = list && list->topLevelItem(1)->isSelected();
+          key(Qt::Key_Escape);
+        },
+        [&] {
+          cancelled = s.user.top_window() == nullptr;
+          s.Type("");
+        },
+    });
+    QCOMPARE(recalled, QStringList({"(setq VORMIS \"C:/VOR\")", "LINE", "LINE", "(setq VORMIS \"C:/VOR\")", "(se", "(se"}));
+    QVERIFY(s.host->transcript().text().find("\"C:/VOR\"\n") != std::string::npos);
+    QCOMPARE(completed, QStringList({"QSAVE ", "(VOR_ELINE ", "(VOR_LT_LO ", "LINE 0,0", "(VOR_", "select ",
+                                     "select eline "}));
+    // The five functions in columns, then the prompt again.
+    QVERIFY2(listed.size() >= 2 && listed.join(' ').contains("VOR_ACF") && listed.join(' ').contains("VOR_SLINE") &&
+                 listed.last() == "Command: ",
+             qPrintable(listed.join('|')));
+    QVERIFY(row_chosen);
+    QVERIFY(cancelled);
+    QCOMPARE(history.lines(), (std::vector<std::string>{"LINE", "(setq VORMIS \"C:/VOR\")", "(VOR_ELINE)", "select eline 1"}));
+  }
+
+  // A point asked for from a base point: while it is asked, a line follows
+  // the cursor from the base; asked without one, none; once answered, the
+  // base is gone.
+  void rubberBandFromTheBasePoint() {
+    WindowSession s;
+    s.window.view().SetView({0, 0, 0}, 1);
+    for (bool with_base : {true, false}) {
+      ads_point base = {-100, 0, 0}, got = {0, 0, 0};
+      bool drawn = false;
+      Point3 clicked{};
+      s.user.on_waiting = [&] {
+        DrawingView& view = s.window.view();
+        s.Mouse(QEvent::MouseMove, view.ScreenAt({100, 0, 0}).toPoint(), Qt::NoButton);
+        QImage picture = view.grab().toImage();
+        QPoint middle = view.ScreenAt({0, 0, 0}).toPoint();
+        for (int dy = -1; dy <= 1; dy++) drawn = drawn || picture.pixelColor(middle + QPoint(0, dy)) != QColor(Qt::white);
+        clicked = s.Click({100, 0, 0});
+      };
+      QCOMPARE(ads_getpoint(with_base ? base : nullptr, "Next point: ", got), RTNORM);
+      QCOMPARE(got[0], clicked[0]);
+      QCOMPARE(drawn, with_base);
+      QVERIFY(!s.window.view().base());
+    }
   }
 
   // Panels from two schedules chosen in order in the file browser, placed
