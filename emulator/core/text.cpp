@@ -93,6 +93,18 @@ std::string FileLineMessage(std::string_view file, size_t line, std::string_view
   return out;
 }
 
+std::string Indented(std::string_view lines) {
+  std::string out;
+  size_t start = 0;
+  while (start < lines.size()) {
+    size_t nl = lines.find('\n', start);
+    if (nl == std::string_view::npos) nl = lines.size();
+    out.append("  ").append(lines.substr(start, nl - start)).append("\n");
+    start = nl + 1;
+  }
+  return out;
+}
+
 std::string SourceExcerpt(std::string_view text, size_t offset, std::string_view mark) {
   offset = std::min(offset, text.size());
   size_t line_start = offset;

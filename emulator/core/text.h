@@ -56,6 +56,10 @@ std::string ShortestText(double v);
 // "1e+06", "nan").
 std::string SignificantText(double v, int digits);
 
+// Each line of lines (separated by '\n', the last one ended or not) with
+// two blanks before it and '\n' after it: a block shown under a heading.
+std::string Indented(std::string_view lines);
+
 // ---- Files ------------------------------------------------------------------------
 
 // The bytes of the file at linux_path; false (and *contents untouched)

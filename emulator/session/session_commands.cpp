@@ -34,18 +34,6 @@ std::string DwgVars(const SysVarTable& vars) {
   return std::get<std::string>(prefix) + std::get<std::string>(name);
 }
 
-std::string Indented(const std::string& lines) {
-  std::string out;
-  size_t start = 0;
-  while (start < lines.size()) {
-    size_t nl = lines.find('\n', start);
-    if (nl == std::string::npos) nl = lines.size();
-    out += "  " + lines.substr(start, nl - start) + "\n";
-    start = nl + 1;
-  }
-  return out;
-}
-
 }  // namespace
 
 void Host::NameDrawing(std::string name, std::string linux_path) {

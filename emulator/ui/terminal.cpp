@@ -18,18 +18,6 @@ namespace {
 // one is there any more (input that only ends): the session ends.
 constexpr int kEndsBeforeGone = 10;
 
-std::string Indented(const std::string& lines) {
-  std::string out;
-  size_t start = 0;
-  while (start < lines.size()) {
-    size_t nl = lines.find('\n', start);
-    if (nl == std::string::npos) nl = lines.size();
-    out += "  " + lines.substr(start, nl - start) + "\n";
-    start = nl + 1;
-  }
-  return out;
-}
-
 // "  kind  words" wrapped at width, the words in a column of their own.
 std::string Wrapped(const std::string& kind, const std::string& words, int width, size_t column = 16);
 
