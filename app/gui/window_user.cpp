@@ -234,7 +234,11 @@ Input WindowUser::Read(Asking asking, std::string_view prompt) {
   CloseEnded(nullptr);
   // A prompt asked from a dialog's action (a label typed on the command
   // line, objects picked): the dialogs step aside until the next event.
-  for (Shown& shown : windows_) shown.window->hide();
+  // A host function's question has a window of its own, over them.
+  const Question& question = host_.console().question();
+  bool own_window = asking == Asking::kPrompt && question.kind != Question::Kind::kNone;
+  if (!own_window)
+    for (Shown& shown : windows_) shown.window->hide();
   Refresh();
   // The objects chosen stay marked while objects are asked for, the
   // corner of a window included.
@@ -252,6 +256,7 @@ Input WindowUser::Read(Asking asking, std::string_view prompt) {
     script_ = nullptr;  // the person at the window goes on
     Refresh();
   }
+  if (own_window) return AskInWindow(question);
   answer_.reset();
   Wait([this] { return answer_.has_value(); });
   window_.view().set_pick(DrawingView::Pick::kNone);
@@ -260,6 +265,49 @@ Input WindowUser::Read(Asking asking, std::string_view prompt) {
   Input in = std::move(*answer_);
   answer_.reset();
   return in;
+}
+
+Input WindowUser::AskInWindow(const Question& question) {
+  QWidget* parent = top_window() ? static_cast<QWidget*>(top_window()) : &window_;
+  if (question.kind == Question::Kind::kColour) {
+    ColourWindow window(question.colour, question.logical, parent);
+    colour_window_ = &window;
+    bool ok = RunModal(window);
+    colour_window_ = nullptr;
+    if (closing_) return Input::End();
+    return ok ? Input::Line(window.Answer()) : Input::Cancel();
+  }
+  TextWindow window(FromBig5(question.label), FromBig5(question.current), parent);
+  text_window_ = &window;
+  Input in = Input::Cancel();
+  while (RunModal(window)) {
+    std::string big5;
+    if (Utf8ToBig5Text(window.line()->text().toStdString(), &big5)) {
+      in = Input::Line(big5);
+      break;
+    }
+    QMessageBox::warning(&window, "vorhost", QObject::tr("The text has a character Big5 cannot hold."));
+  }
+  text_window_ = nullptr;
+  return closing_ ? Input::End() : in;
+}
+
+bool WindowUser::RunModal(QDialog& window) {
+  Refresh();
+  if (on_waiting) QMetaObject::invokeMethod(&window, on_waiting, Qt::QueuedConnection);
+  return window.exec() == QDialog::Accepted;
+}
+
+void WindowUser::ShowHelp(std::string_view topic, std::string_view text) {
+  if (script_) return script_->ShowHelp(topic, text);
+  ShowHelpWindow(QObject::tr("Help: %1").arg(FromBig5(std::string(topic))), FromBig5(std::string(text)));
+}
+
+void WindowUser::ShowHelpWindow(const QString& title, QString text) {
+  if (help_window_) help_window_->close();
+  help_window_ = new HelpWindow(top_window() ? static_cast<QWidget*>(top_window()) : &window_);
+  help_window_->setAttribute(Qt::WA_DeleteOnClose);
+  help_window_->Show(title, text.remove(QLatin1Char('\r')));
 }
 
 void WindowUser::CloseEnded(const Dialog* keep) {
