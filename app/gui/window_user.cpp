@@ -103,6 +103,7 @@ WindowUser::WindowUser(Host& host, MainWindow& window) : host_(host), window_(wi
     if (!ok) QMessageBox::warning(&window_, "vorhost", QString::fromStdString(err));
     Refresh();
   };
+  window_.on_help = [this] { ShowHelpWindow(QObject::tr("vorhost help"), FromBig5(host_.HelpText())); };
   window_.may_close = [this] { return closing_ || MayDiscard(); };
   window_.on_close = [this] {
     closing_ = true;
@@ -119,6 +120,7 @@ WindowUser::~WindowUser() {
   window_.on_command = nullptr;
   window_.on_file = nullptr;
   window_.on_close = nullptr;
+  window_.on_help = nullptr;
   window_.may_close = nullptr;
 }
 
@@ -308,6 +310,16 @@ void WindowUser::ShowHelpWindow(const QString& title, QString text) {
   help_window_ = new HelpWindow(top_window() ? static_cast<QWidget*>(top_window()) : &window_);
   help_window_->setAttribute(Qt::WA_DeleteOnClose);
   help_window_->Show(title, text.remove(QLatin1Char('\r')));
+}
+
+std::string WindowUser::HelpNotes() {
+  return "Keys: Up and Down recall lines typed before, Tab completes a name, Escape cancels,\n"
+         "F1 shows this help.\n"
+         "In the drawing: a click gives a point or picks an object; a window dragged left\n"
+         "to right takes the objects inside it, right to left those it crosses; Enter ends\n"
+         "a selection. The middle button pans, the wheel zooms about the cursor.\n"
+         "At a dialog's prompt its events may be typed, as in a script (select KEY N,\n"
+         "type KEY TEXT, press KEY, ok, cancel).\n";
 }
 
 void WindowUser::CloseEnded(const Dialog* keep) {

@@ -59,6 +59,7 @@ class WindowUser : public User {
   void Acknowledge(std::string_view message) override;
   void Misstep(const std::string& why) override;
   void ShowHelp(std::string_view topic, std::string_view text) override;
+  std::string HelpNotes() override;
 
   // The session has ended: the window shows the drawing as it is left and,
   // with screenshots, is written as main.png. False when a screenshot

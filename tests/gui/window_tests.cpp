@@ -673,11 +673,11 @@ class WindowTest : public QObject {
   // The host functions that ask have windows of their own: the colour
   // chooser (BYLAYER and BYBLOCK only where the call allows them, Cancel
   // nil), W1's input window over the dialog whose action asked, the help
-  // window for ADS_HELP.
+  // window for ADS_HELP and for F1.
   void hostFunctionsAskInTheirWindows() {
     WindowSession s;
     std::vector<std::string> results;
-    QString label, help_title, help_text;
+    QString label, help_title, help_text, keys_text;
     bool over_dialog = false;
     auto result = [&] { results.push_back(lisp::Print(s.host->command_line().last_value())); };
     auto colours = [&] { return s.user.colour_window(); };
@@ -738,6 +738,12 @@ class WindowTest : public QObject {
           QVERIFY(s.user.help_window() && s.user.help_window()->isVisible());
           help_title = s.user.help_window()->windowTitle();
           help_text = s.user.help_window()->text()->toPlainText();
+          QAction* keys = s.window.findChild<QAction*>("help");
+          QVERIFY(keys);
+          QCOMPARE(keys->shortcut(), QKeySequence(Qt::Key_F1));
+          keys->trigger();
+          QVERIFY(s.user.help_window());
+          keys_text = s.user.help_window()->text()->toPlainText();
           s.user.help_window()->close();
           s.window.close();
         },
@@ -747,6 +753,8 @@ class WindowTest : public QObject {
     QCOMPARE(label, QString::fromUtf8("照明 2.0x2"));
     QCOMPARE(help_title, QString("Help: file_con"));
     QVERIFY(!help_text.isEmpty() && !help_text.contains('\r'));
+    QVERIFY2(keys_text.contains("(VOR_ELINE)"), qPrintable(keys_text.left(300)));
+    QVERIFY(keys_text.contains("F1 shows this help"));
   }
 
   // Closing the window with a changed drawing asks to save it: Cancel
