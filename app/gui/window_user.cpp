@@ -250,7 +250,8 @@ Input WindowUser::Read(Asking asking, std::string_view prompt) {
   window_.view().set_pick(asking == Asking::kPoint || asking == Asking::kPrompt ? DrawingView::Pick::kPoint
                           : asking == Asking::kSelection ? DrawingView::Pick::kObjects
                                                          : DrawingView::Pick::kNone);
-  window_.view().SetBase(asking == Asking::kPoint ? host_.console().base_point() : std::nullopt);
+  window_.view().SetBase(asking == Asking::kPoint || asking == Asking::kPrompt ? host_.console().base_point()
+                                                                               : std::nullopt);
   if (script_) {
     QApplication::processEvents();
     Input in = script_->Read(asking, prompt);

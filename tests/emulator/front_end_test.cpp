@@ -4,6 +4,7 @@
 // dialogs take them as they take a script's lines, and the transcript shows
 // them as the command line does.
 #include <deque>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,11 +24,13 @@ class HandingUser : public User {
   std::vector<std::string> missteps;
   const Console* console = nullptr;  // where the questions asked are read
   std::vector<Question> questions;
+  std::vector<std::optional<Point3>> bases;
   std::vector<std::string> helps;  // "TOPIC: TEXT"
 
   Input Read(Asking asking, std::string_view) override {
     asked.push_back(asking);
     if (console) questions.push_back(console->question());
+    if (console) bases.push_back(console->base_point());
     if (answers.empty()) return Input::End();
     Input in = answers.front();
     answers.pop_front();
@@ -69,6 +72,25 @@ TEST_F(FrontEndTest, PointsPickedAnswerPointPrompts) {
             std::string::npos)
       << Dump();
   EXPECT_NE(Output().find("From point: 0,0,0\nTo point: 10,0,0\nTo point: "), std::string::npos) << Output();
+}
+
+// LINE and PLINE hand the console the point their next one is measured
+// from; their first prompt has none.
+TEST_F(FrontEndTest, DrawingCommandsGiveTheirBasePoint) {
+  Hand({Point(0, 0), Point(10, 0), Point(10, 5), Input::Line("")});
+  host_->command_line().Execute("LINE");
+  ASSERT_EQ(user_.bases.size(), 4u);
+  EXPECT_FALSE(user_.bases[0]);
+  EXPECT_EQ(user_.bases[1], (Point3{0, 0, 0}));
+  EXPECT_EQ(user_.bases[2], (Point3{10, 0, 0}));
+  EXPECT_EQ(user_.bases[3], (Point3{10, 5, 0}));
+  user_.bases.clear();
+  Hand({Point(0, 0), Point(10, 0), Input::Line("")});
+  host_->command_line().Execute("PLINE");
+  ASSERT_EQ(user_.bases.size(), 3u);
+  EXPECT_FALSE(user_.bases[0]);
+  EXPECT_EQ(user_.bases[2], (Point3{10, 0, 0}));
+  EXPECT_FALSE(host_->console().base_point());
 }
 
 TEST_F(FrontEndTest, ObjectsPickedAndWindowsDrawnSelect) {

@@ -897,6 +897,37 @@ class WindowTest : public QObject {
     }
   }
 
+  // LINE's "To point:" has its line from the point before it.
+  void rubberBandAtLinePrompts() {
+    WindowSession s;
+    s.window.view().SetView({0, 0, 0}, 1);
+    std::vector<std::optional<Point3>> bases;
+    Point3 first{}, second{};
+    s.Play({
+        [&] { s.Type("LINE"); },
+        [&] {
+          bases.push_back(s.window.view().base());
+          first = s.Click({-100, 0, 0});
+        },
+        [&] {
+          bases.push_back(s.window.view().base());
+          second = s.Click({100, 0, 0});
+        },
+        [&] {
+          bases.push_back(s.window.view().base());
+          s.Type("");
+        },
+        [&] {
+          bases.push_back(s.window.view().base());
+          s.window.close();
+        },
+    });
+    QCOMPARE(bases.size(), size_t(4));
+    QVERIFY(!bases[0] && !bases[3]);  // From point:, Command:
+    QVERIFY(bases[1] && (*bases[1])[0] == first[0] && (*bases[1])[1] == first[1]);
+    QVERIFY(bases[2] && (*bases[2])[0] == second[0]);
+  }
+
   // Panels from two schedules chosen in order in the file browser, placed
   // by clicks: the same drawing as the script's.
   void panelsPlacedByClicks() {
