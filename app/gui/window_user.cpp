@@ -259,7 +259,7 @@ Input WindowUser::Read(Asking asking, std::string_view prompt) {
     script_ = nullptr;  // the person at the window goes on
     Refresh();
   }
-  if (own_window) return AskInWindow(question);
+  if (own_window && !closing_) return AskInWindow(question);
   answer_.reset();
   Wait([this] { return answer_.has_value(); });
   window_.view().set_pick(DrawingView::Pick::kNone);
