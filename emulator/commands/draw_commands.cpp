@@ -372,6 +372,12 @@ class CircleCommand : public Command {
     }
     return "";
   }
+  // The radius and the diameter are measured from the centre, the second
+  // point from the first.
+  std::optional<Point3> base() const override {
+    if (state_ == State::kRadius || state_ == State::kDiameter || state_ == State::kPoint2) return points_[0];
+    return std::nullopt;
+  }
 
   Step Feed(const Answer& a) override {
     std::string key = a.kind == Answer::Kind::kText ? MatchKeyword(a.text, {"3P", "2P", "TTR", "Diameter"}) : "";

@@ -74,7 +74,7 @@ TEST_F(FrontEndTest, PointsPickedAnswerPointPrompts) {
   EXPECT_NE(Output().find("From point: 0,0,0\nTo point: 10,0,0\nTo point: "), std::string::npos) << Output();
 }
 
-// LINE and PLINE hand the console the point their next one is measured
+// LINE, PLINE and CIRCLE hand the console the point their next one is measured
 // from; their first prompt has none.
 TEST_F(FrontEndTest, DrawingCommandsGiveTheirBasePoint) {
   Hand({Point(0, 0), Point(10, 0), Point(10, 5), Input::Line("")});
@@ -90,6 +90,13 @@ TEST_F(FrontEndTest, DrawingCommandsGiveTheirBasePoint) {
   ASSERT_EQ(user_.bases.size(), 3u);
   EXPECT_FALSE(user_.bases[0]);
   EXPECT_EQ(user_.bases[2], (Point3{10, 0, 0}));
+  user_.bases.clear();
+  Hand({Point(5, 5), Point(8, 9)});
+  host_->command_line().Execute("CIRCLE");
+  ASSERT_EQ(user_.bases.size(), 2u);
+  EXPECT_FALSE(user_.bases[0]);
+  EXPECT_EQ(user_.bases[1], (Point3{5, 5, 0}));
+  EXPECT_NE(Dump().find("CIRCLE"), std::string::npos);
   EXPECT_FALSE(host_->console().base_point());
 }
 
