@@ -84,6 +84,11 @@ void MainWindow::BuildMenus() {
   }
 
   QMenu* help = menuBar()->addMenu(tr("&Help"));
+  QAction* keys = help->addAction(tr("&Commands and keys"), this, [this] {
+    if (on_help) on_help();
+  });
+  keys->setObjectName("help");
+  keys->setShortcut(QKeySequence::HelpContents);
   help->addAction(tr("&About vorhost"), this, [this] {
     QMessageBox::about(this, tr("About vorhost"),
                        tr("vorhost: the emulated CAD host with the drafting module loaded.\n"

@@ -31,6 +31,8 @@ class MainWindow : public QMainWindow {
   // drawing saved, or its changes given up). Then on_close is called.
   std::function<bool()> may_close;
   std::function<void()> on_close;
+  // Help > Commands and keys (F1): the host's help.
+  std::function<void()> on_help;
 
  protected:
   void closeEvent(QCloseEvent* event) override;

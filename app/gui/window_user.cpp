@@ -103,6 +103,7 @@ WindowUser::WindowUser(Host& host, MainWindow& window) : host_(host), window_(wi
     if (!ok) QMessageBox::warning(&window_, "vorhost", QString::fromStdString(err));
     Refresh();
   };
+  window_.on_help = [this] { ShowHelpWindow(QObject::tr("vorhost help"), FromBig5(host_.HelpText())); };
   window_.may_close = [this] { return closing_ || MayDiscard(); };
   window_.on_close = [this] {
     closing_ = true;
@@ -119,6 +120,7 @@ WindowUser::~WindowUser() {
   window_.on_command = nullptr;
   window_.on_file = nullptr;
   window_.on_close = nullptr;
+  window_.on_help = nullptr;
   window_.may_close = nullptr;
 }
 
@@ -234,7 +236,11 @@ Input WindowUser::Read(Asking asking, std::string_view prompt) {
   CloseEnded(nullptr);
   // A prompt asked from a dialog's action (a label typed on the command
   // line, objects picked): the dialogs step aside until the next event.
-  for (Shown& shown : windows_) shown.window->hide();
+  // A host function's question has a window of its own, over them.
+  const Question& question = host_.console().question();
+  bool own_window = asking == Asking::kPrompt && question.kind != Question::Kind::kNone;
+  if (!own_window)
+    for (Shown& shown : windows_) shown.window->hide();
   Refresh();
   // The objects chosen stay marked while objects are asked for, the
   // corner of a window included.
@@ -244,7 +250,8 @@ Input WindowUser::Read(Asking asking, std::string_view prompt) {
   window_.view().set_pick(asking == Asking::kPoint || asking == Asking::kPrompt ? DrawingView::Pick::kPoint
                           : asking == Asking::kSelection ? DrawingView::Pick::kObjects
                                                          : DrawingView::Pick::kNone);
-  window_.view().SetBase(asking == Asking::kPoint ? host_.console().base_point() : std::nullopt);
+  window_.view().SetBase(asking == Asking::kPoint || asking == Asking::kPrompt ? host_.console().base_point()
+                                                                               : std::nullopt);
   if (script_) {
     QApplication::processEvents();
     Input in = script_->Read(asking, prompt);
@@ -252,6 +259,7 @@ Input WindowUser::Read(Asking asking, std::string_view prompt) {
     script_ = nullptr;  // the person at the window goes on
     Refresh();
   }
+  if (own_window && !closing_) return AskInWindow(question);
   answer_.reset();
   Wait([this] { return answer_.has_value(); });
   window_.view().set_pick(DrawingView::Pick::kNone);
@@ -260,6 +268,59 @@ Input WindowUser::Read(Asking asking, std::string_view prompt) {
   Input in = std::move(*answer_);
   answer_.reset();
   return in;
+}
+
+Input WindowUser::AskInWindow(const Question& question) {
+  QWidget* parent = top_window() ? static_cast<QWidget*>(top_window()) : &window_;
+  if (question.kind == Question::Kind::kColour) {
+    ColourWindow window(question.colour, question.logical, parent);
+    colour_window_ = &window;
+    bool ok = RunModal(window);
+    colour_window_ = nullptr;
+    if (closing_) return Input::End();
+    return ok ? Input::Line(window.Answer()) : Input::Cancel();
+  }
+  TextWindow window(FromBig5(question.label), FromBig5(question.current), parent);
+  text_window_ = &window;
+  Input in = Input::Cancel();
+  while (RunModal(window)) {
+    std::string big5;
+    if (Utf8ToBig5Text(window.line()->text().toStdString(), &big5)) {
+      in = Input::Line(big5);
+      break;
+    }
+    QMessageBox::warning(&window, "vorhost", QObject::tr("The text has a character Big5 cannot hold."));
+  }
+  text_window_ = nullptr;
+  return closing_ ? Input::End() : in;
+}
+
+bool WindowUser::RunModal(QDialog& window) {
+  Refresh();
+  if (on_waiting) QMetaObject::invokeMethod(&window, on_waiting, Qt::QueuedConnection);
+  return window.exec() == QDialog::Accepted;
+}
+
+void WindowUser::ShowHelp(std::string_view topic, std::string_view text) {
+  if (script_) return script_->ShowHelp(topic, text);
+  ShowHelpWindow(QObject::tr("Help: %1").arg(FromBig5(std::string(topic))), FromBig5(std::string(text)));
+}
+
+void WindowUser::ShowHelpWindow(const QString& title, QString text) {
+  if (help_window_) help_window_->close();
+  help_window_ = new HelpWindow(top_window() ? static_cast<QWidget*>(top_window()) : &window_);
+  help_window_->setAttribute(Qt::WA_DeleteOnClose);
+  help_window_->Show(title, text.remove(QLatin1Char('\r')));
+}
+
+std::string WindowUser::HelpNotes() {
+  return "Keys: Up and Down recall lines typed before, Tab completes a name, Escape cancels,\n"
+         "F1 shows this help.\n"
+         "In the drawing: a click gives a point or picks an object; a window dragged left\n"
+         "to right takes the objects inside it, right to left those it crosses; Enter ends\n"
+         "a selection. The middle button pans, the wheel zooms about the cursor.\n"
+         "At a dialog's prompt its events may be typed, as in a script (select KEY N,\n"
+         "type KEY TEXT, press KEY, ok, cancel).\n";
 }
 
 void WindowUser::CloseEnded(const Dialog* keep) {

@@ -9,6 +9,7 @@
 #define VORHOST_APP_GUI_WINDOW_USER_H
 
 #include <QEventLoop>
+#include <QPointer>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -19,6 +20,7 @@
 #include "app/gui/dialog_window.h"
 #include "app/gui/editor_window.h"
 #include "app/gui/main_window.h"
+#include "app/gui/question_windows.h"
 #include "emulator/session/host.h"
 #include "emulator/session/user.h"
 #include "emulator/ui/completer.h"
@@ -56,6 +58,8 @@ class WindowUser : public User {
   EditOutcome EditText(std::string* text, std::string* why) override;
   void Acknowledge(std::string_view message) override;
   void Misstep(const std::string& why) override;
+  void ShowHelp(std::string_view topic, std::string_view text) override;
+  std::string HelpNotes() override;
 
   // The session has ended: the window shows the drawing as it is left and,
   // with screenshots, is written as main.png. False when a screenshot
@@ -67,6 +71,11 @@ class WindowUser : public User {
   const std::set<uint64_t>& chosen() const { return chosen_; }
   // The editor open for W2; null when none is.
   EditorWindow* editor() { return editor_; }
+  // The windows of ACAD_COLORDLG and W1 while one is open, and the help
+  // window while it is shown; null else.
+  ColourWindow* colour_window() { return colour_window_; }
+  TextWindow* text_window() { return text_window_; }
+  HelpWindow* help_window() { return help_window_; }
   // The window of the dialog on top; null when none is shown.
   DialogWindow* top_window() { return windows_.empty() ? nullptr : windows_.back().window.get(); }
   // Called each time the window starts waiting for the user, after it has
@@ -102,6 +111,15 @@ class WindowUser : public User {
   // the user saved it or chose to give up the changes.
   bool MayDiscard();
 
+  // Asks a host function's question (Console::question) in its window:
+  // what it gives as it would be typed, Cancel for Cancel.
+  Input AskInWindow(const Question& question);
+  // Runs a modal window, telling a test's hook it waits: whether accepted.
+  bool RunModal(QDialog& window);
+  // Shows text (UTF-8) in the help window, made again over whatever is on
+  // top so that a modal dialog does not block it.
+  void ShowHelpWindow(const QString& title, QString text);
+
   // Hands a dialog event typed on the command line, or Escape there, to
   // the dialog on top.
   void GiveEvent(DialogInput input);
@@ -121,6 +139,9 @@ class WindowUser : public User {
   QEventLoop* loop_ = nullptr;
   bool closing_ = false;
   EditorWindow* editor_ = nullptr;
+  ColourWindow* colour_window_ = nullptr;
+  TextWindow* text_window_ = nullptr;
+  QPointer<HelpWindow> help_window_;
   bool ask_to_save_ = false;
   std::set<uint64_t> chosen_;
   bool removing_ = false;  // "Remove" was typed at "Select objects:"

@@ -6,6 +6,7 @@
 #define VORHOST_COMMANDS_COMMAND_H
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,6 +54,10 @@ class Command {
   // What kind of answer the prompt wants, for a front end that offers
   // picking: kSelection while the command selects objects.
   virtual Asking asking() const { return Asking::kPrompt; }
+  // The point the prompt's answer is measured from, where there is one
+  // (LINE's "To point:" from the last point): a front end draws a line from
+  // it to the cursor.
+  virtual std::optional<Point3> base() const { return std::nullopt; }
   virtual Step Feed(const Answer& answer) = 0;
   // Called when the command is cancelled before it finished.
   virtual void Cancelled() {}

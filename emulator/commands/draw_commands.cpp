@@ -25,6 +25,7 @@ class LineCommand : public Command {
  public:
   using Command::Command;
   std::string Prompt() const override { return from_ ? "\nFrom point: " : "\nTo point: "; }
+  std::optional<Point3> base() const override { return from_ ? std::nullopt : std::optional<Point3>(last_); }
 
   Step Feed(const Answer& a) override {
     if (from_) {
@@ -92,6 +93,11 @@ class PlineCommand : public Command {
     return arc_mode_ ? "\nAngle/CEnter/CLose/Direction/Halfwidth/Line/Radius/Second pt/Undo/Width/"
                        "<Endpoint of arc>: "
                      : "\nArc/Close/Halfwidth/Length/Undo/Width/<Endpoint of line>: ";
+  }
+
+  std::optional<Point3> base() const override {
+    if (state_ != State::kMain || vertices_.empty()) return std::nullopt;
+    return vertices_.back().at;
   }
 
   Step Begin() override {
@@ -365,6 +371,12 @@ class CircleCommand : public Command {
       case State::kPoint3: return "\nThird point: ";
     }
     return "";
+  }
+  // The radius and the diameter are measured from the centre, the second
+  // point from the first.
+  std::optional<Point3> base() const override {
+    if (state_ == State::kRadius || state_ == State::kDiameter || state_ == State::kPoint2) return points_[0];
+    return std::nullopt;
   }
 
   Step Feed(const Answer& a) override {

@@ -39,7 +39,7 @@ bool W1(HostServices& host, const Args& args, Value* result, std::string* err) {
   const std::string& current = args[0].text;
   std::string prompt = "\n" + args[1].text;
   prompt += current.empty() ? ": " : " <" + current + ">: ";
-  Input in = host.Ask(prompt);
+  Input in = host.AskQuestion(prompt, Question::Text(args[1].text, current));
   if (!in.IsAnswer()) return true;
   std::string text = in.answer.kind == Answer::Kind::kText ? in.text() : in.answer.Echo();
   *result = Value::String(text.empty() ? current : text);
@@ -104,12 +104,14 @@ bool AdsHelp(HostServices& host, const Args& args, Value* result, std::string* e
   host.PrintLine("---- Help: " + args[1].text + " ----");
   host.Print("\n" + text);
   host.PrintLine("----");
+  host.ShowHelp(args[1].text, text);
   *result = Value::T();
   return true;
 }
 
 // (ACAD_COLORDLG colour [flag]): a colour from 1 to 255, or nil when the
-// user cancels. Enter keeps the current colour when it is one of those.
+// user cancels. Unless flag is nil, BYBLOCK (0) and BYLAYER (256) may be
+// chosen too. Enter keeps the current colour when it is one of those.
 bool ColorDialog(HostServices& host, const Args& args, Value* result, std::string* err) {
   if (args.empty() || args.size() > 2) {
     *err = args.empty() ? "too few arguments" : "too many arguments";
@@ -120,11 +122,14 @@ bool ColorDialog(HostServices& host, const Args& args, Value* result, std::strin
     return false;
   }
   long current = args[0].integer;
+  bool logical = args.size() < 2 || !args[1].IsNil();
+  long lowest = logical ? kColorByBlock : 1, highest = logical ? kColorByLayer : 255;
   for (;;) {
-    Input in = host.Ask("\nSelect color (1-255) <" + std::to_string(current) + ">: ");
+    Input in = host.AskQuestion("\nSelect color (1-255) <" + std::to_string(current) + ">: ",
+                                Question::Colour(static_cast<int>(current), logical));
     if (!in.IsAnswer()) return true;
-    std::optional<short> chosen = ColorAnswer(in.answer, false);
-    if (in.answer.IsEnter() && current >= 1 && current <= 255) chosen = static_cast<short>(current);
+    std::optional<short> chosen = ColorAnswer(in.answer, logical);
+    if (in.answer.IsEnter() && current >= lowest && current <= highest) chosen = static_cast<short>(current);
     if (chosen) {
       *result = Value::Int(*chosen);
       return true;

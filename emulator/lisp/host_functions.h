@@ -16,6 +16,7 @@
 
 #include "emulator/core/answer.h"
 #include "emulator/core/input.h"
+#include "emulator/core/question.h"
 #include "emulator/core/sysvars.h"
 #include "emulator/lisp/interp.h"
 
@@ -28,6 +29,11 @@ class HostServices {
 
   // Shows prompt (Big5) and reads the user's answer.
   virtual Input Ask(std::string_view prompt) = 0;
+  // The same for a question a front end may show in a window of its own
+  // (Console::Ask); a front end without one answers the prompt.
+  virtual Input AskQuestion(std::string_view prompt, const Question& question) = 0;
+  // A help topic (Big5) printed, for a front end to show as well.
+  virtual void ShowHelp(std::string_view topic, std::string_view text) = 0;
   // Prints host text (Big5): as it stands, or at the start of a line.
   virtual void Print(std::string_view text) = 0;
   virtual void PrintLine(std::string_view text) = 0;

@@ -25,6 +25,13 @@ Input Console::Ask(std::string_view prompt, Asking asking, std::optional<Point3>
   return in;
 }
 
+Input Console::Ask(std::string_view prompt, const Question& question) {
+  Question outer = std::exchange(question_, question);
+  Input in = Ask(prompt, Asking::kPrompt);
+  question_ = std::move(outer);
+  return in;
+}
+
 DialogInput Console::NextEvent(Dialog& dialog) {
   std::string prompt = "\n" + dialog.name() + "> ";
   return Exchange(std::string_view(prompt), DialogInput::Escape(),

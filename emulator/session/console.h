@@ -10,6 +10,7 @@
 
 #include "emulator/core/input.h"
 #include "emulator/core/numbers.h"
+#include "emulator/core/question.h"
 #include "emulator/core/transcript.h"
 #include "emulator/dialogs/dialogs.h"
 #include "emulator/session/user.h"
@@ -37,6 +38,15 @@ class Console : public EventSource {
   // While the user is asked: the point the answer is measured from, given
   // to Ask (a front end draws a line from it to the cursor); none else.
   const std::optional<Point3>& base_point() const { return base_point_; }
+  // Asks prompt as above for a host function's question: while the user is
+  // asked, question() is it (a front end may show a window for it); it is
+  // of kind kNone else.
+  Input Ask(std::string_view prompt, const Question& question);
+  const Question& question() const { return question_; }
+  // A help topic (Big5) has been printed: a front end may show it too.
+  void ShowHelp(std::string_view topic, std::string_view text) {
+    if (user_) user_->ShowHelp(topic, text);
+  }
 
   // An alert box with message (Big5).
   void Alert(std::string_view message);
@@ -62,6 +72,7 @@ class Console : public EventSource {
   User* user_ = nullptr;
   bool echo_answers_ = true;
   std::optional<Point3> base_point_;
+  Question question_;
 };
 
 }  // namespace vorhost

@@ -25,6 +25,10 @@ class Services : public HostServices {
   explicit Services(Host& host) : host_(host) {}
 
   Input Ask(std::string_view prompt) override { return host_.console().Ask(prompt); }
+  Input AskQuestion(std::string_view prompt, const Question& question) override {
+    return host_.console().Ask(prompt, question);
+  }
+  void ShowHelp(std::string_view topic, std::string_view text) override { host_.console().ShowHelp(topic, text); }
   void Print(std::string_view text) override { host_.transcript().Write(text); }
   void PrintLine(std::string_view text) override { host_.transcript().WriteLine(text); }
   std::optional<EditOutcome> EditText(std::string* text, std::string* why) override {

@@ -29,6 +29,13 @@ class User {
   // edit may say why in *why.
   virtual EditOutcome EditText(std::string* text, std::string* why) = 0;
 
+  // A help topic (Big5) has been printed in the transcript; a front end
+  // with windows may show it in one too.
+  virtual void ShowHelp(std::string_view topic, std::string_view text) {
+    (void)topic;
+    (void)text;
+  }
+
   // An alert box has been shown (Big5); the user reads and closes it.
   virtual void Acknowledge(std::string_view message) { (void)message; }
 

@@ -4,6 +4,7 @@
 // dialogs take them as they take a script's lines, and the transcript shows
 // them as the command line does.
 #include <deque>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,9 +22,15 @@ class HandingUser : public User {
   std::deque<DialogInput> events;
   std::vector<Asking> asked;
   std::vector<std::string> missteps;
+  const Console* console = nullptr;  // where the questions asked are read
+  std::vector<Question> questions;
+  std::vector<std::optional<Point3>> bases;
+  std::vector<std::string> helps;  // "TOPIC: TEXT"
 
   Input Read(Asking asking, std::string_view) override {
     asked.push_back(asking);
+    if (console) questions.push_back(console->question());
+    if (console) bases.push_back(console->base_point());
     if (answers.empty()) return Input::End();
     Input in = answers.front();
     answers.pop_front();
@@ -38,6 +45,9 @@ class HandingUser : public User {
   }
   EditOutcome EditText(std::string*, std::string*) override { return EditOutcome::kUnchanged; }
   void Misstep(const std::string& why) override { missteps.push_back(why); }
+  void ShowHelp(std::string_view topic, std::string_view text) override {
+    helps.push_back(std::string(topic) + ": " + std::string(text));
+  }
 };
 
 class FrontEndTest : public HostTest {
@@ -45,6 +55,7 @@ class FrontEndTest : public HostTest {
   void SetUp() override {
     HostTest::SetUp();
     host_->console().set_user(&user_);
+    user_.console = &host_->console();
   }
   void Hand(std::vector<Input> answers) { user_.answers.assign(answers.begin(), answers.end()); }
   std::string Dump() { return DumpDrawing(host_->document().drawing()); }
@@ -61,6 +72,32 @@ TEST_F(FrontEndTest, PointsPickedAnswerPointPrompts) {
             std::string::npos)
       << Dump();
   EXPECT_NE(Output().find("From point: 0,0,0\nTo point: 10,0,0\nTo point: "), std::string::npos) << Output();
+}
+
+// LINE, PLINE and CIRCLE hand the console the point their next one is measured
+// from; their first prompt has none.
+TEST_F(FrontEndTest, DrawingCommandsGiveTheirBasePoint) {
+  Hand({Point(0, 0), Point(10, 0), Point(10, 5), Input::Line("")});
+  host_->command_line().Execute("LINE");
+  ASSERT_EQ(user_.bases.size(), 4u);
+  EXPECT_FALSE(user_.bases[0]);
+  EXPECT_EQ(user_.bases[1], (Point3{0, 0, 0}));
+  EXPECT_EQ(user_.bases[2], (Point3{10, 0, 0}));
+  EXPECT_EQ(user_.bases[3], (Point3{10, 5, 0}));
+  user_.bases.clear();
+  Hand({Point(0, 0), Point(10, 0), Input::Line("")});
+  host_->command_line().Execute("PLINE");
+  ASSERT_EQ(user_.bases.size(), 3u);
+  EXPECT_FALSE(user_.bases[0]);
+  EXPECT_EQ(user_.bases[2], (Point3{10, 0, 0}));
+  user_.bases.clear();
+  Hand({Point(5, 5), Point(8, 9)});
+  host_->command_line().Execute("CIRCLE");
+  ASSERT_EQ(user_.bases.size(), 2u);
+  EXPECT_FALSE(user_.bases[0]);
+  EXPECT_EQ(user_.bases[1], (Point3{5, 5, 0}));
+  EXPECT_NE(Dump().find("CIRCLE"), std::string::npos);
+  EXPECT_FALSE(host_->console().base_point());
 }
 
 TEST_F(FrontEndTest, ObjectsPickedAndWindowsDrawnSelect) {
@@ -91,6 +128,41 @@ TEST_F(FrontEndTest, GetpointAsksForAPoint) {
   ASSERT_EQ(ads_getpoint(nullptr, "\nstart point 1:", p), RTNORM);
   EXPECT_EQ(p[0], 3);
   EXPECT_EQ(user_.asked.back(), Asking::kPoint);
+}
+
+// W1 and ACAD_COLORDLG tell the front end what they ask, for a window of
+// its own; the answer comes back as a typed one. A colour dialog called
+// with nil refuses BYLAYER, one called without takes it.
+TEST_F(FrontEndTest, HostFunctionsTellWhatTheyAsk) {
+  Hand({Input::Line(""), Input::Line("BYLAYER"), Input::Line("BYLAYER"), Input::Line("")});
+  host_->command_line().Execute("(w1 \"old\" \"note\")");
+  EXPECT_EQ(lisp::Print(host_->command_line().last_value()), "\"old\"");
+  host_->command_line().Execute("(acad_colordlg 3)");
+  EXPECT_EQ(lisp::Print(host_->command_line().last_value()), "256");
+  host_->command_line().Execute("(acad_colordlg 3 nil)");
+  EXPECT_EQ(lisp::Print(host_->command_line().last_value()), "3");
+  ASSERT_EQ(user_.questions.size(), 4u);
+  EXPECT_EQ(user_.questions[0].kind, Question::Kind::kText);
+  EXPECT_EQ(user_.questions[0].label, "note");
+  EXPECT_EQ(user_.questions[0].current, "old");
+  EXPECT_EQ(user_.questions[1].kind, Question::Kind::kColour);
+  EXPECT_EQ(user_.questions[1].colour, 3);
+  EXPECT_TRUE(user_.questions[1].logical);
+  EXPECT_FALSE(user_.questions[2].logical);
+  EXPECT_FALSE(user_.questions[3].logical);
+  EXPECT_NE(Output().find("BYLAYER\nInvalid color"), std::string::npos) << Output();
+
+  // Asked by anything else, there is no question.
+  Hand({Point(3, 4)});
+  ads_point p;
+  ads_getpoint(nullptr, "\nstart point 1:", p);
+  EXPECT_EQ(user_.questions.back().kind, Question::Kind::kNone);
+  EXPECT_EQ(host_->console().question().kind, Question::Kind::kNone);
+
+  WriteFile("H.HLP", "[TOPIC]\r\nRead me.\r\n");
+  host_->command_line().Execute("(ads_help \"H.HLP\" \"topic\")");
+  ASSERT_EQ(user_.helps.size(), 1u);
+  EXPECT_NE(user_.helps[0].find("topic: Read me."), std::string::npos) << user_.helps[0];
 }
 
 TEST_F(FrontEndTest, DialogEventsAsValues) {

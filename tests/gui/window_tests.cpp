@@ -38,6 +38,7 @@
 #include "emulator/session/host.h"
 #include "emulator/ui/history.h"
 #include "emulator/ui/script.h"
+#include "emulator/lisp/value.h"
 #include "host/ads.h"
 
 using namespace vorhost;
@@ -669,32 +670,91 @@ class WindowTest : public QObject {
     QVERIFY(file.find('\n') == file.find("\r\n") + 1);
   }
 
-  // A dialog's action that asks on the command line (the label typed for
-  // W1): the dialogs stand aside for the prompt and come back showing
-  // what was typed.
-  void promptFromADialogAction() {
+  // The host functions that ask have windows of their own: the colour
+  // chooser (BYLAYER and BYBLOCK only where the call allows them, Cancel
+  // nil), W1's input window over the dialog whose action asked, the help
+  // window for ADS_HELP and for F1.
+  void hostFunctionsAskInTheirWindows() {
     WindowSession s;
-    bool hidden = false;
-    QString label;
+    std::vector<std::string> results;
+    QString label, help_title, help_text, keys_text;
+    bool over_dialog = false;
+    auto result = [&] { results.push_back(lisp::Print(s.host->command_line().last_value())); };
+    auto colours = [&] { return s.user.colour_window(); };
     s.Play({
-        [&] { s.Type("(setq VORMIS \"C:/VOR\")"); },
+        [&] { s.Type("(acad_colordlg 7 nil)"); },
+        [&] {
+          ColourWindow* w = colours();
+          QVERIFY(w);
+          QCOMPARE(w->chosen(), 7);
+          QVERIFY(!w->by_layer()->isEnabled() && !w->by_block()->isEnabled());
+          if (const char* dir = getenv("VOR_SHOTS")) w->grab().save(QString(dir) + "/colour_window.png");
+          QTest::mouseClick(w->grid(), Qt::LeftButton, {}, ColourGrid::CellRect(30).center());
+          QCOMPARE(w->chosen(), 30);
+          QTest::mouseDClick(w->grid(), Qt::LeftButton, {}, ColourGrid::CellRect(254).center());
+        },
+        [&] {
+          result();
+          s.Type("(acad_colordlg 0)");
+        },
+        [&] {
+          ColourWindow* w = colours();
+          QVERIFY(w);
+          QCOMPARE(w->chosen(), 0);  // BYBLOCK, allowed
+          QTest::mouseClick(w->by_layer(), Qt::LeftButton);
+          w->accept();
+        },
+        [&] {
+          result();
+          s.Type("(acad_colordlg 0 nil)");
+        },
+        [&] {
+          ColourWindow* w = colours();
+          QVERIFY(w);
+          QCOMPARE(w->chosen(), -1);  // none: BYBLOCK is not allowed
+          w->reject();
+        },
+        [&] {
+          result();
+          s.Type("(setq VORMIS \"C:/VOR\")");
+        },
         [&] { s.Type("(VOR_ELINE)"); },
         [&] { s.ClickRow("eline", 0); },
         [&] { s.Press("editline"); },
         [&] { s.Press("b3"); },
         [&] {
-          hidden = !s.Top().isVisible();
-          s.Type("LIGHTING 2.0x2");
+          QVERIFY(s.user.text_window());
+          over_dialog = s.Top().isVisible();
+          s.user.text_window()->line()->setText(QString::fromUtf8("照明 2.0x2"));
+          s.user.text_window()->accept();
         },
         [&] {
-          QVERIFY(s.Top().isVisible());
           label = qobject_cast<QLabel*>(s.Top().WidgetFor("t3"))->text();
           s.Press("cancel");
         },
         [&] { s.Press("cancel"); },
+        [&] { s.Type("(ads_help \"VORMIS.HLP\" \"file_con\")"); },
+        [&] {
+          QVERIFY(s.user.help_window() && s.user.help_window()->isVisible());
+          help_title = s.user.help_window()->windowTitle();
+          help_text = s.user.help_window()->text()->toPlainText();
+          QAction* keys = s.window.findChild<QAction*>("help");
+          QVERIFY(keys);
+          QCOMPARE(keys->shortcut(), QKeySequence(Qt::Key_F1));
+          keys->trigger();
+          QVERIFY(s.user.help_window());
+          keys_text = s.user.help_window()->text()->toPlainText();
+          s.user.help_window()->close();
+          s.window.close();
+        },
     });
-    QVERIFY(hidden);
-    QCOMPARE(label, QString("LIGHTING 2.0x2"));
+    QCOMPARE(results, (std::vector<std::string>{"254", "256", "nil"}));
+    QVERIFY(over_dialog);
+    QCOMPARE(label, QString::fromUtf8("照明 2.0x2"));
+    QCOMPARE(help_title, QString("Help: file_con"));
+    QVERIFY(!help_text.isEmpty() && !help_text.contains('\r'));
+    QVERIFY2(keys_text.contains("(VOR_ELINE)"), qPrintable(keys_text.left(300)));
+    QVERIFY(keys_text.contains("F1 shows this help"));
   }
 
   // Closing the window with a changed drawing asks to save it: Cancel
@@ -835,6 +895,37 @@ class WindowTest : public QObject {
       QCOMPARE(drawn, with_base);
       QVERIFY(!s.window.view().base());
     }
+  }
+
+  // LINE's "To point:" has its line from the point before it.
+  void rubberBandAtLinePrompts() {
+    WindowSession s;
+    s.window.view().SetView({0, 0, 0}, 1);
+    std::vector<std::optional<Point3>> bases;
+    Point3 first{}, second{};
+    s.Play({
+        [&] { s.Type("LINE"); },
+        [&] {
+          bases.push_back(s.window.view().base());
+          first = s.Click({-100, 0, 0});
+        },
+        [&] {
+          bases.push_back(s.window.view().base());
+          second = s.Click({100, 0, 0});
+        },
+        [&] {
+          bases.push_back(s.window.view().base());
+          s.Type("");
+        },
+        [&] {
+          bases.push_back(s.window.view().base());
+          s.window.close();
+        },
+    });
+    QCOMPARE(bases.size(), size_t(4));
+    QVERIFY(!bases[0] && !bases[3]);  // From point:, Command:
+    QVERIFY(bases[1] && (*bases[1])[0] == first[0] && (*bases[1])[1] == first[1]);
+    QVERIFY(bases[2] && (*bases[2])[0] == second[0]);
   }
 
   // Panels from two schedules chosen in order in the file browser, placed
