@@ -45,6 +45,10 @@ void MainWindow::BuildMenus() {
   };
   tools->addAction(file_item(tr("&New"), FileAction::kNew, QKeySequence::New));
   tools->addAction(file_item(tr("&Open DXF..."), FileAction::kOpen, QKeySequence::Open));
+  // Save is the host's QSAVE: the drawing under its name, as at the terminal.
+  QAction* save = file->addAction(tr("&Save"), this, [this] { Command("QSAVE"); });
+  save->setShortcut(QKeySequence::Save);
+  tools->addAction(save);
   tools->addAction(file_item(tr("Save &As..."), FileAction::kSaveAs, QKeySequence::SaveAs));
   file_item(tr("&Export SVG..."), FileAction::kExportSvg, QKeySequence());
   file->addSeparator();

@@ -15,7 +15,6 @@
 #include "emulator/core/encoding.h"
 #include "emulator/core/text.h"
 #include "emulator/drawing/geometry.h"
-#include "emulator/io/dump.h"
 #include "emulator/io/dxf.h"
 #include "emulator/io/svg.h"
 
@@ -124,9 +123,9 @@ WindowUser::~WindowUser() {
   window_.may_close = nullptr;
 }
 
-void WindowUser::MarkSaved() { saved_ = DumpDrawing(host_.document().drawing()); }
+void WindowUser::MarkSaved() { host_.MarkDrawingSaved(); }
 
-bool WindowUser::Changed() const { return DumpDrawing(host_.document().drawing()) != saved_; }
+bool WindowUser::Changed() const { return host_.DrawingModified(); }
 
 bool WindowUser::SaveAs(bool svg) {
   QString path = QFileDialog::getSaveFileName(&window_, svg ? QObject::tr("Export SVG") : QObject::tr("Save As"),

@@ -50,7 +50,8 @@ class WindowUser : public User {
   void set_ask_to_save(bool ask) { ask_to_save_ = ask; }
   // The drawing as it is now counts as saved.
   void MarkSaved();
-  // Whether the drawing has changed since MarkSaved.
+  // Whether the drawing has changed since MarkSaved or a save by the host
+  // (SAVE, QSAVE, SAVEAS).
   bool Changed() const;
 
   Input Read(Asking asking, std::string_view prompt) override;
@@ -145,7 +146,6 @@ class WindowUser : public User {
   bool ask_to_save_ = false;
   std::set<uint64_t> chosen_;
   bool removing_ = false;  // "Remove" was typed at "Select objects:"
-  std::string saved_;  // the drawing's dump when it was last opened or saved
 };
 
 }  // namespace vorhost::gui

@@ -801,6 +801,26 @@ class WindowTest : public QObject {
       QVERIFY(!s.window.isVisible());
     }
     QCOMPARE(asked, 2);
+    {
+      // Saved by the host's QSAVE (File > Save), the drawing closes at once.
+      WindowSession s;
+      s.user.set_ask_to_save(true);
+      s.user.MarkSaved();
+      s.Play({
+          [&] { s.Type("LINE"); },
+          [&] { s.Type("0,0"); },
+          [&] { s.Type("10,0"); },
+          [&] { s.Type(""); },
+          [&] { s.Type("QSAVE"); },
+          [&] {
+            answer(QMessageBox::Cancel, &asked);
+            s.window.close();
+          },
+      });
+      QVERIFY(!s.window.isVisible());
+      QVERIFY(std::filesystem::exists(s.LinuxPath("DRAWING.DXF")));
+    }
+    QCOMPARE(asked, 2);
   }
 
   // The command line shares the terminal's history and completion: Up and
