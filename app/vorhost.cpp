@@ -448,7 +448,8 @@ int RunWindow(const Options& opts) {
                                  [&opts](vorhost::Host& host) { return WriteResults(host, opts, false); });
 #else
   (void)opts;
-  std::cerr << "vorhost: this vorhost was built without its window (Qt 6 was not found)\n";
+  std::cerr << "vorhost: this vorhost was built without its window: it needs Qt 6 and the\n"
+               "  build option VOR_WINDOW=ON (VOR_WINDOW=ON scripts/run.sh in a new build folder)\n";
   return 2;
 #endif
 }
