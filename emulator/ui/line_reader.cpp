@@ -16,6 +16,8 @@
 #include <histedit.h>
 #endif
 
+#include "emulator/ui/terminal_screen.h"
+
 namespace vorhost {
 namespace {
 
@@ -24,14 +26,6 @@ struct sigaction previous_action;
 
 void OnInterrupt(int) { interrupted = 1; }
 
-void WriteAll(int fd, std::string_view text) {
-  while (!text.empty()) {
-    ssize_t n = write(fd, text.data(), text.size());
-    if (n < 0 && errno == EINTR) continue;
-    if (n <= 0) return;
-    text.remove_prefix(static_cast<size_t>(n));
-  }
-}
 
 // One byte of input: 1, 0 at the end, -1 for Ctrl-C or an error.
 int ReadByte(int fd, unsigned char* byte) {
@@ -55,12 +49,12 @@ class PlainReader : public LineReader {
 
   LineInput Read(const std::string& prompt, const CompleteFn&) override {
     InterruptGuard::Take();
-    WriteAll(out_, prompt);
+    WriteToFd(out_, prompt);
     std::string line;
     for (unsigned char c;;) {
       int n = ReadByte(in_, &c);
       if (n < 0 && InterruptGuard::Take()) {
-        WriteAll(out_, "\n");
+        WriteToFd(out_, "\n");
         return {LineInput::Kind::kCancel, ""};
       }
       if (n < 0) return {LineInput::Kind::kClosed, ""};

@@ -7,9 +7,8 @@
 #include <cerrno>
 
 namespace vorhost {
-namespace {
 
-void WriteFd(int fd, std::string_view text) {
+void WriteToFd(int fd, std::string_view text) {
   while (!text.empty()) {
     ssize_t n = write(fd, text.data(), text.size());
     if (n < 0 && errno == EINTR) continue;
@@ -17,8 +16,6 @@ void WriteFd(int fd, std::string_view text) {
     text.remove_prefix(static_cast<size_t>(n));
   }
 }
-
-}  // namespace
 
 TerminalScreen::TerminalScreen(int fd) : fd_(fd), stream_(this) {}
 
@@ -41,7 +38,7 @@ std::streamsize TerminalScreen::xsputn(const char* s, std::streamsize n) {
 void TerminalScreen::Emit() {
   size_t nl = open_.rfind('\n');
   if (nl == std::string::npos) return;
-  WriteFd(fd_, std::string_view(open_).substr(0, nl + 1));
+  WriteToFd(fd_, std::string_view(open_).substr(0, nl + 1));
   open_.erase(0, nl + 1);
 }
 
@@ -52,17 +49,17 @@ std::string TerminalScreen::TakeOpenLine() {
 }
 
 void TerminalScreen::Flush() {
-  WriteFd(fd_, open_);
+  WriteToFd(fd_, open_);
   open_.clear();
 }
 
 void TerminalScreen::Show(std::string_view text) {
   if (text.empty()) return;
-  WriteFd(fd_, text);
-  if (text.back() != '\n') WriteFd(fd_, "\n");
+  WriteToFd(fd_, text);
+  if (text.back() != '\n') WriteToFd(fd_, "\n");
 }
 
-void TerminalScreen::Write(std::string_view text) { WriteFd(fd_, text); }
+void TerminalScreen::Write(std::string_view text) { WriteToFd(fd_, text); }
 
 int TerminalScreen::Columns(int fallback) const {
   winsize size{};

@@ -11,6 +11,10 @@
 
 namespace vorhost {
 
+// Writes all of text to the file descriptor fd, through writes a signal
+// interrupted; stops quietly when the terminal is gone.
+void WriteToFd(int fd, std::string_view text);
+
 class TerminalScreen : private std::streambuf {
  public:
   // Writes to the file descriptor fd (not closed).
