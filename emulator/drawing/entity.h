@@ -12,23 +12,17 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
 
 #include "emulator/core/numbers.h"
+#include "emulator/drawing/group_list.h"
 
 namespace vorhost {
-
-// The value of one group: its kind follows from the group code (see
-// ValueOf in core/resbuf.h): texts, reals, points, 16-bit and 32-bit ints.
-using GroupValue = std::variant<std::string, double, Point3, short, long>;
-
-struct Group {
-  int code;
-  GroupValue value;
-};
 
 class Entity {
  public:
@@ -46,9 +40,9 @@ class Entity {
 
   // Groups other than -1, 0, 5, 6, 8 and 62, in the host's order. Angles
   // are radians, as ads_entget gives them.
-  std::vector<Group> groups;
+  GroupList groups;
 
-  const Group* Find(int code) const;
+  std::optional<Group> Find(int code) const;
   double Real(int code, double fallback = 0) const;
   Point3 Point(int code) const;  // (0,0,0) when missing
   short Short(int code, short fallback = 0) const;
@@ -68,6 +62,12 @@ class Entity {
   // SEQEND): such records are never main entities.
   bool IsSubEntity() const { return type == "VERTEX" || type == "ATTRIB" || type == "SEQEND"; }
 };
+
+// Records in drawing order, a drawing's or a block's. A deque, not a vector:
+// a record stays where it is while more are appended (pointers handed out by
+// the drawing stay good), and a drawing of a hundred thousand records grows
+// without ever copying them all to a twice larger block.
+using EntityList = std::deque<Entity>;
 
 }  // namespace vorhost
 
