@@ -7,6 +7,10 @@
 
 namespace vorhost {
 
+// A drawing keeps many records: keep them small (on 64-bit machines; the
+// emulator runs on nothing else).
+static_assert(sizeof(void*) != 8 || sizeof(Entity) <= 64, "a record grew past 64 bytes");
+
 std::optional<Group> Entity::Find(int code) const {
   if (GroupList::Ref g = groups.Find(code)) return g.ToGroup();
   return std::nullopt;

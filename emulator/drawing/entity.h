@@ -21,22 +21,24 @@
 
 #include "emulator/core/numbers.h"
 #include "emulator/drawing/group_list.h"
+#include "emulator/drawing/record_name.h"
 
 namespace vorhost {
 
 class Entity {
  public:
   Entity() = default;
-  explicit Entity(std::string kind) : type(std::move(kind)) {}
+  explicit Entity(RecordName kind) : type(kind) {}
 
-  std::string type;          // "LINE", "VERTEX", "LWPOLYLINE", ...
+  // (Largest members first: a drawing keeps many records, 64 bytes each.)
+  RecordName type;           // "LINE", "VERTEX", "LWPOLYLINE", ...
+  RecordName layer = "0";
+  RecordName linetype;       // empty: BYLAYER (no group 6)
   uint64_t id = 0;           // the entity name's number, unique in a session
-  uint32_t handle = 0;       // group 5, unique in the drawing
-  bool erased = false;
-  std::string layer = "0";
-  std::string linetype;      // empty: BYLAYER (no group 6)
-  short color = kColorByLayer;  // 256: BYLAYER (no group 62)
   uint64_t owner = 0;        // VERTEX, ATTRIB, SEQEND: the id of their main entity
+  uint32_t handle = 0;       // group 5, unique in the drawing
+  short color = kColorByLayer;  // 256: BYLAYER (no group 62)
+  bool erased = false;
 
   // Groups other than -1, 0, 5, 6, 8 and 62, in the host's order. Angles
   // are radians, as ads_entget gives them.

@@ -29,7 +29,7 @@ class Walker {
     return tables_.layers().Find(EffectiveLayer(e, ctx));
   }
   std::string EffectiveLayer(const Entity& e, const Context& ctx) const {
-    return e.layer == "0" && ctx.depth > 0 ? ctx.layer : e.layer;
+    return e.layer == "0" && ctx.depth > 0 ? ctx.layer : e.layer.str();
   }
   short Color(const Entity& e, const Context& ctx) const;
   std::string LinetypeName(const Entity& e, const Context& ctx) const;

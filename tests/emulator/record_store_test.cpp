@@ -1,5 +1,6 @@
-// The packed groups of a record: every kind of value comes back as it went
-// in, in its order, through changes that keep, grow or shrink a group.
+// How records are kept: their packed groups (every kind of value comes back
+// as it went in, in its order, through changes that keep, grow or shrink a
+// group) and their shared names.
 #include "emulator/drawing/group_list.h"
 
 #include <gtest/gtest.h>
@@ -129,6 +130,24 @@ TEST(GroupListTest, EntityAccessorsReadThePackedGroups) {
   ASSERT_TRUE(e.Find(1));
   EXPECT_EQ(std::get<std::string>(e.Find(1)->value), "\xA4\xA4");
   EXPECT_FALSE(e.Find(11));
+}
+
+TEST(RecordNameTest, NamesReadAndCompareAsTheirTexts) {
+  RecordName empty, layer("E-POWER"), same(std::string("E-POWER")), big5("\xB9\x71\xA4\x4F");
+  EXPECT_TRUE(empty.empty());
+  EXPECT_EQ(empty, "");
+  EXPECT_EQ(layer, same);
+  EXPECT_EQ(&layer.str(), &same.str());  // one copy of each text
+  EXPECT_FALSE(layer == RecordName("e-power"));  // exact bytes: case is the callers' business
+  EXPECT_EQ(big5.str(), "\xB9\x71\xA4\x4F");
+  EXPECT_EQ("layer " + layer + ".", "layer E-POWER.");
+  std::string_view view = layer;
+  EXPECT_EQ(view, "E-POWER");
+  Entity e("LINE");
+  EXPECT_EQ(e.layer, "0");
+  EXPECT_TRUE(e.linetype.empty());
+  e.layer = big5;
+  EXPECT_EQ(e.layer, big5);
 }
 
 }  // namespace
