@@ -372,7 +372,7 @@ class ChpropCommand : public Command {
       case State::kColor: return "\nNew color <" + Common([](const Entity& e) { return ColorName(e.color); }) + ">: ";
       case State::kLayer: return "\nNew layer <" + Common([](const Entity& e) { return e.layer; }) + ">: ";
       case State::kLinetype:
-        return "\nNew linetype <" + Common([](const Entity& e) { return e.linetype.empty() ? std::string("BYLAYER") : e.linetype; }) + ">: ";
+        return "\nNew linetype <" + Common([](const Entity& e) { return e.linetype.empty() ? std::string("BYLAYER") : e.linetype.str(); }) + ">: ";
       case State::kScale: return "\nNew linetype scale <" + Common([](const Entity& e) { return FormatNumber(e.Real(48, 1)); }) + ">: ";
       case State::kThickness: return "\nNew thickness <" + Common([](const Entity& e) { return FormatNumber(e.Real(39, 0)); }) + ">: ";
     }

@@ -31,7 +31,7 @@ class Drawing {
 
   // Model space in drawing order, sub-entities right after their owner,
   // erased records included (they are skipped by everything else).
-  const std::vector<Entity>& entities() const { return entities_; }
+  const EntityList& entities() const { return entities_; }
 
   // Appends a record and gives it a name and a handle; a sub-entity's owner
   // is the main entity last appended. Returns the new record's id.
@@ -71,7 +71,7 @@ class Drawing {
   void NoteHandle(uint32_t handle, size_t position);
 
   Tables tables_;
-  std::vector<Entity> entities_;
+  EntityList entities_;
   // Positions in entities_ plus one (0: none), by id from the first id: a
   // drawing's ids only grow, with gaps where other drawings took some.
   uint64_t first_id_ = 0;

@@ -7,66 +7,52 @@
 
 namespace vorhost {
 
-const Group* Entity::Find(int code) const {
-  for (const Group& g : groups)
-    if (g.code == code) return &g;
-  return nullptr;
+// A drawing keeps many records: keep them small (on 64-bit machines; the
+// emulator runs on nothing else).
+static_assert(sizeof(void*) != 8 || sizeof(Entity) <= 64, "a record grew past 64 bytes");
+
+std::optional<Group> Entity::Find(int code) const {
+  if (GroupList::Ref g = groups.Find(code)) return g.ToGroup();
+  return std::nullopt;
 }
 
 double Entity::Real(int code, double fallback) const {
-  const Group* g = Find(code);
-  if (!g) return fallback;
-  if (auto* d = std::get_if<double>(&g->value)) return *d;
-  if (auto* s = std::get_if<short>(&g->value)) return *s;
+  GroupList::Ref g = groups.Find(code);
+  if (g && g.is_real()) return g.real();
+  if (g && g.is_short()) return g.int16();
   return fallback;
 }
 
 Point3 Entity::Point(int code) const {
-  const Group* g = Find(code);
-  if (g)
-    if (auto* p = std::get_if<Point3>(&g->value)) return *p;
-  return {0, 0, 0};
+  GroupList::Ref g = groups.Find(code);
+  return g && g.is_point() ? g.point() : Point3{0, 0, 0};
 }
 
 short Entity::Short(int code, short fallback) const {
-  const Group* g = Find(code);
-  if (g)
-    if (auto* s = std::get_if<short>(&g->value)) return *s;
-  return fallback;
+  GroupList::Ref g = groups.Find(code);
+  return g && g.is_short() ? g.int16() : fallback;
 }
 
 long Entity::Long(int code, long fallback) const {
-  const Group* g = Find(code);
-  if (!g) return fallback;
-  if (auto* l = std::get_if<long>(&g->value)) return *l;
-  if (auto* s = std::get_if<short>(&g->value)) return *s;
+  GroupList::Ref g = groups.Find(code);
+  if (g && g.is_long()) return g.int32();
+  if (g && g.is_short()) return g.int16();
   return fallback;
 }
 
 std::string Entity::Text(int code, std::string_view fallback) const {
-  const Group* g = Find(code);
-  if (g)
-    if (auto* s = std::get_if<std::string>(&g->value)) return *s;
-  return std::string(fallback);
+  GroupList::Ref g = groups.Find(code);
+  return std::string(g && g.is_text() ? g.text() : fallback);
 }
 
-void Entity::Set(int code, GroupValue value) {
-  for (Group& g : groups)
-    if (g.code == code) {
-      g.value = std::move(value);
-      return;
-    }
-  groups.push_back({code, std::move(value)});
-}
+void Entity::Set(int code, GroupValue value) { groups.Set(code, value); }
 
-void Entity::Remove(int code) {
-  std::erase_if(groups, [code](const Group& g) { return g.code == code; });
-}
+void Entity::Remove(int code) { groups.Remove(code); }
 
 bool Entity::NumbersInRange() const {
-  for (const Group& g : groups) {
-    if (auto* d = std::get_if<double>(&g.value); d && !InRange(*d)) return false;
-    if (auto* p = std::get_if<Point3>(&g.value); p && !InRange(*p)) return false;
+  for (GroupList::Ref g : groups) {
+    if (g.is_real() && !InRange(g.real())) return false;
+    if (g.is_point() && !InRange(g.point())) return false;
   }
   return true;
 }

@@ -12,43 +12,39 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
 
 #include "emulator/core/numbers.h"
+#include "emulator/drawing/group_list.h"
+#include "emulator/drawing/record_name.h"
 
 namespace vorhost {
-
-// The value of one group: its kind follows from the group code (see
-// ValueOf in core/resbuf.h): texts, reals, points, 16-bit and 32-bit ints.
-using GroupValue = std::variant<std::string, double, Point3, short, long>;
-
-struct Group {
-  int code;
-  GroupValue value;
-};
 
 class Entity {
  public:
   Entity() = default;
-  explicit Entity(std::string kind) : type(std::move(kind)) {}
+  explicit Entity(RecordName kind) : type(kind) {}
 
-  std::string type;          // "LINE", "VERTEX", "LWPOLYLINE", ...
+  // (Largest members first: a drawing keeps many records, 64 bytes each.)
+  RecordName type;           // "LINE", "VERTEX", "LWPOLYLINE", ...
+  RecordName layer = "0";
+  RecordName linetype;       // empty: BYLAYER (no group 6)
   uint64_t id = 0;           // the entity name's number, unique in a session
-  uint32_t handle = 0;       // group 5, unique in the drawing
-  bool erased = false;
-  std::string layer = "0";
-  std::string linetype;      // empty: BYLAYER (no group 6)
-  short color = kColorByLayer;  // 256: BYLAYER (no group 62)
   uint64_t owner = 0;        // VERTEX, ATTRIB, SEQEND: the id of their main entity
+  uint32_t handle = 0;       // group 5, unique in the drawing
+  short color = kColorByLayer;  // 256: BYLAYER (no group 62)
+  bool erased = false;
 
   // Groups other than -1, 0, 5, 6, 8 and 62, in the host's order. Angles
   // are radians, as ads_entget gives them.
-  std::vector<Group> groups;
+  GroupList groups;
 
-  const Group* Find(int code) const;
+  std::optional<Group> Find(int code) const;
   double Real(int code, double fallback = 0) const;
   Point3 Point(int code) const;  // (0,0,0) when missing
   short Short(int code, short fallback = 0) const;
@@ -68,6 +64,12 @@ class Entity {
   // SEQEND): such records are never main entities.
   bool IsSubEntity() const { return type == "VERTEX" || type == "ATTRIB" || type == "SEQEND"; }
 };
+
+// Records in drawing order, a drawing's or a block's. A deque, not a vector:
+// a record stays where it is while more are appended (pointers handed out by
+// the drawing stay good), and a drawing of a hundred thousand records grows
+// without ever copying them all to a twice larger block.
+using EntityList = std::deque<Entity>;
 
 }  // namespace vorhost
 

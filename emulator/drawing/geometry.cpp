@@ -28,7 +28,7 @@ struct Transform {
 // Transforms applied to a block's points, innermost first.
 using Transforms = std::vector<Transform>;
 
-void AddRecords(const Drawing& drawing, const std::vector<Entity>& records, const Transforms& ts,
+void AddRecords(const Drawing& drawing, const EntityList& records, const Transforms& ts,
                 int depth, InsertBudget* budget, std::vector<Chain>* out);
 
 Chain TextChain(const Drawing& drawing, const Entity& e) {
@@ -45,7 +45,7 @@ Chain TextChain(const Drawing& drawing, const Entity& e) {
 }
 
 // The chain of a polyline from its vertices (records after index first).
-Chain PolylineChain(const std::vector<Entity>& records, size_t first, bool closed) {
+Chain PolylineChain(const EntityList& records, size_t first, bool closed) {
   std::vector<const Entity*> vertices;
   for (size_t i = first + 1; i < records.size() && records[i].type == "VERTEX"; i++)
     vertices.push_back(&records[i]);
@@ -96,7 +96,7 @@ void AddInsertCells(const Drawing& drawing, const Entity& e, const BlockRecord& 
     }
 }
 
-void AddRecord(const Drawing& drawing, const std::vector<Entity>& records, size_t i,
+void AddRecord(const Drawing& drawing, const EntityList& records, size_t i,
                const Transforms& ts, int depth, InsertBudget* budget, std::vector<Chain>* out) {
   const Entity& e = records[i];
   if (depth > 0 && !budget->Spend()) return;
@@ -126,7 +126,7 @@ void AddRecord(const Drawing& drawing, const std::vector<Entity>& records, size_
   out->push_back(std::move(chain));
 }
 
-void AddRecords(const Drawing& drawing, const std::vector<Entity>& records, const Transforms& ts,
+void AddRecords(const Drawing& drawing, const EntityList& records, const Transforms& ts,
                 int depth, InsertBudget* budget, std::vector<Chain>* out) {
   for (size_t i = 0; i < records.size() && !budget->spent(); i++)
     if (!records[i].erased && !records[i].IsSubEntity())

@@ -107,19 +107,19 @@ std::vector<Group> LayOut(std::string_view type, std::vector<Group> groups, cons
   return out;
 }
 
-std::vector<const Group*> GroupsInOrder(const Entity& e) {
-  std::vector<const Group*> out;
-  std::vector<bool> used(e.groups.size(), false);
+std::vector<Group> GroupsInOrder(const Entity& e) {
+  std::vector<Group> groups = e.groups.ToVector(), out;
+  std::vector<bool> used(groups.size(), false);
   if (const std::vector<GroupSlot>* layout = LayoutOf(e.type))
     for (const GroupSlot& slot : *layout)
-      for (size_t i = 0; i < e.groups.size(); i++)
-        if (!used[i] && e.groups[i].code == slot.code) {
+      for (size_t i = 0; i < groups.size(); i++)
+        if (!used[i] && groups[i].code == slot.code) {
           used[i] = true;
-          out.push_back(&e.groups[i]);
+          out.push_back(groups[i]);
           break;
         }
-  for (size_t i = 0; i < e.groups.size(); i++)
-    if (!used[i]) out.push_back(&e.groups[i]);
+  for (size_t i = 0; i < groups.size(); i++)
+    if (!used[i]) out.push_back(std::move(groups[i]));
   return out;
 }
 

@@ -43,7 +43,7 @@ std::vector<Group> LayOut(std::string_view type, std::vector<Group> groups,
 
 // The record's groups in the layout's order, the others after them, none
 // added: the order the dump writes them in.
-std::vector<const Group*> GroupsInOrder(const Entity& e);
+std::vector<Group> GroupsInOrder(const Entity& e);
 
 }  // namespace vorhost
 

@@ -37,7 +37,7 @@ struct BlockRecord {
   std::string name;
   Point3 base{0, 0, 0};
   short flags = 0;  // 2: has attribute definitions
-  std::vector<Entity> entities;
+  EntityList entities;
 };
 
 // One element of a linetype's pattern: a dash (length > 0), a gap (< 0) or

@@ -45,11 +45,11 @@ void DumpRecord(const Entity& e, const std::string& indent, std::string* out) {
   *out += indent + e.type + " layer=" + Quoted(e.layer) +
           " linetype=" + (e.linetype.empty() ? "BYLAYER" : Quoted(e.linetype)) +
           " color=" + std::to_string(e.color);
-  for (const Group* g : GroupsInOrder(e)) *out += " " + std::to_string(g->code) + "=" + Value(g->value);
+  for (const Group& g : GroupsInOrder(e)) *out += " " + std::to_string(g.code) + "=" + Value(g.value);
   *out += "\n";
 }
 
-void DumpRecords(const std::vector<Entity>& records, const std::string& indent, std::string* out) {
+void DumpRecords(const EntityList& records, const std::string& indent, std::string* out) {
   for (const Entity& e : records)
     if (!e.erased) DumpRecord(e, e.IsSubEntity() ? indent + "  " : indent, out);
 }

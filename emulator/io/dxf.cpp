@@ -200,7 +200,7 @@ void WriteEntity(const Entity& e, uint32_t handle, GroupSink* out) {
 
 // Model space's handles are unique already and reserved in handles; a
 // block's records keep theirs only when no other record has it.
-void WriteEntities(const std::vector<Entity>& records, bool reserved, HandleBook* handles,
+void WriteEntities(const EntityList& records, bool reserved, HandleBook* handles,
                    GroupSink* out) {
   for (const Entity& e : records) {
     if (e.erased) continue;
@@ -284,7 +284,7 @@ void WriteLtypeTable(const Tables& tables, GroupSink* out) {
 // (a reader would make it with these defaults anyway).
 void WriteLayerTable(const Drawing& drawing, GroupSink* out) {
   SymbolTable<LayerRecord> layers = drawing.tables().layers();
-  auto note = [&](const std::vector<Entity>& records) {
+  auto note = [&](const EntityList& records) {
     for (const Entity& e : records)
       if (!e.erased && !layers.Find(e.layer)) layers.Put(LayerRecord{e.layer});
   };
@@ -321,7 +321,7 @@ void WriteStyleTable(const Tables& tables, GroupSink* out) {
 // ACAD and every application whose extended data a record carries.
 void WriteAppidTable(const Drawing& drawing, GroupSink* out) {
   std::set<std::string> apps{"ACAD"};
-  auto note = [&](const std::vector<Entity>& records) {
+  auto note = [&](const EntityList& records) {
     for (const Entity& e : records)
       for (const Group& g : e.groups)
         if (auto* s = std::get_if<std::string>(&g.value); s && g.code == dxf::kCodeAppName)

@@ -205,7 +205,7 @@ class Parser {
   bool ReadBlocks();
   // The block an INSERT names, and the line of the name.
   using InsertLines = std::vector<std::pair<std::string, int>>;
-  bool ReadEntities(std::vector<Entity>* out, std::string_view end, InsertLines* insert_lines = nullptr);
+  bool ReadEntities(EntityList* out, std::string_view end, InsertLines* insert_lines = nullptr);
   bool CheckBlockCycles();
   bool ReadEntitiesSection();
   bool ReadEntity(std::string_view type, std::span<const RawGroup> raws, const Entity* polyline,
@@ -439,7 +439,9 @@ bool Parser::ReadTableEntry(std::string_view type, std::span<const RawGroup> raw
   // A linetype's total length (40) is not read: the host sums its elements.
   std::vector<RawGroup> kept(raws.begin(), raws.end());
   if (type == "LTYPE") std::erase_if(kept, [](const RawGroup& g) { return g.code == 40; });
-  if (!in_.Convert(kept, &entry.groups)) return false;
+  std::vector<Group> groups;
+  if (!in_.Convert(kept, &groups)) return false;
+  entry.groups = groups;
   if (type == "LTYPE") {
     std::vector<std::pair<size_t, uint32_t>> styles;
     LinetypeRecord t = ReadLinetype(entry, &styles);
@@ -453,7 +455,7 @@ bool Parser::ReadTableEntry(std::string_view type, std::span<const RawGroup> raw
     StyleRecord s{entry.Text(2),     entry.Text(3, "txt"), entry.Text(4),
                   entry.Real(40),    entry.Real(41, 1),    dxf::DegreesToRadians(entry.Real(50)),
                   entry.Real(42, 2.5), entry.Short(70),    entry.Short(71)};
-    if (uint32_t h = HandleOf(entry.groups)) style_handles_[h] = s.name;
+    if (uint32_t h = HandleOf(groups)) style_handles_[h] = s.name;
     drawing_.tables().styles().Put(std::move(s));
   }
   return true;
@@ -485,7 +487,7 @@ void Parser::ResolveLinetypeStyles() {
 bool Parser::ReadEntity(std::string_view type, std::span<const RawGroup> raws,
                         const Entity* polyline, Entity* e) {
   e->type = std::string(type);
-  std::vector<Group> groups;
+  std::vector<Group> groups, kept;
   if (!in_.Convert(raws, &groups)) return false;
   bool keep_markers = !dxf::IsR12Type(type) && dxf::SubclassMarkerOf(type).empty();
   bool degrees = dxf::IsDegreeType(type);
@@ -502,19 +504,19 @@ bool Parser::ReadEntity(std::string_view type, std::span<const RawGroup> raws,
     } else if (g.code != dxf::kCodeSubclass || keep_markers) {
       if (degrees && (g.code == 50 || g.code == 51))
         if (auto* d = std::get_if<double>(&g.value)) *d = dxf::DegreesToRadians(*d);
-      e->groups.push_back(std::move(g));
+      kept.push_back(std::move(g));
     }
   }
   // The host's own types in the host's group order, with its defaults for
   // what the file left out (a vertex's widths default to its polyline's).
-  e->groups = LayOut(e->type, std::move(e->groups), e->type == "VERTEX" ? polyline : nullptr);
+  e->groups = LayOut(e->type, std::move(kept), e->type == "VERTEX" ? polyline : nullptr);
   return true;
 }
 
 // Records up to the group 0 named end (ENDSEC or ENDBLK), which is left
 // for the caller; with insert_lines, the block each INSERT names and the
 // line where it does.
-bool Parser::ReadEntities(std::vector<Entity>* out, std::string_view end, InsertLines* insert_lines) {
+bool Parser::ReadEntities(EntityList* out, std::string_view end, InsertLines* insert_lines) {
   std::optional<size_t> polyline;  // index in *out of the open POLYLINE
   while (!in_.SectionEnds()) {
     if (in_.At(0, end)) return true;
@@ -545,7 +547,9 @@ bool Parser::ReadBlocks() {
   while (in_.NextRecord(&type, &raws, &ended)) {
     if (type != "BLOCK") continue;
     Entity head;
-    if (!in_.Convert(raws, &head.groups)) return false;
+    std::vector<Group> groups;
+    if (!in_.Convert(raws, &groups)) return false;
+    head.groups = groups;
     BlockRecord block{head.Text(2), head.Point(10), head.Short(70), {}};
     InsertLines inserts;
     if (!ReadEntities(&block.entities, "ENDBLK", &inserts)) return false;
@@ -558,7 +562,7 @@ bool Parser::ReadBlocks() {
 }
 
 bool Parser::ReadEntitiesSection() {
-  std::vector<Entity> records;
+  EntityList records;
   if (!ReadEntities(&records, "ENDSEC")) return false;
   in_.Skip();
   for (Entity& e : records) drawing_.Append(std::move(e));

@@ -22,19 +22,19 @@ class Walker {
   Walker(const Drawing& drawing, const std::function<void(const PlacedRecord&)>& visit)
       : tables_(drawing.tables()), visit_(visit) {}
 
-  void Walk(const std::vector<Entity>& records, const Context& ctx);
+  void Walk(const EntityList& records, const Context& ctx);
 
  private:
   const LayerRecord* Layer(const Entity& e, const Context& ctx) const {
     return tables_.layers().Find(EffectiveLayer(e, ctx));
   }
   std::string EffectiveLayer(const Entity& e, const Context& ctx) const {
-    return e.layer == "0" && ctx.depth > 0 ? ctx.layer : e.layer;
+    return e.layer == "0" && ctx.depth > 0 ? ctx.layer : e.layer.str();
   }
   short Color(const Entity& e, const Context& ctx) const;
   std::string LinetypeName(const Entity& e, const Context& ctx) const;
-  void Insert(const std::vector<Entity>& records, size_t i, const Context& ctx);
-  void Visit(const Entity& e, std::span<const Entity> vertices, const Context& ctx);
+  void Insert(const EntityList& records, size_t i, const Context& ctx);
+  void Visit(const Entity& e, RecordRun vertices, const Context& ctx);
 
   const Tables& tables_;
   const std::function<void(const PlacedRecord&)>& visit_;
@@ -65,12 +65,12 @@ std::string Walker::LinetypeName(const Entity& e, const Context& ctx) const {
 // with extrusion 0,0,-1 (mirrored arcs and texts from some programs) has
 // its x axis reversed; the host's own records are already there.
 Affine ObjectFrame(const Entity& e) {
-  const Group* g = e.Find(210);
+  std::optional<Group> g = e.Find(210);
   if (e.type == "LINE" || !g || !std::holds_alternative<Point3>(g->value)) return {};
   return std::get<Point3>(g->value)[2] < 0 ? Affine{-1, 0, 0, 1, 0, 0} : Affine{};
 }
 
-void Walker::Visit(const Entity& e, std::span<const Entity> vertices, const Context& ctx) {
+void Walker::Visit(const Entity& e, RecordRun vertices, const Context& ctx) {
   if (Hidden(Layer(e, ctx)) || e.Short(67) == 1) return;
   if (ctx.depth > 0 && !budget_.Spend()) return;
   PlacedRecord placed;
@@ -88,7 +88,7 @@ void Walker::Visit(const Entity& e, std::span<const Entity> vertices, const Cont
 // (a plain reference has one), then the attributes after the reference.
 // A reference in model space starts a budget of its own; the cells and
 // records past it are left out.
-void Walker::Insert(const std::vector<Entity>& records, size_t i, const Context& ctx) {
+void Walker::Insert(const EntityList& records, size_t i, const Context& ctx) {
   const Entity& e = records[i];
   const LayerRecord* layer = Layer(e, ctx);
   if ((layer && (layer->flags & 1)) || e.Short(67) == 1) return;
@@ -119,7 +119,7 @@ void Walker::Insert(const std::vector<Entity>& records, size_t i, const Context&
     if (!records[k].erased && !(records[k].Short(70) & 1)) Visit(records[k], {}, ctx);
 }
 
-void Walker::Walk(const std::vector<Entity>& records, const Context& ctx) {
+void Walker::Walk(const EntityList& records, const Context& ctx) {
   for (size_t i = 0; i < records.size() && !(ctx.depth > 0 && budget_.spent()); i++) {
     const Entity& e = records[i];
     if (e.erased || e.IsSubEntity()) continue;
@@ -128,7 +128,7 @@ void Walker::Walk(const std::vector<Entity>& records, const Context& ctx) {
     } else if (e.type == "POLYLINE") {
       size_t end = i + 1;
       while (end < records.size() && records[end].type == "VERTEX") end++;
-      Visit(e, std::span<const Entity>(records).subspan(i + 1, end - i - 1), ctx);
+      Visit(e, RecordRun(records.begin() + i + 1, records.begin() + end), ctx);
     } else if (e.type != "ATTDEF" || ctx.depth == 0) {
       Visit(e, {}, ctx);
     }

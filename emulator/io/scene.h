@@ -6,7 +6,7 @@
 #define VORHOST_IO_SCENE_H
 
 #include <functional>
-#include <span>
+#include <ranges>
 
 #include "emulator/drawing/drawing.h"
 
@@ -28,10 +28,13 @@ struct Affine {
   double Scale() const;
 };
 
+// A run of consecutive records of a drawing or block.
+using RecordRun = std::ranges::subrange<EntityList::const_iterator>;
+
 // One record to draw, where and how.
 struct PlacedRecord {
   const Entity* record = nullptr;  // never an INSERT, VERTEX or SEQEND
-  std::span<const Entity> vertices;  // a POLYLINE's VERTEX records
+  RecordRun vertices;                // a POLYLINE's VERTEX records
   Affine transform;                  // record coordinates to world
   short color = 7;                   // 1 to 255
   const LinetypeRecord* linetype = nullptr;  // nullptr: continuous

@@ -115,7 +115,7 @@ std::vector<Vertex> LwpolylineVertices(const Entity& e) {
 }
 
 // Vertices that draw: spline frame points (flag 16) are only controls.
-std::vector<Vertex> PolylineVertices(std::span<const Entity> records) {
+std::vector<Vertex> PolylineVertices(const RecordRun& records) {
   std::vector<Vertex> out;
   for (const Entity& v : records)
     if (!v.erased && !(v.Short(70) & 16))

@@ -53,7 +53,7 @@ TEST(LayoutTest, TheDumpOrderPutsLayoutGroupsFirstAndAddsNothing) {
   Entity e("LINE");
   e.groups = {{39, 1.0}, {11, Point3{}}, {10, Point3{}}};
   std::string codes;
-  for (const Group* g : GroupsInOrder(e)) codes += std::to_string(g->code) + " ";
+  for (const Group& g : GroupsInOrder(e)) codes += std::to_string(g.code) + " ";
   EXPECT_EQ(codes, "10 11 39 ");
 }
 

@@ -68,7 +68,7 @@ std::string LwpolylineRows(const Entity& e) {
   return VertexRows(rows);
 }
 
-std::string EntityJson(const std::vector<Entity>& records, size_t i) {
+std::string EntityJson(const EntityList& records, size_t i) {
   const Entity& e = records[i];
   std::string s = "{\"type\": \"" + e.type + "\", \"handle\": \"" + Handle(e.handle) +
                   "\", \"layer\": " + Json(e.layer) + ", \"linetype\": " +

@@ -35,16 +35,17 @@ inline double Degrees(double d) { return d * M_PI / 180; }
 inline Entity Text(std::string type, Point3 at, double height, std::string text, std::string style,
                    double rotation = 0, std::string tag = "", std::string prompt = "") {
   Entity e(type);
-  e.groups = {{10, at}, {40, height}, {1, std::move(text)}};
+  std::vector<Group> groups = {{10, at}, {40, height}, {1, std::move(text)}};
   if (type != "TEXT") {
-    e.groups.push_back({2, std::move(tag)});
-    if (type == "ATTDEF") e.groups.push_back({3, std::move(prompt)});
-    e.groups.push_back({70, short{0}});
-    e.groups.push_back({73, short{0}});
+    groups.push_back({2, std::move(tag)});
+    if (type == "ATTDEF") groups.push_back({3, std::move(prompt)});
+    groups.push_back({70, short{0}});
+    groups.push_back({73, short{0}});
   }
-  e.groups.insert(e.groups.end(), {{50, rotation}, {41, 1.0}, {51, 0.0}, {7, std::move(style)},
-                                   {71, short{0}}, {72, short{0}}});
-  e.groups.push_back({type == "TEXT" ? 73 : 74, short{0}});
+  groups.insert(groups.end(), {{50, rotation}, {41, 1.0}, {51, 0.0}, {7, std::move(style)},
+                               {71, short{0}}, {72, short{0}}});
+  groups.push_back({type == "TEXT" ? 73 : 74, short{0}});
+  e.groups = groups;
   return e;
 }
 
@@ -123,7 +124,9 @@ inline void AddTexts(Drawing* d) {
   // Middle-justified: the host keeps the given point in 11, before 73.
   Entity m = Text("TEXT", {187, -136, 0}, 25, "M", "ROMANSAEH");
   m.Set(72, short{4});
-  m.groups.insert(m.groups.end() - 1, Group{11, Point3{200, -130, 0}});
+  std::vector<Group> groups = m.groups.ToVector();
+  groups.insert(groups.end() - 1, Group{11, Point3{200, -130, 0}});
+  m.groups = groups;
   d->Append(m);
 }
 
