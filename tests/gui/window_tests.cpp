@@ -14,6 +14,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTemporaryDir>
 #include <QTreeWidget>
 #include <QWheelEvent>
 #include <QtTest>
@@ -29,6 +30,7 @@
 #include "app/gui/dialog_window.h"
 #include "app/gui/editor_window.h"
 #include "app/gui/main_window.h"
+#include "app/gui/question_windows.h"
 #include "app/gui/snap.h"
 #include "app/gui/window_user.h"
 #include "emulator/core/answer.h"
@@ -369,6 +371,46 @@ class WindowTest : public QObject {
     QVERIFY(dump.find("10=(0,100,0)") != std::string::npos);
   }
 
+  // The objects highlighted are the host's set as it stands after each
+  // answer: everything for ALL typed, less a line removed by a click that
+  // only the host's pick box reaches; nothing once the selection ends.
+  void highlightFollowsTheHost() {
+    WindowSession s;
+    s.window.view().SetView({500, 100, 0}, 1);
+    std::vector<std::vector<uint64_t>> chosen;
+    std::vector<size_t> outlines;
+    auto note = [&] {
+      chosen.push_back(s.user.chosen());
+      outlines.push_back(s.window.view().highlight().size());
+    };
+    s.Play({
+        [&] { s.Type("LINE"); }, [&] { s.Type("0,0"); }, [&] { s.Type("1000,0"); }, [&] { s.Type("1000,200"); },
+        [&] { s.Type(""); },
+        [&] { s.Type("CHPROP"); },
+        [&] {
+          note();
+          s.Type("ALL");
+        },
+        [&] {
+          note();
+          s.Type("R");
+        },
+        [&] { s.Click({500, 8, 0}); },  // 8 pixels off: beyond the window's pick box, inside the host's
+        [&] {
+          note();
+          s.Type("");
+        },
+        [&] {
+          note();
+          QTest::keyClick(s.window.pane().line(), Qt::Key_Escape);
+        },
+    });
+    std::vector<uint64_t> lines = s.host->document().drawing().MainEntities();
+    QCOMPARE(lines.size(), size_t{2});
+    QVERIFY(chosen == (std::vector<std::vector<uint64_t>>{{}, lines, {lines[1]}, {}}));
+    QCOMPARE(outlines, (std::vector<size_t>{0, 2, 1, 0}));
+  }
+
   // Every dialog of the module's files: each keyed tile has a widget of
   // its kind, greyed when the tile or a cluster around it is disabled, and
   // every key docs/dialogs.md names is there, as the kind it says.
@@ -572,6 +614,7 @@ class WindowTest : public QObject {
     std::string shown;
     bool came_back = false;
     std::string window_dump;
+    std::vector<uint64_t> picked, lines;
     {
       WindowSession s;
       s.window.view().SetView({200, -50, 0}, 0.5);
@@ -591,15 +634,22 @@ class WindowTest : public QObject {
           [&] { s.Press("dimline"); },
           [&] { s.Press("changeline"); },
           [&] { s.Drag({-50, 50, 0}, {450, -150, 0}); },
-          [&] { s.Type(""); },
+          [&] {
+            picked = s.user.chosen();
+            s.Type("");
+          },
           [&] {
             came_back = s.user.top_window() && s.Top().dialog_name() == "VOR_ELINE_0";
             s.Press("accept");
           },
       });
       window_dump = s.Dump();
+      for (uint64_t id : s.host->document().drawing().MainEntities())
+        if (s.host->document().drawing().Find(id)->type == "LINE") lines.push_back(id);
     }
     QVERIFY(came_back);
+    std::sort(picked.begin(), picked.end());
+    QVERIFY(picked == lines);  // the module's ads_ssget showed what the window took
     QVERIFY2(window_dump.find("ELINE1") != std::string::npos, window_dump.c_str());
     std::string script_dump = ScriptDump({"(setq VORMIS \"C:/VOR\")", "(VOR_LT_LO)", "LINE", At(a), At(b), "", "LINE", At(c),
                                           At(d), "", "(VOR_ELINE)", "select eline 0", "toggle dimline",
@@ -755,6 +805,57 @@ class WindowTest : public QObject {
     QVERIFY(!help_text.isEmpty() && !help_text.contains('\r'));
     QVERIFY2(keys_text.contains("(VOR_ELINE)"), qPrintable(keys_text.left(300)));
     QVERIFY(keys_text.contains("F1 shows this help"));
+  }
+
+  // A script playing in the window: the windows of ACAD_COLORDLG, W1, W2
+  // and ADS_HELP open with the script's answer in them, are written as
+  // screenshots, and close; the host gets the script's answers as when it
+  // plays alone.
+  void scriptOperatesTheFunctionsWindows() {
+    const std::vector<std::string> lines = {
+        "(acad_colordlg 7 nil)", "30", "(acad_colordlg 7)", "#cancel", "(acad_colordlg 7)", "BYLAYER",
+        "(w1 \"old\" \"Note\")", "new text", "(w1 \"old\" \"Note\")", "",
+        "(ads_help \"VORMIS.HLP\" \"file_con\")", "(setq VORMIS \"C:/VOR\")", "(VOR_ELINE)", "press editfile",
+        "#keep", "cancel"};
+    std::string played_transcript, alone_transcript;
+    std::vector<std::string> played, shots;
+    QTemporaryDir dir;
+    {
+      WindowSession s;
+      ScriptUser script(*s.host, "played", lines);
+      s.user.set_script(&script, true);
+      s.user.set_screenshots(dir.path().toStdString());
+      s.user.on_played = [&](QDialog& window) {
+        std::string seen = window.windowTitle().toStdString() + ": ";
+        if (auto* colour = qobject_cast<ColourWindow*>(&window)) seen += std::to_string(colour->chosen());
+        else if (auto* text = qobject_cast<TextWindow*>(&window)) seen += text->line()->text().toStdString();
+        else if (auto* editor = qobject_cast<EditorWindow*>(&window)) seen += std::to_string(editor->editor()->blockCount() > 1);
+        else if (auto* help = qobject_cast<HelpWindow*>(&window)) seen += std::to_string(!help->text()->toPlainText().isEmpty());
+        played.push_back(seen + (window.isVisible() ? "" : " (hidden)"));
+      };
+      s.Play({});
+      QVERIFY2(!script.failed(), script.failure().c_str());
+      played_transcript = s.host->transcript().text();
+      for (const std::string& shot : s.user.shots()) shots.push_back(std::filesystem::path(shot).filename());
+    }
+    {
+      Drive drive;
+      ScriptUser script(*drive.host, "played", lines);
+      drive.host->console().set_user(&script);
+      drive.host->module().Load(acrxEntryPoint);
+      drive.host->command_line().Run();
+      drive.host->module().Unload();
+      alone_transcript = drive.host->transcript().text();
+    }
+    QCOMPARE(played_transcript, alone_transcript);
+    const std::vector<std::string> want_played = {
+        "Select Color: 30", "Select Color: 7", "Select Color: 256", "Note: new text", "Note: old",
+        "Help: file_con: 1", "Editing C:\\VOR\\ELINE.CAT: 1"};
+    QVERIFY2(played == want_played, [&] { std::string t; for (auto& p : played) t += "[" + p + "]"; return t; }().c_str());
+    const std::vector<std::string> want_shots = {"01-ACAD_COLORDLG.png", "02-ACAD_COLORDLG.png", "03-ACAD_COLORDLG.png",
+                                                 "04-W1.png", "05-W1.png", "06-ADS_HELP.png", "07-VOR_ELINE_0.png",
+                                                 "08-W2.png"};
+    QVERIFY2(shots == want_shots, [&] { std::string t; for (auto& p : shots) t += "[" + p + "]"; return t; }().c_str());
   }
 
   // Closing the window with a changed drawing asks to save it: Cancel
@@ -917,35 +1018,46 @@ class WindowTest : public QObject {
     }
   }
 
-  // LINE's "To point:" has its line from the point before it.
-  void rubberBandAtLinePrompts() {
-    WindowSession s;
-    s.window.view().SetView({0, 0, 0}, 1);
-    std::vector<std::optional<Point3>> bases;
-    Point3 first{}, second{};
-    s.Play({
-        [&] { s.Type("LINE"); },
-        [&] {
+  // LINE's "To point:" has its line from the point before it; ARC's
+  // second point from its start, its end point from the second.
+  void rubberBandAtDrawingPrompts() {
+    struct Case {
+      const char* command;
+      std::vector<Point3> clicks;
+      const char* last;  // what ends the command after the clicks, if anything
+    };
+    const Case cases[] = {
+        {"LINE", {{-100, 0, 0}, {100, 0, 0}}, ""},
+        {"ARC", {{-100, 0, 0}, {0, 100, 0}, {100, 0, 0}}, nullptr},
+    };
+    for (const Case& c : cases) {
+      WindowSession s;
+      s.window.view().SetView({0, 0, 0}, 1);
+      std::vector<std::optional<Point3>> bases;
+      std::vector<Point3> clicked;
+      std::vector<std::function<void()>> steps = {[&] { s.Type(c.command); }};
+      for (const Point3& p : c.clicks)
+        steps.push_back([&, p] {
           bases.push_back(s.window.view().base());
-          first = s.Click({-100, 0, 0});
-        },
-        [&] {
-          bases.push_back(s.window.view().base());
-          second = s.Click({100, 0, 0});
-        },
-        [&] {
-          bases.push_back(s.window.view().base());
-          s.Type("");
-        },
-        [&] {
-          bases.push_back(s.window.view().base());
-          s.window.close();
-        },
-    });
-    QCOMPARE(bases.size(), size_t(4));
-    QVERIFY(!bases[0] && !bases[3]);  // From point:, Command:
-    QVERIFY(bases[1] && (*bases[1])[0] == first[0] && (*bases[1])[1] == first[1]);
-    QVERIFY(bases[2] && (*bases[2])[0] == second[0]);
+          clicked.push_back(s.Click(p));
+        });
+      if (c.last) steps.push_back([&] {
+        bases.push_back(s.window.view().base());
+        s.Type(c.last);
+      });
+      steps.push_back([&] {
+        bases.push_back(s.window.view().base());  // Command:
+        s.window.close();
+      });
+      s.Play(steps);
+      QCOMPARE(bases.size(), c.clicks.size() + (c.last ? 2 : 1));
+      QVERIFY2(!bases.front() && !bases.back(), c.command);
+      for (size_t k = 1; k + 1 < bases.size(); k++) {
+        QVERIFY2(bases[k], c.command);
+        QCOMPARE((*bases[k])[0], clicked[k - 1][0]);
+        QCOMPARE((*bases[k])[1], clicked[k - 1][1]);
+      }
+    }
   }
 
   // Panels from two schedules chosen in order in the file browser, placed
