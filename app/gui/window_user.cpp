@@ -451,33 +451,46 @@ void WindowUser::Misstep(const std::string& why) {
 
 bool WindowUser::Shoot(const std::string& name, QWidget* over, std::string* err) {
   // With a dialog over it, the drawing is fitted into the part of the view
-  // left of the dialog, which stands at the right.
-  constexpr int kMargin = 16;
+  // left of the dialog, which stands at the right; the dialogs it is over
+  // stand behind it, each a step up and to the right of the one above it.
+  constexpr int kMargin = 16, kStep = 28;
+  std::vector<QWidget*> stack;
+  if (over) {
+    for (Shown& shown : windows_)
+      if (shown.window.get() != over && shown.window->isVisible()) stack.push_back(shown.window.get());
+    stack.push_back(over);
+  }
+  int widest = 0;
+  for (size_t k = 0; k < stack.size(); k++) widest = std::max(widest, stack[k]->width() + static_cast<int>(k) * kStep);
   DrawingView& view = window_.view();
   if (over && view.fitting()) {
-    int left = view.width() - over->width() - 2 * kMargin;
+    int left = view.width() - widest - 2 * kMargin;
     if (left > view.width() / 4) view.ZoomExtentsInto(QRectF(kMargin, kMargin, left, view.height() - 2 * kMargin));
   }
   QPixmap picture = window_.grab();
   if (over && view.fitting()) view.ZoomExtents();
-  if (over) {
-    // The dialog over the window, with a title bar of its own: a window
-    // grabbed has no frame.
-    QPixmap dialog = over->grab();
-    QPainter painter(&picture);
-    int bar = over->fontMetrics().height() + 10;
-    QPoint view_at = view.mapTo(&window_, QPoint(0, 0));
-    QRect frame(std::max(0, view_at.x() + view.width() - dialog.width() - kMargin), view_at.y() + kMargin,
-                dialog.width(), dialog.height() + bar);
+  QPainter painter(&picture);
+  QPoint view_at = view.mapTo(&window_, QPoint(0, 0));
+  for (size_t k = 0; k < stack.size(); k++) {
+    // Each window with a title bar of its own: a window grabbed has no
+    // frame.
+    QWidget* window = stack[k];
+    QPixmap grabbed = window->grab();
+    int bar = window->fontMetrics().height() + 10;
+    int offset = static_cast<int>(k) * kStep;
+    QRect frame(std::max(0, view_at.x() + view.width() - grabbed.width() - kMargin - offset),
+                view_at.y() + kMargin + offset, grabbed.width(), grabbed.height() + bar);
     painter.fillRect(frame.translated(5, 5), QColor(0, 0, 0, 50));  // its shadow
-    painter.fillRect(QRect(frame.topLeft(), QSize(frame.width(), bar)), QColor(52, 101, 164));
+    painter.fillRect(QRect(frame.topLeft(), QSize(frame.width(), bar)),
+                     window == over ? QColor(52, 101, 164) : QColor(120, 135, 155));
     painter.setPen(Qt::white);
     painter.drawText(QRect(frame.topLeft() + QPoint(8, 0), QSize(frame.width() - 16, bar)),
-                     Qt::AlignVCenter | Qt::AlignLeft, over->windowTitle());
-    painter.drawPixmap(frame.topLeft() + QPoint(0, bar), dialog);
+                     Qt::AlignVCenter | Qt::AlignLeft, window->windowTitle());
+    painter.drawPixmap(frame.topLeft() + QPoint(0, bar), grabbed);
     painter.setPen(QColor(60, 60, 60));
     painter.drawRect(frame.adjusted(0, 0, -1, -1));
   }
+  painter.end();
   char number[8];
   std::snprintf(number, sizeof number, "%02zu", shots_.size() + 1);
   std::string path = screenshots_ + "/" + (over ? std::string(number) + "-" + name : name) + ".png";
