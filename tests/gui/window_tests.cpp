@@ -15,6 +15,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTemporaryDir>
+#include <QTextBlock>
 #include <QTreeWidget>
 #include <QWheelEvent>
 #include <QtTest>
@@ -805,6 +806,21 @@ class WindowTest : public QObject {
     QVERIFY(!help_text.isEmpty() && !help_text.contains('\r'));
     QVERIFY2(keys_text.contains("(VOR_ELINE)"), qPrintable(keys_text.left(300)));
     QVERIFY(keys_text.contains("F1 shows this help"));
+  }
+
+  // A help topic's columns line up however wide the font draws a Chinese
+  // character: each is two columns, as on the screen the file was written for.
+  void helpKeepsItsColumns() {
+    HelpWindow help(nullptr);
+    help.Show("t", QString::fromUtf8("依代號篩選   x\n選擇代號...  x\nabcdefghijkl x\n"));
+    QPlainTextEdit* text = help.text();
+    std::vector<int> xs;
+    for (int line = 0; line < 3; line++) {
+      QTextCursor cursor(text->document()->findBlockByNumber(line));
+      cursor.movePosition(QTextCursor::EndOfBlock);
+      xs.push_back(text->cursorRect(cursor).left());
+    }
+    QVERIFY2(xs[0] == xs[2] && xs[1] == xs[2], qPrintable(QString("%1 %2 %3").arg(xs[0]).arg(xs[1]).arg(xs[2])));
   }
 
   // A script playing in the window: the windows of ACAD_COLORDLG, W1, W2
