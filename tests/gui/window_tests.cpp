@@ -374,7 +374,8 @@ class WindowTest : public QObject {
 
   // The objects highlighted are the host's set as it stands after each
   // answer: everything for ALL typed, less a line removed by a click that
-  // only the host's pick box reaches; nothing once the selection ends.
+  // only the host's pick box reaches; nothing once the selection ends; a
+  // window and a crossing dragged.
   void highlightFollowsTheHost() {
     WindowSession s;
     s.window.view().SetView({500, 100, 0}, 1);
@@ -405,11 +406,23 @@ class WindowTest : public QObject {
           note();
           QTest::keyClick(s.window.pane().line(), Qt::Key_Escape);
         },
+        // A window round the middle of the first line takes nothing dragged
+        // left to right, and the line dragged right to left.
+        [&] { s.Type("ERASE"); },
+        [&] { s.Drag({400, -50, 0}, {600, 50, 0}); },
+        [&] {
+          note();
+          s.Drag({600, 50, 0}, {400, -50, 0});
+        },
+        [&] {
+          note();
+          QTest::keyClick(s.window.pane().line(), Qt::Key_Escape);
+        },
     });
     std::vector<uint64_t> lines = s.host->document().drawing().MainEntities();
     QCOMPARE(lines.size(), size_t{2});
-    QVERIFY(chosen == (std::vector<std::vector<uint64_t>>{{}, lines, {lines[1]}, {}}));
-    QCOMPARE(outlines, (std::vector<size_t>{0, 2, 1, 0}));
+    QVERIFY(chosen == (std::vector<std::vector<uint64_t>>{{}, lines, {lines[1]}, {}, {}, {lines[0]}}));
+    QCOMPARE(outlines, (std::vector<size_t>{0, 2, 1, 0, 0, 1}));
   }
 
   // Every dialog of the module's files: each keyed tile has a widget of
@@ -465,6 +478,52 @@ class WindowTest : public QObject {
       }
     QVERIFY(documented > 50);
     windows.clear();
+  }
+
+  // The module's dialogs as it opens them: each keyed tile's widget is
+  // greyed exactly where the module has disabled the tile, and follows it
+  // when a row chosen enables the buttons that need one.
+  void moduleDialogsGreyWhatItDisabled() {
+    WindowSession s;
+    std::vector<std::string> greyed;  // for each dialog seen, its name and the keys greyed
+    auto check = [&] {
+      Dialog* dialog = s.host->dialogs().top();
+      QVERIFY(dialog && s.user.top_window());
+      QCOMPARE(s.Top().dialog_name(), dialog->name());
+      std::string keys = dialog->name() + ":";
+      for (LiveTile* tile : dialog->KeyedTiles()) {
+        QWidget* widget = s.Top().WidgetFor(tile->key());
+        if (!WidgetKind(tile->kind())) continue;
+        QVERIFY2(widget && widget->isEnabled() == tile->Usable(), (dialog->name() + " " + tile->key()).c_str());
+        if (!tile->Usable()) keys += " " + tile->key();
+      }
+      greyed.push_back(keys);
+    };
+    s.Play({
+        [&] { s.Type("(setq VORMIS \"C:/VOR\")"); },
+        [&] { s.Type("(VOR_ELINE)"); },
+        [&] {
+          check();
+          s.ClickRow("eline", 0);
+        },
+        [&] {
+          check();
+          s.Press("editline");
+        },
+        [&] {
+          check();
+          s.Press("cancel");
+        },
+        [&] { s.Press("cancel"); },
+        [&] { s.Type("(VOR_ACF)"); },
+        [&] {
+          check();
+          s.Press("cancel");
+        },
+    });
+    QCOMPARE(greyed.size(), size_t{4});
+    QVERIFY2(greyed[0] != greyed[1], greyed[0].c_str());  // a row chosen enables its buttons
+    QVERIFY2(greyed[0].find(" del") != std::string::npos, greyed[0].c_str());
   }
 
   // What the user does in a dialog reaches the runtime as the events of
