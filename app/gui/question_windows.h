@@ -61,7 +61,6 @@ class ColourWindow : public QDialog {
   void Choose(int index);
 
  private:
-
   bool logical_;
   int chosen_ = -1;
   ColourGrid* grid_;
