@@ -482,7 +482,8 @@ class WindowTest : public QObject {
 
   // The module's dialogs as it opens them: each keyed tile's widget is
   // greyed exactly where the module has disabled the tile, and follows it
-  // when a row chosen enables the buttons that need one.
+  // when a row chosen enables the buttons that need one; a nested dialog
+  // is modal over its parent.
   void moduleDialogsGreyWhatItDisabled() {
     WindowSession s;
     std::vector<std::string> greyed;  // for each dialog seen, its name and the keys greyed
@@ -512,6 +513,9 @@ class WindowTest : public QObject {
         },
         [&] {
           check();
+          // The run type's dialog is modal over the list's.
+          auto* parent = qobject_cast<DialogWindow*>(s.Top().parentWidget());
+          QVERIFY(s.Top().isModal() && parent && parent->dialog_name() == "VOR_ELINE_0");
           s.Press("cancel");
         },
         [&] { s.Press("cancel"); },
