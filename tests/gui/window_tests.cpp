@@ -1097,46 +1097,35 @@ class WindowTest : public QObject {
     }
   }
 
-  // LINE's "To point:" has its line from the point before it; ARC's
-  // second point from its start, its end point from the second.
-  void rubberBandAtDrawingPrompts() {
-    struct Case {
-      const char* command;
-      std::vector<Point3> clicks;
-      const char* last;  // what ends the command after the clicks, if anything
-    };
-    const Case cases[] = {
-        {"LINE", {{-100, 0, 0}, {100, 0, 0}}, ""},
-        {"ARC", {{-100, 0, 0}, {0, 100, 0}, {100, 0, 0}}, nullptr},
-    };
-    for (const Case& c : cases) {
-      WindowSession s;
-      s.window.view().SetView({0, 0, 0}, 1);
-      std::vector<std::optional<Point3>> bases;
-      std::vector<Point3> clicked;
-      std::vector<std::function<void()>> steps = {[&] { s.Type(c.command); }};
-      for (const Point3& p : c.clicks)
-        steps.push_back([&, p] {
+  // LINE's "To point:" has its line from the point before it.
+  void rubberBandAtLinePrompts() {
+    WindowSession s;
+    s.window.view().SetView({0, 0, 0}, 1);
+    std::vector<std::optional<Point3>> bases;
+    Point3 first{}, second{};
+    s.Play({
+        [&] { s.Type("LINE"); },
+        [&] {
           bases.push_back(s.window.view().base());
-          clicked.push_back(s.Click(p));
-        });
-      if (c.last) steps.push_back([&] {
-        bases.push_back(s.window.view().base());
-        s.Type(c.last);
-      });
-      steps.push_back([&] {
-        bases.push_back(s.window.view().base());  // Command:
-        s.window.close();
-      });
-      s.Play(steps);
-      QCOMPARE(bases.size(), c.clicks.size() + (c.last ? 2 : 1));
-      QVERIFY2(!bases.front() && !bases.back(), c.command);
-      for (size_t k = 1; k + 1 < bases.size(); k++) {
-        QVERIFY2(bases[k], c.command);
-        QCOMPARE((*bases[k])[0], clicked[k - 1][0]);
-        QCOMPARE((*bases[k])[1], clicked[k - 1][1]);
-      }
-    }
+          first = s.Click({-100, 0, 0});
+        },
+        [&] {
+          bases.push_back(s.window.view().base());
+          second = s.Click({100, 0, 0});
+        },
+        [&] {
+          bases.push_back(s.window.view().base());
+          s.Type("");
+        },
+        [&] {
+          bases.push_back(s.window.view().base());
+          s.window.close();
+        },
+    });
+    QCOMPARE(bases.size(), size_t(4));
+    QVERIFY(!bases[0] && !bases[3]);  // From point:, Command:
+    QVERIFY(bases[1] && (*bases[1])[0] == first[0] && (*bases[1])[1] == first[1]);
+    QVERIFY(bases[2] && (*bases[2])[0] == second[0]);
   }
 
   // Panels from two schedules chosen in order in the file browser, placed
