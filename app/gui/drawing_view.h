@@ -68,6 +68,7 @@ class DrawingView : public QWidget {
   const std::optional<Point3>& base() const { return base_; }
   // The outlines of the objects chosen so far, drawn over the picture.
   void SetHighlight(std::vector<std::vector<Point3>> outlines);
+  const std::vector<std::vector<Point3>>& highlight() const { return highlight_; }
 
   // Called with a point clicked (kPoint, or a click in kObjects), and with
   // a window dragged in kObjects: from the first corner to the second, and

@@ -9,6 +9,7 @@
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTextCursor>
 #include <QVBoxLayout>
 
 #include "emulator/core/numbers.h"
@@ -26,6 +27,35 @@ constexpr int kHues = 24, kShades = 10;
 QColor ColourOf(int index) {
   Rgb rgb = AciRgb(index);
   return QColor(rgb.r, rgb.g, rgb.b);
+}
+
+// Help topics are laid out in columns for a screen where a Big5
+// character, of two bytes, takes two columns: each character beyond ASCII
+// is given the spacing that makes it two of the font's columns wide,
+// whatever the width of its glyph.
+void KeepColumns(QPlainTextEdit* edit) {
+  QFontMetricsF metrics(edit->font());
+  qreal column = metrics.horizontalAdvance(QLatin1Char('0'));
+  const QString text = edit->toPlainText();
+  QTextCursor cursor(edit->document());
+  for (qsizetype i = 0; i < text.size();) {
+    if (text[i].unicode() < 0x80 || text[i].isSurrogate()) {
+      i++;
+      continue;
+    }
+    qreal width = metrics.horizontalAdvance(text[i]);
+    qsizetype end = i + 1;
+    while (end < text.size() && text[end].unicode() >= 0x80 && !text[end].isSurrogate() &&
+           metrics.horizontalAdvance(text[end]) == width)
+      end++;
+    QTextCharFormat format;
+    format.setFontLetterSpacingType(QFont::AbsoluteSpacing);
+    format.setFontLetterSpacing(2 * column - width);
+    cursor.setPosition(static_cast<int>(i));
+    cursor.setPosition(static_cast<int>(end), QTextCursor::KeepAnchor);
+    cursor.mergeCharFormat(format);
+    i = end;
+  }
 }
 
 }  // namespace
@@ -70,8 +100,14 @@ void ColourGrid::paintEvent(QPaintEvent*) {
     painter.drawRect(cell.adjusted(0, 0, -1, -1));
   }
   if (chosen_ >= 1 && chosen_ <= 255) {
-    painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
-    painter.drawRect(CellRect(chosen_).adjusted(-1, -1, 0, 0));
+    // A black frame round the swatch and a white one inside it, seen on
+    // light and dark colours alike.
+    QRect cell = CellRect(chosen_);
+    painter.setPen(Qt::black);
+    painter.drawRect(cell.adjusted(-2, -2, 1, 1));
+    painter.drawRect(cell.adjusted(-1, -1, 0, 0));
+    painter.setPen(Qt::white);
+    painter.drawRect(cell.adjusted(0, 0, -1, -1));
   }
 }
 
@@ -181,6 +217,7 @@ HelpWindow::HelpWindow(QWidget* parent) : QDialog(parent) {
 void HelpWindow::Show(const QString& title, const QString& text) {
   setWindowTitle(title);
   text_->setPlainText(text);
+  KeepColumns(text_);
   show();
   raise();
 }

@@ -57,10 +57,10 @@ class ColourWindow : public QDialog {
   int chosen() const { return chosen_; }
   // The answer as it would be typed: the number, or BYLAYER or BYBLOCK.
   std::string Answer() const;
-
- private:
+  // Chooses index (0 BYBLOCK, 256 BYLAYER), or none for -1, as a click does.
   void Choose(int index);
 
+ private:
   bool logical_;
   int chosen_ = -1;
   ColourGrid* grid_;

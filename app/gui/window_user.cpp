@@ -174,7 +174,6 @@ void WindowUser::Answer(Input input) {
   if ((input.answer.kind == vorhost::Answer::Kind::kWindow || input.answer.kind == vorhost::Answer::Kind::kName) &&
       asking_ != Asking::kSelection)
     return;
-  if (asking_ == Asking::kSelection) TrackChosen(input);
   answer_ = std::move(input);
   loop_->quit();
 }
@@ -185,39 +184,15 @@ void WindowUser::GiveEvent(DialogInput input) {
   loop_->quit();
 }
 
-void WindowUser::TrackChosen(const Input& input) {
-  const vorhost::Answer& a = input.answer;
+void WindowUser::ShowChosen() {
+  const std::vector<uint64_t>& chosen = host_.console().chosen();
+  if (chosen == chosen_) return;
+  chosen_ = chosen;
   const Drawing& drawing = host_.document().drawing();
-  auto choose = [this](uint64_t id) {
-    if (removing_) chosen_.erase(id);
-    else chosen_.insert(id);
-  };
-  if (a.kind == vorhost::Answer::Kind::kName) {
-    for (uint64_t id : a.entities) choose(id);
-  } else if (a.kind == vorhost::Answer::Kind::kWindow) {
-    for (uint64_t id : drawing.MainEntities()) {
-      std::vector<Chain> outline = EntityOutline(drawing, id);
-      if (a.crossing ? CrossesWindow(outline, a.point, a.corner) : InsideWindow(outline, a.point, a.corner)) choose(id);
-    }
-  } else if (a.kind == vorhost::Answer::Kind::kText) {
-    std::string key = MatchKeyword(a.text, {"ALL", "Last", "Window", "Crossing", "Handle", "Previous", "Remove", "Add"});
-    if (key == "REMOVE") removing_ = true;
-    if (key == "ADD") removing_ = false;
-    return;
-  } else {
-    return;
-  }
   std::vector<Chain> outlines;
   for (uint64_t id : chosen_)
     for (Chain& chain : EntityOutline(drawing, id)) outlines.push_back(std::move(chain));
   window_.view().SetHighlight(std::move(outlines));
-}
-
-void WindowUser::ForgetChosen() {
-  removing_ = false;
-  if (chosen_.empty()) return;
-  chosen_.clear();
-  window_.view().SetHighlight({});
 }
 
 void WindowUser::Wait(const std::function<bool()>& done) {
@@ -241,9 +216,9 @@ Input WindowUser::Read(Asking asking, std::string_view prompt) {
   if (!own_window)
     for (Shown& shown : windows_) shown.window->hide();
   Refresh();
-  // The objects chosen stay marked while objects are asked for, the
-  // corner of a window included.
-  if (asking != Asking::kSelection && asking != Asking::kPoint) ForgetChosen();
+  // The objects chosen stay marked while the host selects, a window's
+  // corners included, and go when it asks anything else.
+  ShowChosen();
   asking_ = asking;
   window_.pane().SetPrompt(FromBig5(std::string(prompt)));
   window_.view().set_pick(asking == Asking::kPoint || asking == Asking::kPrompt ? DrawingView::Pick::kPoint
@@ -254,6 +229,7 @@ Input WindowUser::Read(Asking asking, std::string_view prompt) {
   if (script_) {
     QApplication::processEvents();
     Input in = script_->Read(asking, prompt);
+    if (own_window && in.kind != Input::Kind::kEnd && !closing_) PlayInWindow(question, in);
     if (in.kind != Input::Kind::kEnd || asking != Asking::kCommand || end_with_script_) return in;
     script_ = nullptr;  // the person at the window goes on
     Refresh();
@@ -294,6 +270,40 @@ Input WindowUser::AskInWindow(const Question& question) {
   return closing_ ? Input::End() : in;
 }
 
+void WindowUser::PlayInWindow(const Question& question, const Input& in) {
+  QWidget* parent = top_window() ? static_cast<QWidget*>(top_window()) : &window_;
+  bool typed = in.IsAnswer() && in.answer.kind == vorhost::Answer::Kind::kText && !in.answer.IsEnter();
+  if (question.kind == Question::Kind::kColour) {
+    ColourWindow window(question.colour, question.logical, parent);
+    if (in.IsAnswer() && !in.answer.IsEnter()) {
+      std::optional<short> colour = ColorAnswer(in.answer, question.logical);
+      window.Choose(colour ? *colour : -1);  // one the host refuses chooses none
+    }
+    colour_window_ = &window;
+    ShowPlayed(window, "ACAD_COLORDLG", in.IsAnswer());
+    colour_window_ = nullptr;
+    return;
+  }
+  TextWindow window(FromBig5(question.label), FromBig5(question.current), parent);
+  if (typed) window.line()->setText(FromBig5(in.answer.text));
+  text_window_ = &window;
+  ShowPlayed(window, "W1", in.IsAnswer());
+  text_window_ = nullptr;
+}
+
+void WindowUser::ShowPlayed(QDialog& window, const std::string& name, bool accepted) {
+  window.show();
+  window.raise();
+  window.activateWindow();
+  QApplication::processEvents();
+  std::string err;
+  if (!screenshots_.empty() && !Shoot(name, &window, &err))
+    window_.statusBar()->showMessage(QString::fromStdString(err), 5000);
+  if (on_played) on_played(window);
+  if (accepted) window.accept();
+  else window.reject();
+}
+
 bool WindowUser::RunModal(QDialog& window) {
   Refresh();
   if (on_waiting) QMetaObject::invokeMethod(&window, on_waiting, Qt::QueuedConnection);
@@ -301,8 +311,15 @@ bool WindowUser::RunModal(QDialog& window) {
 }
 
 void WindowUser::ShowHelp(std::string_view topic, std::string_view text) {
-  if (script_) return script_->ShowHelp(topic, text);
+  if (script_) script_->ShowHelp(topic, text);
   ShowHelpWindow(QObject::tr("Help: %1").arg(FromBig5(std::string(topic))), FromBig5(std::string(text)));
+  if (!script_ || closing_) return;
+  // Left open, as for a person; a script's demo writes it as it opens.
+  QApplication::processEvents();
+  std::string err;
+  if (!screenshots_.empty() && !Shoot("ADS_HELP", help_window_, &err))
+    window_.statusBar()->showMessage(QString::fromStdString(err), 5000);
+  if (on_played) on_played(*help_window_);
 }
 
 void WindowUser::ShowHelpWindow(const QString& title, QString text) {
@@ -362,7 +379,7 @@ DialogInput WindowUser::ReadEvent(Dialog& dialog, std::string_view prompt) {
   window.Sync(dialog);
   Refresh();
   asking_ = Asking::kDialog;
-  ForgetChosen();
+  ShowChosen();
   window_.pane().SetPrompt(FromBig5(std::string(prompt)));
   window_.view().set_pick(DrawingView::Pick::kNone);
   for (Shown& shown : windows_)
@@ -386,16 +403,28 @@ DialogInput WindowUser::ReadEvent(Dialog& dialog, std::string_view prompt) {
   return in;
 }
 
-EditOutcome WindowUser::EditText(std::string* text, std::string* why) {
-  if (script_) return script_->EditText(text, why);
-  Refresh();
-  QWidget* parent = top_window() ? static_cast<QWidget*>(top_window()) : &window_;
-  // The host has just printed "Editing NAME": the window takes its title.
+QString WindowUser::EditorTitle() const {
+  // The host has just printed "Editing NAME".
   const std::string& printed = host_.transcript().text();
   size_t line = printed.rfind("Editing ");
-  QString title = line == std::string::npos ? QObject::tr("Edit")
-                                            : QString::fromStdString(printed.substr(line)).trimmed();
-  EditorWindow editor(*text, title, parent);
+  return line == std::string::npos ? QObject::tr("Edit") : QString::fromStdString(printed.substr(line)).trimmed();
+}
+
+EditOutcome WindowUser::EditText(std::string* text, std::string* why) {
+  Refresh();
+  QWidget* parent = top_window() ? static_cast<QWidget*>(top_window()) : &window_;
+  if (script_) {
+    // The editor shows the file as the script leaves it.
+    EditOutcome outcome = script_->EditText(text, why);
+    EditorWindow editor(*text, EditorTitle(), parent);
+    if (editor.readable() && !closing_) {
+      editor_ = &editor;
+      ShowPlayed(editor, "W2", outcome == EditOutcome::kSaved);
+      editor_ = nullptr;
+    }
+    return outcome;
+  }
+  EditorWindow editor(*text, EditorTitle(), parent);
   if (!editor.readable()) {
     *why = "The file holds bytes that are not Big5 text; it is unchanged.";
     return EditOutcome::kCancelled;
@@ -422,33 +451,46 @@ void WindowUser::Misstep(const std::string& why) {
 
 bool WindowUser::Shoot(const std::string& name, QWidget* over, std::string* err) {
   // With a dialog over it, the drawing is fitted into the part of the view
-  // left of the dialog, which stands at the right.
-  constexpr int kMargin = 16;
+  // left of the dialog, which stands at the right; the dialogs it is over
+  // stand behind it, each a step up and to the right of the one above it.
+  constexpr int kMargin = 16, kStep = 28;
+  std::vector<QWidget*> stack;
+  if (over) {
+    for (Shown& shown : windows_)
+      if (shown.window.get() != over && shown.window->isVisible()) stack.push_back(shown.window.get());
+    stack.push_back(over);
+  }
+  int widest = 0;
+  for (size_t k = 0; k < stack.size(); k++) widest = std::max(widest, stack[k]->width() + static_cast<int>(k) * kStep);
   DrawingView& view = window_.view();
   if (over && view.fitting()) {
-    int left = view.width() - over->width() - 2 * kMargin;
+    int left = view.width() - widest - 2 * kMargin;
     if (left > view.width() / 4) view.ZoomExtentsInto(QRectF(kMargin, kMargin, left, view.height() - 2 * kMargin));
   }
   QPixmap picture = window_.grab();
   if (over && view.fitting()) view.ZoomExtents();
-  if (over) {
-    // The dialog over the window, with a title bar of its own: a window
-    // grabbed has no frame.
-    QPixmap dialog = over->grab();
-    QPainter painter(&picture);
-    int bar = over->fontMetrics().height() + 10;
-    QPoint view_at = view.mapTo(&window_, QPoint(0, 0));
-    QRect frame(std::max(0, view_at.x() + view.width() - dialog.width() - kMargin), view_at.y() + kMargin,
-                dialog.width(), dialog.height() + bar);
+  QPainter painter(&picture);
+  QPoint view_at = view.mapTo(&window_, QPoint(0, 0));
+  for (size_t k = 0; k < stack.size(); k++) {
+    // Each window with a title bar of its own: a window grabbed has no
+    // frame.
+    QWidget* window = stack[k];
+    QPixmap grabbed = window->grab();
+    int bar = window->fontMetrics().height() + 10;
+    int offset = static_cast<int>(k) * kStep;
+    QRect frame(std::max(0, view_at.x() + view.width() - grabbed.width() - kMargin - offset),
+                view_at.y() + kMargin + offset, grabbed.width(), grabbed.height() + bar);
     painter.fillRect(frame.translated(5, 5), QColor(0, 0, 0, 50));  // its shadow
-    painter.fillRect(QRect(frame.topLeft(), QSize(frame.width(), bar)), QColor(52, 101, 164));
+    painter.fillRect(QRect(frame.topLeft(), QSize(frame.width(), bar)),
+                     window == over ? QColor(52, 101, 164) : QColor(120, 135, 155));
     painter.setPen(Qt::white);
     painter.drawText(QRect(frame.topLeft() + QPoint(8, 0), QSize(frame.width() - 16, bar)),
-                     Qt::AlignVCenter | Qt::AlignLeft, over->windowTitle());
-    painter.drawPixmap(frame.topLeft() + QPoint(0, bar), dialog);
+                     Qt::AlignVCenter | Qt::AlignLeft, window->windowTitle());
+    painter.drawPixmap(frame.topLeft() + QPoint(0, bar), grabbed);
     painter.setPen(QColor(60, 60, 60));
     painter.drawRect(frame.adjusted(0, 0, -1, -1));
   }
+  painter.end();
   char number[8];
   std::snprintf(number, sizeof number, "%02zu", shots_.size() + 1);
   std::string path = screenshots_ + "/" + (over ? std::string(number) + "-" + name : name) + ".png";

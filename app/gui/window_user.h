@@ -13,7 +13,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -67,9 +66,9 @@ class WindowUser : public User {
   // could not be written (*err says why).
   bool Finish(std::string* err);
 
-  // The objects chosen so far at "Select objects:", as the window counts
-  // them from the picks and windows given there (highlighted in the view).
-  const std::set<uint64_t>& chosen() const { return chosen_; }
+  // The objects highlighted in the view: those the host has chosen so far
+  // while objects are being selected (Console::chosen), as it last asked.
+  const std::vector<uint64_t>& chosen() const { return chosen_; }
   // The editor open for W2; null when none is.
   EditorWindow* editor() { return editor_; }
   // The windows of ACAD_COLORDLG and W1 while one is open, and the help
@@ -83,6 +82,9 @@ class WindowUser : public User {
   // shown what is asked (W2's editor included): a test's hook to act as the
   // user.
   std::function<void()> on_waiting;
+  // Called with each window of a host function (W1, W2, ACAD_COLORDLG,
+  // ADS_HELP) that a script has operated, before it closes: a test's hook.
+  std::function<void(QDialog&)> on_played;
   // The screenshots written so far, in order.
   const std::vector<std::string>& shots() const { return shots_; }
 
@@ -100,10 +102,9 @@ class WindowUser : public User {
   // Runs the nested loop until done() holds or the window is closed.
   void Wait(const std::function<bool()>& done);
   void Answer(Input input);
-  // Follows an answer at "Select objects:" in the objects chosen, or
-  // forgets them when the host asks something else.
-  void TrackChosen(const Input& input);
-  void ForgetChosen();
+  // Highlights the objects the host has chosen so far, none when it is not
+  // selecting.
+  void ShowChosen();
   bool Shoot(const std::string& name, QWidget* over, std::string* err);
   // Asks where to save the drawing (as DXF or SVG) and saves it; false when
   // the user gave no file or it could not be written (the user was told).
@@ -115,6 +116,14 @@ class WindowUser : public User {
   // Asks a host function's question (Console::question) in its window:
   // what it gives as it would be typed, Cancel for Cancel.
   Input AskInWindow(const Question& question);
+  // Shows a host function's question in its window with the script's
+  // answer in, as a person would have given it.
+  void PlayInWindow(const Question& question, const Input& in);
+  // Shows a window a script operates, written as a screenshot named name,
+  // and closes it, accepted or not.
+  void ShowPlayed(QDialog& window, const std::string& name, bool accepted);
+  // The title of W2's editor: the file the host has just said it edits.
+  QString EditorTitle() const;
   // Runs a modal window, telling a test's hook it waits: whether accepted.
   bool RunModal(QDialog& window);
   // Shows text (UTF-8) in the help window, made again over whatever is on
@@ -144,8 +153,7 @@ class WindowUser : public User {
   TextWindow* text_window_ = nullptr;
   QPointer<HelpWindow> help_window_;
   bool ask_to_save_ = false;
-  std::set<uint64_t> chosen_;
-  bool removing_ = false;  // "Remove" was typed at "Select objects:"
+  std::vector<uint64_t> chosen_;
 };
 
 }  // namespace vorhost::gui

@@ -57,7 +57,7 @@ int RunItems(const std::vector<Answer>& items, bool ok) {
 bool UserSelection(Host& host, std::vector<uint64_t>* out) {
   vorhost::ObjectSelector selector(host.commands());
   for (;;) {
-    vorhost::Input in = host.console().Ask(selector.Prompt(), selector.asking());
+    vorhost::Input in = host.console().Ask(selector.Prompt(), selector.asking(), std::nullopt, &selector.selected());
     if (!in.IsAnswer()) return false;
     vorhost::Step s = selector.Feed(in.answer);
     if (s == vorhost::Step::kReject) host.transcript().WriteLine(selector.refusal());

@@ -58,6 +58,9 @@ class Command {
   // (LINE's "To point:" from the last point): a front end draws a line from
   // it to the cursor.
   virtual std::optional<Point3> base() const { return std::nullopt; }
+  // The objects chosen so far while the command selects them, for a front
+  // end that highlights them; null when it is selecting none.
+  virtual const std::vector<uint64_t>* chosen() const { return nullptr; }
   virtual Step Feed(const Answer& answer) = 0;
   // Called when the command is cancelled before it finished.
   virtual void Cancelled() {}

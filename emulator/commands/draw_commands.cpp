@@ -293,6 +293,21 @@ class ArcCommand : public Command {
     }
     return "";
   }
+  // The second point is measured from the start point, the end point from
+  // the second; by its centre, the centre from the start point given
+  // before it, and the start and end points from the centre.
+  std::optional<Point3> base() const override {
+    switch (state_) {
+      case State::kSecond: return start_;
+      case State::kEnd3: return second_;
+      case State::kCentre: return start_given_ ? std::optional<Point3>(start_) : std::nullopt;
+      case State::kStart:
+      case State::kEndByCentre: return centre_;
+      case State::kFirst:
+      case State::kAngle: break;
+    }
+    return std::nullopt;
+  }
 
   Step Feed(const Answer& a) override {
     std::string key = a.kind == Answer::Kind::kText ? MatchKeyword(a.text, {"Center", "Angle"}) : "";
@@ -465,6 +480,7 @@ class EraseCommand : public Command {
   explicit EraseCommand(CommandContext& context) : Command(context), selector_(context) {}
   std::string Prompt() const override { return selector_.Prompt(); }
   Asking asking() const override { return selector_.asking(); }
+  const std::vector<uint64_t>* chosen() const override { return &selector_.selected(); }
   Step Feed(const Answer& a) override {
     Step s = selector_.Feed(a);
     if (s == Step::kReject) return Reject(selector_.refusal());

@@ -379,6 +379,9 @@ class ChpropCommand : public Command {
     return "";
   }
   Asking asking() const override { return state_ == State::kSelect ? selector_.asking() : Asking::kPrompt; }
+  const std::vector<uint64_t>* chosen() const override {
+    return state_ == State::kSelect ? &selector_.selected() : nullptr;
+  }
 
   Step Feed(const Answer& a) override {
     if (state_ == State::kSelect) {

@@ -28,7 +28,7 @@ void CommandRunner::Run(std::string_view typed) {
 void CommandRunner::Finish() {
   echo_ = true;
   while (command_) {
-    Input in = console_.Ask(command_->Prompt(), command_->asking(), command_->base());
+    Input in = console_.Ask(command_->Prompt(), command_->asking(), command_->base(), command_->chosen());
     if (!in.IsAnswer()) {
       Cancel();
       return;
@@ -69,7 +69,7 @@ int CommandRunner::Feed(const std::vector<Answer>& items) {
 int CommandRunner::FeedOne(const Answer& item) {
   Answer answer = item;
   if (item.kind == Answer::Kind::kText && item.text == "\\") {  // PAUSE: the user answers
-    Input in = console_.Ask(command_->Prompt(), command_->asking(), command_->base());
+    Input in = console_.Ask(command_->Prompt(), command_->asking(), command_->base(), command_->chosen());
     if (!in.IsAnswer()) {
       Cancel();
       return RTCAN;

@@ -17,11 +17,14 @@ In Console::Exchange(std::string_view prompt, In none, Read read) {
   return in;
 }
 
-Input Console::Ask(std::string_view prompt, Asking asking, std::optional<Point3> base) {
+Input Console::Ask(std::string_view prompt, Asking asking, std::optional<Point3> base,
+                   const std::vector<uint64_t>* chosen) {
   if (asking == Asking::kCommand) transcript_.StartLine();
   std::optional<Point3> outer = std::exchange(base_point_, base);
+  const std::vector<uint64_t>* outer_chosen = std::exchange(chosen_, chosen);
   Input in = Exchange(prompt, Input::Cancel(), [&](User& user) { return user.Read(asking, prompt); });
   base_point_ = outer;
+  chosen_ = outer_chosen;
   return in;
 }
 

@@ -5,8 +5,10 @@
 #define VORHOST_SESSION_CONSOLE_H
 
 #include <optional>
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "emulator/core/input.h"
 #include "emulator/core/numbers.h"
@@ -33,11 +35,17 @@ class Console : public EventSource {
 
   // Shows prompt (Big5) and reads the user's answer, keeping it in the
   // transcript. An answer while no user is set is Escape. base is the
-  // point a point asked for is measured from, where there is one.
-  Input Ask(std::string_view prompt, Asking asking = Asking::kPrompt, std::optional<Point3> base = std::nullopt);
+  // point a point asked for is measured from, where there is one; chosen
+  // the objects chosen so far while objects are being selected (not owned;
+  // it must outlive the call).
+  Input Ask(std::string_view prompt, Asking asking = Asking::kPrompt, std::optional<Point3> base = std::nullopt,
+            const std::vector<uint64_t>* chosen = nullptr);
   // While the user is asked: the point the answer is measured from, given
   // to Ask (a front end draws a line from it to the cursor); none else.
   const std::optional<Point3>& base_point() const { return base_point_; }
+  // While the user is asked during a selection: the objects chosen so far,
+  // as the host holds them (a front end highlights them); empty else.
+  const std::vector<uint64_t>& chosen() const { return chosen_ ? *chosen_ : kNoneChosen; }
   // Asks prompt as above for a host function's question: while the user is
   // asked, question() is it (a front end may show a window for it); it is
   // of kind kNone else.
@@ -72,6 +80,8 @@ class Console : public EventSource {
   User* user_ = nullptr;
   bool echo_answers_ = true;
   std::optional<Point3> base_point_;
+  const std::vector<uint64_t>* chosen_ = nullptr;
+  static inline const std::vector<uint64_t> kNoneChosen{};
   Question question_;
 };
 

@@ -25,12 +25,14 @@ class HandingUser : public User {
   const Console* console = nullptr;  // where the questions asked are read
   std::vector<Question> questions;
   std::vector<std::optional<Point3>> bases;
+  std::vector<std::vector<uint64_t>> chosen;  // the host's set at each prompt
   std::vector<std::string> helps;  // "TOPIC: TEXT"
 
   Input Read(Asking asking, std::string_view) override {
     asked.push_back(asking);
     if (console) questions.push_back(console->question());
     if (console) bases.push_back(console->base_point());
+    if (console) chosen.push_back(console->chosen());
     if (answers.empty()) return Input::End();
     Input in = answers.front();
     answers.pop_front();
@@ -74,7 +76,7 @@ TEST_F(FrontEndTest, PointsPickedAnswerPointPrompts) {
   EXPECT_NE(Output().find("From point: 0,0,0\nTo point: 10,0,0\nTo point: "), std::string::npos) << Output();
 }
 
-// LINE, PLINE and CIRCLE hand the console the point their next one is measured
+// LINE, PLINE, CIRCLE and ARC hand the console the point their next one is measured
 // from; their first prompt has none.
 TEST_F(FrontEndTest, DrawingCommandsGiveTheirBasePoint) {
   Hand({Point(0, 0), Point(10, 0), Point(10, 5), Input::Line("")});
@@ -98,6 +100,31 @@ TEST_F(FrontEndTest, DrawingCommandsGiveTheirBasePoint) {
   EXPECT_EQ(user_.bases[1], (Point3{5, 5, 0}));
   EXPECT_NE(Dump().find("CIRCLE"), std::string::npos);
   EXPECT_FALSE(host_->console().base_point());
+
+  // ARC through three points: the second from the start, the end from the
+  // second. By its centre: the centre from the start given before it, the
+  // end from the centre; the start, when the centre came first, from it.
+  struct ArcCase {
+    std::vector<Input> answers;
+    std::vector<std::optional<Point3>> bases;
+  };
+  const ArcCase arcs[] = {
+      {{Point(0, 0), Point(5, 5), Point(10, 0)}, {std::nullopt, Point3{0, 0, 0}, Point3{5, 5, 0}}},
+      {{Point(0, 0), Input::Line("C"), Point(5, 0), Point(10, 0)},
+       {std::nullopt, Point3{0, 0, 0}, Point3{0, 0, 0}, Point3{5, 0, 0}}},
+      {{Input::Line("C"), Point(5, 0), Point(0, 0), Input::Line("A"), Input::Line("90")},
+       {std::nullopt, std::nullopt, Point3{5, 0, 0}, Point3{5, 0, 0}, std::nullopt}},
+  };
+  for (const ArcCase& arc : arcs) {
+    user_.bases.clear();
+    Hand(arc.answers);
+    host_->command_line().Execute("ARC");
+    EXPECT_EQ(user_.bases, arc.bases) << Output();
+  }
+  std::string dump = Dump();
+  size_t arcs_drawn = 0;
+  for (size_t at = dump.find("ARC layer="); at != std::string::npos; at = dump.find("ARC layer=", at + 1)) arcs_drawn++;
+  EXPECT_EQ(arcs_drawn, 3u) << dump;
 }
 
 TEST_F(FrontEndTest, ObjectsPickedAndWindowsDrawnSelect) {
@@ -120,6 +147,40 @@ TEST_F(FrontEndTest, ObjectsPickedAndWindowsDrawnSelect) {
   ASSERT_EQ(left, (std::vector<uint64_t>{lines[0]}));
   EXPECT_EQ(host_->document().drawing().Find(lines[0])->color, 1);
   EXPECT_NE(Output().find("Select objects: W 40,-5,0 70,5,0\n1 found"), std::string::npos) << Output();
+}
+
+// While objects are selected, the console holds the set as the host has it
+// after each answer, whatever chose them: ALL, Remove and a pick, Previous,
+// a window's corners; none once the selection has ended. ads_ssget's user
+// selection hands it over too.
+TEST_F(FrontEndTest, SelectionsShowTheSetBeingBuilt) {
+  Hand({Point(0, 0), Point(10, 0), Input::Line(""), Point(50, 0), Point(60, 0), Input::Line("")});
+  host_->command_line().Execute("LINE");
+  host_->command_line().Execute("LINE");
+  std::vector<uint64_t> lines = host_->document().drawing().MainEntities();
+  ASSERT_EQ(lines.size(), 2u);
+  using Ids = std::vector<uint64_t>;
+
+  Hand({Input::Line("ALL"), Input::Line("R"), Point(5, 0), Input::Line(""), Input::Cancel()});
+  user_.chosen.clear();
+  host_->command_line().Execute("CHPROP");
+  EXPECT_EQ(user_.chosen, (std::vector<Ids>{{}, lines, lines, {lines[1]}, {}}));
+
+  Hand({Input::Line("P"), Input::Line("W"), Point(-5, -5), Point(15, 5), Input::Line("")});
+  user_.chosen.clear();
+  ads_name ss;
+  ASSERT_EQ(ads_ssget(nullptr, nullptr, nullptr, nullptr, ss), RTNORM);
+  EXPECT_EQ(user_.chosen, (std::vector<Ids>{{}, {lines[1]}, {lines[1]}, {lines[1]}, {lines[1], lines[0]}}));
+  long length = 0;
+  EXPECT_EQ(ads_sslength(ss, &length), RTNORM);
+  EXPECT_EQ(length, 2);
+  EXPECT_TRUE(host_->console().chosen().empty());
+
+  Hand({Input::Line("L"), Input::Line("")});
+  user_.chosen.clear();
+  host_->command_line().Execute("ERASE");
+  EXPECT_EQ(user_.chosen, (std::vector<Ids>{{}, {lines[1]}}));
+  EXPECT_EQ(host_->document().drawing().MainEntities(), Ids{lines[0]});
 }
 
 TEST_F(FrontEndTest, GetpointAsksForAPoint) {

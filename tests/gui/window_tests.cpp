@@ -14,6 +14,8 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTemporaryDir>
+#include <QTextBlock>
 #include <QTreeWidget>
 #include <QWheelEvent>
 #include <QtTest>
@@ -29,6 +31,7 @@
 #include "app/gui/dialog_window.h"
 #include "app/gui/editor_window.h"
 #include "app/gui/main_window.h"
+#include "app/gui/question_windows.h"
 #include "app/gui/snap.h"
 #include "app/gui/window_user.h"
 #include "emulator/core/answer.h"
@@ -369,6 +372,59 @@ class WindowTest : public QObject {
     QVERIFY(dump.find("10=(0,100,0)") != std::string::npos);
   }
 
+  // The objects highlighted are the host's set as it stands after each
+  // answer: everything for ALL typed, less a line removed by a click that
+  // only the host's pick box reaches; nothing once the selection ends; a
+  // window and a crossing dragged.
+  void highlightFollowsTheHost() {
+    WindowSession s;
+    s.window.view().SetView({500, 100, 0}, 1);
+    std::vector<std::vector<uint64_t>> chosen;
+    std::vector<size_t> outlines;
+    auto note = [&] {
+      chosen.push_back(s.user.chosen());
+      outlines.push_back(s.window.view().highlight().size());
+    };
+    s.Play({
+        [&] { s.Type("LINE"); }, [&] { s.Type("0,0"); }, [&] { s.Type("1000,0"); }, [&] { s.Type("1000,200"); },
+        [&] { s.Type(""); },
+        [&] { s.Type("CHPROP"); },
+        [&] {
+          note();
+          s.Type("ALL");
+        },
+        [&] {
+          note();
+          s.Type("R");
+        },
+        [&] { s.Click({500, 8, 0}); },  // 8 pixels off: beyond the window's pick box, inside the host's
+        [&] {
+          note();
+          s.Type("");
+        },
+        [&] {
+          note();
+          QTest::keyClick(s.window.pane().line(), Qt::Key_Escape);
+        },
+        // A window round the middle of the first line takes nothing dragged
+        // left to right, and the line dragged right to left.
+        [&] { s.Type("ERASE"); },
+        [&] { s.Drag({400, -50, 0}, {600, 50, 0}); },
+        [&] {
+          note();
+          s.Drag({600, 50, 0}, {400, -50, 0});
+        },
+        [&] {
+          note();
+          QTest::keyClick(s.window.pane().line(), Qt::Key_Escape);
+        },
+    });
+    std::vector<uint64_t> lines = s.host->document().drawing().MainEntities();
+    QCOMPARE(lines.size(), size_t{2});
+    QVERIFY(chosen == (std::vector<std::vector<uint64_t>>{{}, lines, {lines[1]}, {}, {}, {lines[0]}}));
+    QCOMPARE(outlines, (std::vector<size_t>{0, 2, 1, 0, 0, 1}));
+  }
+
   // Every dialog of the module's files: each keyed tile has a widget of
   // its kind, greyed when the tile or a cluster around it is disabled, and
   // every key docs/dialogs.md names is there, as the kind it says.
@@ -422,6 +478,56 @@ class WindowTest : public QObject {
       }
     QVERIFY(documented > 50);
     windows.clear();
+  }
+
+  // The module's dialogs as it opens them: each keyed tile's widget is
+  // greyed exactly where the module has disabled the tile, and follows it
+  // when a row chosen enables the buttons that need one; a nested dialog
+  // is modal over its parent.
+  void moduleDialogsGreyWhatItDisabled() {
+    WindowSession s;
+    std::vector<std::string> greyed;  // for each dialog seen, its name and the keys greyed
+    auto check = [&] {
+      Dialog* dialog = s.host->dialogs().top();
+      QVERIFY(dialog && s.user.top_window());
+      QCOMPARE(s.Top().dialog_name(), dialog->name());
+      std::string keys = dialog->name() + ":";
+      for (LiveTile* tile : dialog->KeyedTiles()) {
+        QWidget* widget = s.Top().WidgetFor(tile->key());
+        if (!WidgetKind(tile->kind())) continue;
+        QVERIFY2(widget && widget->isEnabled() == tile->Usable(), (dialog->name() + " " + tile->key()).c_str());
+        if (!tile->Usable()) keys += " " + tile->key();
+      }
+      greyed.push_back(keys);
+    };
+    s.Play({
+        [&] { s.Type("(setq VORMIS \"C:/VOR\")"); },
+        [&] { s.Type("(VOR_ELINE)"); },
+        [&] {
+          check();
+          s.ClickRow("eline", 0);
+        },
+        [&] {
+          check();
+          s.Press("editline");
+        },
+        [&] {
+          check();
+          // The run type's dialog is modal over the list's.
+          auto* parent = qobject_cast<DialogWindow*>(s.Top().parentWidget());
+          QVERIFY(s.Top().isModal() && parent && parent->dialog_name() == "VOR_ELINE_0");
+          s.Press("cancel");
+        },
+        [&] { s.Press("cancel"); },
+        [&] { s.Type("(VOR_ACF)"); },
+        [&] {
+          check();
+          s.Press("cancel");
+        },
+    });
+    QCOMPARE(greyed.size(), size_t{4});
+    QVERIFY2(greyed[0] != greyed[1], greyed[0].c_str());  // a row chosen enables its buttons
+    QVERIFY2(greyed[0].find(" del") != std::string::npos, greyed[0].c_str());
   }
 
   // What the user does in a dialog reaches the runtime as the events of
@@ -572,6 +678,7 @@ class WindowTest : public QObject {
     std::string shown;
     bool came_back = false;
     std::string window_dump;
+    std::vector<uint64_t> picked, lines;
     {
       WindowSession s;
       s.window.view().SetView({200, -50, 0}, 0.5);
@@ -591,15 +698,22 @@ class WindowTest : public QObject {
           [&] { s.Press("dimline"); },
           [&] { s.Press("changeline"); },
           [&] { s.Drag({-50, 50, 0}, {450, -150, 0}); },
-          [&] { s.Type(""); },
+          [&] {
+            picked = s.user.chosen();
+            s.Type("");
+          },
           [&] {
             came_back = s.user.top_window() && s.Top().dialog_name() == "VOR_ELINE_0";
             s.Press("accept");
           },
       });
       window_dump = s.Dump();
+      for (uint64_t id : s.host->document().drawing().MainEntities())
+        if (s.host->document().drawing().Find(id)->type == "LINE") lines.push_back(id);
     }
     QVERIFY(came_back);
+    std::sort(picked.begin(), picked.end());
+    QVERIFY(picked == lines);  // the module's ads_ssget showed what the window took
     QVERIFY2(window_dump.find("ELINE1") != std::string::npos, window_dump.c_str());
     std::string script_dump = ScriptDump({"(setq VORMIS \"C:/VOR\")", "(VOR_LT_LO)", "LINE", At(a), At(b), "", "LINE", At(c),
                                           At(d), "", "(VOR_ELINE)", "select eline 0", "toggle dimline",
@@ -755,6 +869,72 @@ class WindowTest : public QObject {
     QVERIFY(!help_text.isEmpty() && !help_text.contains('\r'));
     QVERIFY2(keys_text.contains("(VOR_ELINE)"), qPrintable(keys_text.left(300)));
     QVERIFY(keys_text.contains("F1 shows this help"));
+  }
+
+  // A help topic's columns line up however wide the font draws a Chinese
+  // character: each is two columns, as on the screen the file was written for.
+  void helpKeepsItsColumns() {
+    HelpWindow help(nullptr);
+    help.Show("t", QString::fromUtf8("依代號篩選   x\n選擇代號...  x\nabcdefghijkl x\n"));
+    QPlainTextEdit* text = help.text();
+    std::vector<int> xs;
+    for (int line = 0; line < 3; line++) {
+      QTextCursor cursor(text->document()->findBlockByNumber(line));
+      cursor.movePosition(QTextCursor::EndOfBlock);
+      xs.push_back(text->cursorRect(cursor).left());
+    }
+    QVERIFY2(xs[0] == xs[2] && xs[1] == xs[2], qPrintable(QString("%1 %2 %3").arg(xs[0]).arg(xs[1]).arg(xs[2])));
+  }
+
+  // A script playing in the window: the windows of ACAD_COLORDLG, W1, W2
+  // and ADS_HELP open with the script's answer in them, are written as
+  // screenshots, and close; the host gets the script's answers as when it
+  // plays alone.
+  void scriptOperatesTheFunctionsWindows() {
+    const std::vector<std::string> lines = {
+        "(acad_colordlg 7 nil)", "30", "(acad_colordlg 7)", "#cancel", "(acad_colordlg 7)", "BYLAYER",
+        "(w1 \"old\" \"Note\")", "new text", "(w1 \"old\" \"Note\")", "",
+        "(ads_help \"VORMIS.HLP\" \"file_con\")", "(setq VORMIS \"C:/VOR\")", "(VOR_ELINE)", "press editfile",
+        "#keep", "cancel"};
+    std::string played_transcript, alone_transcript;
+    std::vector<std::string> played, shots;
+    QTemporaryDir dir;
+    {
+      WindowSession s;
+      ScriptUser script(*s.host, "played", lines);
+      s.user.set_script(&script, true);
+      s.user.set_screenshots(dir.path().toStdString());
+      s.user.on_played = [&](QDialog& window) {
+        std::string seen = window.windowTitle().toStdString() + ": ";
+        if (auto* colour = qobject_cast<ColourWindow*>(&window)) seen += std::to_string(colour->chosen());
+        else if (auto* text = qobject_cast<TextWindow*>(&window)) seen += text->line()->text().toStdString();
+        else if (auto* editor = qobject_cast<EditorWindow*>(&window)) seen += std::to_string(editor->editor()->blockCount() > 1);
+        else if (auto* help = qobject_cast<HelpWindow*>(&window)) seen += std::to_string(!help->text()->toPlainText().isEmpty());
+        played.push_back(seen + (window.isVisible() ? "" : " (hidden)"));
+      };
+      s.Play({});
+      QVERIFY2(!script.failed(), script.failure().c_str());
+      played_transcript = s.host->transcript().text();
+      for (const std::string& shot : s.user.shots()) shots.push_back(std::filesystem::path(shot).filename());
+    }
+    {
+      Drive drive;
+      ScriptUser script(*drive.host, "played", lines);
+      drive.host->console().set_user(&script);
+      drive.host->module().Load(acrxEntryPoint);
+      drive.host->command_line().Run();
+      drive.host->module().Unload();
+      alone_transcript = drive.host->transcript().text();
+    }
+    QCOMPARE(played_transcript, alone_transcript);
+    const std::vector<std::string> want_played = {
+        "Select Color: 30", "Select Color: 7", "Select Color: 256", "Note: new text", "Note: old",
+        "Help: file_con: 1", "Editing C:\\VOR\\ELINE.CAT: 1"};
+    QVERIFY2(played == want_played, [&] { std::string t; for (auto& p : played) t += "[" + p + "]"; return t; }().c_str());
+    const std::vector<std::string> want_shots = {"01-ACAD_COLORDLG.png", "02-ACAD_COLORDLG.png", "03-ACAD_COLORDLG.png",
+                                                 "04-W1.png", "05-W1.png", "06-ADS_HELP.png", "07-VOR_ELINE_0.png",
+                                                 "08-W2.png"};
+    QVERIFY2(shots == want_shots, [&] { std::string t; for (auto& p : shots) t += "[" + p + "]"; return t; }().c_str());
   }
 
   // Closing the window with a changed drawing asks to save it: Cancel
