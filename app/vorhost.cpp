@@ -16,14 +16,13 @@
 #include "emulator/session/host.h"
 #include "emulator/io/dump.h"
 #include "emulator/io/dxf.h"
-#ifdef VORHOST_WINDOW
 #include "app/gui/run_window.h"
-#endif
 #include "emulator/io/host_text.h"
 #include "emulator/io/svg.h"
 #include "emulator/platform/filesystem.h"
 #include "emulator/platform/install_dirs.h"
 #include "emulator/platform/search_path.h"
+#include "emulator/platform/shared_library.h"
 #include "emulator/core/encoding.h"
 #include "emulator/ui/history.h"
 #include "emulator/ui/line_reader.h"
@@ -437,21 +436,34 @@ bool CheckWindowOptions(const Options& opts, std::string* err) {
   return true;
 }
 
-// Runs the session in vorhost's window, when it was built with one.
+// Runs the session in vorhost's window: its library, next to the module,
+// is opened only now, so that other sessions never load Qt.
 int RunWindow(const Options& opts) {
-#ifdef VORHOST_WINDOW
-  vorhost::gui::WindowOptions window{opts.open, opts.play, opts.screenshots};
-  auto load_module = [&opts](vorhost::Host& host, std::string* err) {
-    return opts.no_module || LoadModule(host, opts.module, err);
+  std::string path = vorhost::LibraryDirectory() + "/" + vorhost::gui::kWindowLibrary;
+  std::error_code ec;
+  if (!std::filesystem::is_regular_file(path, ec)) {
+    std::cerr << "vorhost: this vorhost was built without its window (no " << path << "):\n"
+                 "  it needs Qt 6 and the build option VOR_WINDOW=ON (VOR_WINDOW=ON scripts/run.sh\n"
+                 "  in a new build folder)\n";
+    return 2;
+  }
+  std::string err;
+  std::unique_ptr<vorhost::SharedLibrary> window = vorhost::SharedLibrary::Open(path, &err);
+  auto run = window ? reinterpret_cast<vorhost::gui::RunWindowEntry>(window->Find(vorhost::gui::kRunWindowEntry))
+                    : nullptr;
+  if (!run) {
+    std::cerr << "vorhost: cannot open its window: " << (window ? "no entry point in " + path : err) << "\n";
+    return 2;
+  }
+  // Qt's libraries stay mapped until the process ends: their exit handlers
+  // may run after main returns.
+  window->Keep();
+  vorhost::gui::WindowOptions options{opts.open, opts.play, opts.screenshots};
+  vorhost::gui::ModuleLoader load_module = [&opts](vorhost::Host& host, std::string* why) {
+    return opts.no_module || LoadModule(host, opts.module, why);
   };
-  return vorhost::gui::RunWindow(window, load_module,
-                                 [&opts](vorhost::Host& host) { return WriteResults(host, opts, false); });
-#else
-  (void)opts;
-  std::cerr << "vorhost: this vorhost was built without its window: it needs Qt 6 and the\n"
-               "  build option VOR_WINDOW=ON (VOR_WINDOW=ON scripts/run.sh in a new build folder)\n";
-  return 2;
-#endif
+  vorhost::gui::SessionEnd done = [&opts](vorhost::Host& host) { return WriteResults(host, opts, false); };
+  return run(&options, &load_module, &done);
 }
 
 }  // namespace

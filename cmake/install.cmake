@@ -3,6 +3,8 @@
 #
 #   bin/vorhost                         the program
 #   lib/vormis/vormis.arx               the module vorhost loads (LIBDIR)
+#   lib/vormis/vorhost-window.so        the window vorhost opens for --gui
+#                                       (when built with Qt 6)
 #   share/vormis/dcl/                   the module's dialog and help files
 #   share/vormis/resources/             the host's own resources
 #   share/man/man1/vorhost.1            the manual page
@@ -15,6 +17,9 @@ configure_file(${CMAKE_SOURCE_DIR}/docs/vorhost.1.in ${CMAKE_BINARY_DIR}/vorhost
 
 install(TARGETS vorhost RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(TARGETS vormis_module LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/vormis)
+if(TARGET vorhost_window)
+  install(TARGETS vorhost_window LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/vormis)
+endif()
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/dcl/ DESTINATION ${CMAKE_INSTALL_DATADIR}/vormis/dcl)
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/resources/ DESTINATION ${CMAKE_INSTALL_DATADIR}/vormis/resources
         PATTERN README.md EXCLUDE)
@@ -29,9 +34,8 @@ install(DIRECTORY ${CMAKE_SOURCE_DIR}/examples/ DESTINATION ${CMAKE_INSTALL_DOCD
 
 # ---- The Debian package ------------------------------------------------------
 # cpack -G DEB in the build folder writes vormis_VERSION_ARCH.deb. Its
-# dependencies: the C and C++ runtimes as dpkg-shlibdeps finds them (iconv
-# is part of the C library; Qt will come in the same way once a window front
-# end is built), and a CJK font, without which the Chinese texts of the SVG
+# dependencies: the C and C++ runtimes and, with the window, Qt 6, as
+# dpkg-shlibdeps finds them (iconv is part of the C library), and a CJK font, without which the Chinese texts of the SVG
 # drawings show as boxes.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME vormis)

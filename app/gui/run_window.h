@@ -27,6 +27,14 @@ using ModuleLoader = std::function<bool(Host& host, std::string* err)>;
 // cannot be loaded, 3 for a file that cannot be written.
 int RunWindow(const WindowOptions& options, const ModuleLoader& load_module, const std::function<bool(Host&)>& done);
 
+// The same, as the window's library (lib/vormis/vorhost-window.so) offers
+// it to vorhost, which opens that library only for --gui.
+using SessionEnd = std::function<bool(Host&)>;
+using RunWindowEntry = int (*)(const WindowOptions* options, const ModuleLoader* load_module,
+                               const SessionEnd* done);
+inline constexpr char kWindowLibrary[] = "vorhost-window.so";
+inline constexpr char kRunWindowEntry[] = "vorhost_run_window";
+
 }  // namespace vorhost::gui
 
 #endif
