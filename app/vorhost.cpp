@@ -386,6 +386,7 @@ int RunPerson(const Options& opts) {
   vorhost::TerminalUser user(host, screen, *reader, 80, TerminalHasColour());
   host.console().set_user(&user);
   host.console().set_echo_answers(false);
+  host.command_line().set_repeat_on_enter(true);
   if (!StartHost(host, opts)) return 2;
   host.command_line().Run();
   host.module().Unload();

@@ -53,6 +53,9 @@ int RunWindow(const WindowOptions& options, const ModuleLoader& load_module, con
   window.pane().set_history(&history);
   host.console().set_user(&user);
   host.console().set_echo_answers(true);
+  // Enter at the command prompt repeats the last command for a person; a
+  // script played in the window keeps its blank lines as spacing.
+  host.command_line().set_repeat_on_enter(options.play.empty());
   std::string err;
   if (!options.open.empty() && !host.OpenDrawing(options.open, &err)) {
     std::cerr << "vorhost: " << err << "\n";

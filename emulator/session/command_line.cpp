@@ -24,10 +24,14 @@ void CommandLine::Run() {
 
 void CommandLine::Execute(std::string_view line) {
   line = TrimLine(line);
-  if (line.empty()) return;
+  if (line.empty()) {
+    if (repeat_on_enter_ && !last_command_.empty()) runner_.Run(last_command_);
+    return;
+  }
   if (line.front() == '(' || line.front() == '\'') return Evaluate(line);
   if (line.front() == '!') return Evaluate(line.substr(1));
-  runner_.Run(line);
+  std::string name(line);
+  if (runner_.Run(name)) last_command_ = std::move(name);
 }
 
 void CommandLine::Evaluate(std::string_view line) {

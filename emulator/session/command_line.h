@@ -5,6 +5,7 @@
 #define VORHOST_SESSION_COMMAND_LINE_H
 
 #include <functional>
+#include <string>
 #include <string_view>
 
 #include "emulator/core/transcript.h"
@@ -31,6 +32,9 @@ class CommandLine {
   void Stop() { stopped_ = true; }
   // Called by Run after each line it executed (vorhost --live).
   void set_after_line(std::function<void()> after) { after_line_ = std::move(after); }
+  // Whether Enter at the command prompt runs the last command again, as it
+  // does for a person; a script's blank lines only space it out.
+  void set_repeat_on_enter(bool repeat) { repeat_on_enter_ = repeat; }
   // The value of the last expression typed at the command prompt.
   const lisp::Value& last_value() const { return last_value_; }
 
@@ -44,6 +48,8 @@ class CommandLine {
   CommandRunner& runner_;
   lisp::Value last_value_;
   bool stopped_ = false;
+  bool repeat_on_enter_ = false;
+  std::string last_command_;  // the last command name run from the prompt
   std::function<void()> after_line_;
 };
 

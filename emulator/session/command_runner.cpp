@@ -21,8 +21,10 @@ bool CommandRunner::Start(std::string_view typed, bool echo) {
   return true;
 }
 
-void CommandRunner::Run(std::string_view typed) {
-  if (Start(typed, true)) Finish();
+bool CommandRunner::Run(std::string_view typed) {
+  if (!Start(typed, true)) return false;
+  Finish();
+  return true;
 }
 
 void CommandRunner::Finish() {

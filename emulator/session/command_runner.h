@@ -36,8 +36,8 @@ class CommandRunner : public CommandContext {
   bool pending() const { return command_ != nullptr; }
 
   // A command typed at the command prompt, run until it ends (the user
-  // answers its prompts).
-  void Run(std::string_view typed);
+  // answers its prompts); false for a name that is no command.
+  bool Run(std::string_view typed);
   // Feeds a program's answers (ads_command): the first text starts a
   // command when none is pending; a command may stay pending after the
   // last item. RTNORM; RTREJ when an answer was refused (the command is

@@ -51,6 +51,26 @@ TEST_F(SessionCommandsTest, SaveAndSaveAsLeaveNothingToAskAbout) {
   EXPECT_TRUE(host_->DrawingModified());
 }
 
+TEST_F(SessionCommandsTest, EnterRepeatsTheLastCommandForAPersonOnly) {
+  auto lines = [this] { return host_->document().drawing().MainEntities().size(); };
+  host_->command_line().Execute("");  // nothing to repeat yet
+  Answer({"0,0", "10,0", ""});
+  host_->command_line().Execute("LINE");
+  host_->command_line().Execute("");  // a script's blank line
+  EXPECT_EQ(lines(), 1u);
+
+  host_->command_line().set_repeat_on_enter(true);
+  Answer({"0,5", "10,5", ""});
+  host_->command_line().Execute("  ");
+  EXPECT_EQ(lines(), 2u);
+  // Neither an expression nor an unknown name takes the place of LINE.
+  host_->command_line().Execute("(+ 1 2)");
+  host_->command_line().Execute("NOSUCH");
+  Answer({"0,9", "10,9", ""});
+  host_->command_line().Execute("");
+  EXPECT_EQ(lines(), 3u);
+}
+
 TEST_F(SessionCommandsTest, HelpListsCommandsFunctionsAndTheSessionsOwn) {
   host_->command_line().Execute("?");
   for (const char* text : {"Commands:", "  LINE  ", "  QUIT  ", "  HELP  ", "Functions of the module",

@@ -173,6 +173,11 @@ class TerminalTest(unittest.TestCase):
         t.line("0,0")
         t.line("10,0")
         t.line("")
+        t.line("")  # Enter at Command: draws another line
+        t.expect("Command: \r?\nFrom point: ")
+        t.line("0,5")
+        t.line("10,5")
+        t.line("")
         t.line("QUIT")
         t.expect(r"Save changes to C:\\DRAWING\.DXF\? <Y>: ")
         t.send(ESC)  # back to work
@@ -182,7 +187,7 @@ class TerminalTest(unittest.TestCase):
         t.line("y")
         self.assertEqual(t.wait(), 0)
         with open(os.path.join(self.work, "c", "DRAWING.DXF"), encoding="cp950") as f:
-            self.assertIn("LINE", f.read())
+            self.assertEqual(f.read().count("\nLINE\n"), 2)
 
     def test_ctrl_d_quits_a_saved_drawing_without_asking(self):
         out = os.path.join(self.work, "out.dxf")
