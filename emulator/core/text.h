@@ -9,6 +9,7 @@
 #ifndef VORHOST_CORE_TEXT_H
 #define VORHOST_CORE_TEXT_H
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -59,6 +60,23 @@ std::string SignificantText(double v, int digits);
 // Each line of lines (separated by '\n', the last one ended or not) with
 // two blanks before it and '\n' after it: a block shown under a heading.
 std::string Indented(std::string_view lines);
+
+// ---- Fingerprints ----------------------------------------------------------------
+
+// A 64-bit fingerprint of a run of bytes (FNV-1a) that can be made piece
+// by piece: Add the pieces in order, whatever their sizes, and the value
+// is that of the whole. For telling whether a text changed without
+// keeping it; two texts that differ share one by chance once in 2^64.
+class Fingerprint {
+ public:
+  void Add(std::string_view bytes) {
+    for (unsigned char c : bytes) value_ = (value_ ^ c) * 0x100000001B3ULL;
+  }
+  uint64_t value() const { return value_; }
+
+ private:
+  uint64_t value_ = 0xCBF29CE484222325ULL;
+};
 
 // ---- Files ------------------------------------------------------------------------
 

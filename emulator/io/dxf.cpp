@@ -457,6 +457,13 @@ bool DrawingDxf(const Drawing& drawing, const SysVarTable& vars, std::string* te
   return true;
 }
 
+bool DrawingDxfFingerprint(const Drawing& drawing, const SysVarTable& vars, uint64_t* fingerprint) {
+  Fingerprint made;
+  if (!WriteDxf(drawing, vars, [&made](std::string_view block) { made.Add(block); })) return false;
+  *fingerprint = made.value();
+  return true;
+}
+
 bool SaveDxf(const Drawing& drawing, const SysVarTable& vars, const std::string& linux_path,
              std::string* err, std::string_view shown_name) {
   if (shown_name.empty()) shown_name = linux_path;

@@ -16,6 +16,9 @@ namespace vorhost {
 // *text untouched) when the drawing holds a number that is not finite,
 // which no file may carry. kNotFiniteReason says so to the user.
 bool DrawingDxf(const Drawing& drawing, const SysVarTable& vars, std::string* text);
+// A fingerprint of DrawingDxf's text, made as the text is written and
+// without keeping it (core/text.h); false as DrawingDxf.
+bool DrawingDxfFingerprint(const Drawing& drawing, const SysVarTable& vars, uint64_t* fingerprint);
 inline constexpr char kNotFiniteReason[] = "the drawing holds a number that is not finite";
 
 // Saves DrawingDxf to linux_path through a FileReplacement, written as it

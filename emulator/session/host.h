@@ -108,7 +108,10 @@ class Host {
     std::string name = "C:\\DRAWING.DXF";
     std::string linux_path;
     std::string dwg_vars;   // DWGPREFIX and DWGNAME when it was named
-    std::optional<std::string> saved_dxf;  // the drawing as DXF when last opened or saved
+    // The fingerprint of the drawing's DXF when last opened or saved: the
+    // drawing has changes when its DXF now differs (a whole copy would
+    // double the memory of a large drawing).
+    std::optional<uint64_t> saved_dxf;
   };
 
   Host* previous_ = nullptr;

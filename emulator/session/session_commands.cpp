@@ -7,7 +7,6 @@
 #include "emulator/core/text.h"
 #include "emulator/io/dxf.h"
 #include "emulator/platform/filesystem.h"
-#include "emulator/platform/replace_file.h"
 #include "emulator/session/host.h"
 
 namespace vorhost {
@@ -52,7 +51,11 @@ void Host::FollowSaveAs() {
   file_.linux_path.clear();
   file_.dwg_vars = vars;
   std::string linux_path, saved;
-  if (Files().Resolve(vars, &linux_path) && ReadWholeFile(linux_path, &saved)) file_.saved_dxf = std::move(saved);
+  if (Files().Resolve(vars, &linux_path) && ReadWholeFile(linux_path, &saved)) {
+    Fingerprint fingerprint;
+    fingerprint.Add(saved);
+    file_.saved_dxf = fingerprint.value();
+  }
 }
 
 const std::string& Host::drawing_name() {
@@ -62,17 +65,17 @@ const std::string& Host::drawing_name() {
 
 bool Host::DrawingModified() {
   FollowSaveAs();
-  std::string now;
+  uint64_t now = 0;
   // A drawing that cannot be written as DXF cannot be saved either; asking
   // would only end in a refusal.
-  if (!DrawingDxf(document_.drawing(), document_.sysvars(), &now)) return false;
+  if (!DrawingDxfFingerprint(document_.drawing(), document_.sysvars(), &now)) return false;
   if (!file_.saved_dxf) {
     // Nothing was marked saved: the drawing is compared with a new one.
-    static const std::string fresh = [] {
+    static const uint64_t fresh = [] {
       Document blank;
-      std::string text;
-      DrawingDxf(blank.drawing(), blank.sysvars(), &text);
-      return text;
+      uint64_t fingerprint = 0;
+      DrawingDxfFingerprint(blank.drawing(), blank.sysvars(), &fingerprint);
+      return fingerprint;
     }();
     return now != fresh;
   }
@@ -81,9 +84,12 @@ bool Host::DrawingModified() {
 
 void Host::MarkDrawingSaved() {
   FollowSaveAs();
-  std::string text;
-  if (!DrawingDxf(document_.drawing(), document_.sysvars(), &text)) text.clear();
-  file_.saved_dxf = std::move(text);
+  uint64_t fingerprint = 0;
+  if (!DrawingDxfFingerprint(document_.drawing(), document_.sysvars(), &fingerprint)) {
+    Fingerprint none;  // a drawing that cannot be written: an empty file's
+    fingerprint = none.value();
+  }
+  file_.saved_dxf = fingerprint;
 }
 
 bool Host::SaveDrawing(std::string* why) {
@@ -93,13 +99,8 @@ bool Host::SaveDrawing(std::string* why) {
     *why = "Cannot save " + file_.name + ": no drive holds it.";
     return false;
   }
-  std::string text;
-  if (!DrawingDxf(document_.drawing(), document_.sysvars(), &text)) {
-    *why = "Cannot save " + file_.name + ": " + kNotFiniteReason + ".";
-    return false;
-  }
-  if (!ReplaceFile(linux_path, text, file_.name, why)) return false;
-  file_.saved_dxf = std::move(text);
+  if (!SaveDxf(document_.drawing(), document_.sysvars(), linux_path, why, file_.name)) return false;
+  MarkDrawingSaved();
   return true;
 }
 
