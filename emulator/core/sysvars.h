@@ -5,9 +5,9 @@
 
 #include <array>
 #include <functional>
-#include <map>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <variant>
 
 #include "emulator/core/numbers.h"
@@ -33,6 +33,9 @@ class SysVarTable {
 
   const SysVar* Find(std::string_view name) const;
   bool Get(std::string_view name, SysValue* value) const;
+  // The value of a text variable, read in place; null for an unknown name
+  // or a variable of another type.
+  const std::string* Text(std::string_view name) const;
 
   // Checks a new text value of TEXTSTYLE, CLAYER, CELTYPE or CECOLOR (an
   // existing style, layer or linetype name, or a colour) and may rewrite it
@@ -50,7 +53,14 @@ class SysVarTable {
   void Force(std::string_view name, SysValue value);
 
  private:
-  std::map<std::string, SysVar> vars_;  // upper-case names
+  // Hashed so that a name is found without building a key: every new
+  // record and most prompts read a few variables.
+  struct NameHash {
+    using is_transparent = void;
+    size_t operator()(std::string_view name) const { return std::hash<std::string_view>{}(name); }
+  };
+
+  std::unordered_map<std::string, SysVar, NameHash, std::equal_to<>> vars_;  // upper-case names
 };
 
 }  // namespace vorhost

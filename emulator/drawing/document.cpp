@@ -42,14 +42,13 @@ bool Document::CheckText(std::string_view name, std::string* value) const {
 
 Entity Document::NewEntity(std::string type) const {
   Entity e(std::move(type));
-  SysValue v;
-  if (vars_.Get("CLAYER", &v)) e.layer = std::get<std::string>(v);
-  if (vars_.Get("CELTYPE", &v) && std::get<std::string>(v) != "BYLAYER")
-    e.linetype = std::get<std::string>(v);
-  if (vars_.Get("CECOLOR", &v)) {
-    const std::string& c = std::get<std::string>(v);
-    e.color = c == "BYLAYER" ? kColorByLayer : c == "BYBLOCK" ? kColorByBlock
-                                                                : static_cast<short>(std::atoi(c.c_str()));
+  // Read in place: every record made reads these three.
+  if (const std::string* layer = vars_.Text("CLAYER")) e.layer = *layer;
+  if (const std::string* linetype = vars_.Text("CELTYPE"); linetype && *linetype != "BYLAYER")
+    e.linetype = *linetype;
+  if (const std::string* c = vars_.Text("CECOLOR")) {
+    e.color = *c == "BYLAYER" ? kColorByLayer : *c == "BYBLOCK" ? kColorByBlock
+                                                                : static_cast<short>(std::atoi(c->c_str()));
   }
   return e;
 }
