@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <functional>
+#include <memory>
 #include <set>
 #include <unordered_set>
 
@@ -24,39 +26,46 @@ using dxf::kCodeLinetype;
 using dxf::kCodeName;
 using dxf::kCodeStart;
 
+// Numbers are formatted into a caller's buffer of this size, without an
+// allocation: a drawing's file holds hundreds of thousands of them. The
+// longest shortest form of a double ("-2.2250738585072014e-308") and ".0"
+// fit with room to spare.
+constexpr size_t kNumberChars = 64;
+
 // The shortest text that reads back as v, always with a decimal point or
 // exponent so that no reader takes it for an integer.
-std::string RealText(double v) {
+std::string_view RealText(double v, char (&buf)[kNumberChars]) {
   if (!std::isfinite(v)) v = 0;
   if (v == 0) v = 0;  // no "-0"
-  std::string s = ShortestText(v);
-  if (s.find_first_of(".e") == std::string::npos) s += ".0";
-  return s;
+  char* end = std::to_chars(buf, buf + kNumberChars - 2, v).ptr;
+  if (std::none_of(buf, end, [](char c) { return c == '.' || c == 'e'; })) {
+    *end++ = '.';
+    *end++ = '0';
+  }
+  return {buf, static_cast<size_t>(end - buf)};
 }
 
 // Degrees for an angle in radians: the shortest decimal text that the
 // reader's DegreesToRadians maps back to exactly these radians, so that
 // 90 stays "90.0" and a save and open keep every bit where that is possible.
-std::string AngleText(double radians) {
+std::string_view AngleText(double radians, char (&buf)[kNumberChars]) {
   double degrees = dxf::RadiansToDegrees(radians);
   if (!std::isfinite(degrees)) return "0.0";
   for (int precision = 1; precision <= 17; precision++) {
-    char buf[64];
-    auto r = std::to_chars(buf, buf + sizeof buf, degrees, std::chars_format::general, precision);
+    auto r = std::to_chars(buf, buf + kNumberChars, degrees, std::chars_format::general, precision);
     double back = 0;
     std::from_chars(buf, r.ptr, back);
-    if (dxf::DegreesToRadians(back) == radians) return RealText(back);
+    if (dxf::DegreesToRadians(back) == radians) return RealText(back, buf);
   }
-  return RealText(degrees);
+  return RealText(degrees, buf);
 }
 
-std::string HexHandle(uint32_t handle) {
-  char buf[16];
-  auto r = std::to_chars(buf, buf + sizeof buf, handle, 16);
-  std::string s(buf, r.ptr);
-  for (char& c : s)
-    if (c >= 'a' && c <= 'f') c = static_cast<char>(c - 32);
-  return s;
+// The handle in upper-case hexadecimal.
+std::string_view HexHandle(uint32_t handle, char (&buf)[kNumberChars]) {
+  char* end = std::to_chars(buf, buf + kNumberChars, handle, 16).ptr;
+  for (char* c = buf; c != end; c++)
+    if (*c >= 'a' && *c <= 'f') *c = static_cast<char>(*c - 32);
+  return {buf, static_cast<size_t>(end - buf)};
 }
 
 // The lines of a file as it is written: each group as its code, right
@@ -66,53 +75,82 @@ std::string HexHandle(uint32_t handle) {
 class GroupSink {
  public:
   using Writer = std::function<void(std::string_view)>;
-  explicit GroupSink(Writer writer) : writer_(std::move(writer)) { out_.reserve(kBlock + 256); }
+  explicit GroupSink(Writer writer) : writer_(std::move(writer)), block_(new char[kBlock]) {}
   GroupSink(const GroupSink&) = delete;
   GroupSink& operator=(const GroupSink&) = delete;
 
   void Raw(int code, std::string_view value) {
-    char buf[16];
-    auto r = std::to_chars(buf, buf + sizeof buf, code);
-    size_t length = static_cast<size_t>(r.ptr - buf);
-    if (length < 3) out_.append(3 - length, ' ');
-    out_.append(buf, length);
-    out_ += '\n';
-    out_.append(value);
-    out_ += '\n';
-    if (out_.size() >= kBlock) Flush();
+    char head[16] = {' ', ' '};  // the code's line: two blanks, then the digits
+    char* digits = head + 2;
+    char* end = std::to_chars(digits, head + sizeof head - 1, code).ptr;
+    *end++ = '\n';
+    size_t length = static_cast<size_t>(end - digits) - 1;
+    char* line = length < 3 ? digits - (3 - length) : digits;
+    Put(std::string_view(line, static_cast<size_t>(end - line)));
+    Put(value);
+    Put("\n");
   }
-  void Text(int code, std::string_view big5) { Raw(code, dxf::EscapeText(big5)); }
+  // A text needs escaping only when it holds a control character or a
+  // caret; any other is written as it is.
+  void Text(int code, std::string_view big5) {
+    if (big5.find('^') == std::string_view::npos &&
+        std::none_of(big5.begin(), big5.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }))
+      Raw(code, big5);
+    else
+      Raw(code, dxf::EscapeText(big5));
+  }
   void Int(int code, long v) {
-    char buf[24];
+    char buf[kNumberChars];
     auto r = std::to_chars(buf, buf + sizeof buf, v);
     Raw(code, std::string_view(buf, static_cast<size_t>(r.ptr - buf)));
   }
   void Real(int code, double v) {
     non_finite_ |= !std::isfinite(v);
-    Raw(code, RealText(v));
+    char buf[kNumberChars];
+    Raw(code, RealText(v, buf));
   }
   void Angle(int code, double radians) {
     non_finite_ |= !std::isfinite(radians);
-    Raw(code, AngleText(radians));
+    char buf[kNumberChars];
+    Raw(code, AngleText(radians, buf));
   }
   void Point(int code, const Point3& p, bool with_z = true) {
     Real(code, p[0]);
     Real(code + dxf::kPointYOffset, p[1]);
     if (with_z) Real(code + dxf::kPointZOffset, p[2]);
   }
-  void Handle(uint32_t handle) { Raw(kCodeHandle, HexHandle(handle)); }
+  void Handle(uint32_t handle) {
+    char buf[kNumberChars];
+    Raw(kCodeHandle, HexHandle(handle, buf));
+  }
   // Hands the lines not yet written to the writer.
   void Flush() {
-    if (!out_.empty()) writer_(out_);
-    out_.clear();
+    if (used_ > 0) writer_(std::string_view(block_.get(), used_));
+    used_ = 0;
   }
   // Whether a real that is not finite was given (and written as 0).
   bool non_finite() const { return non_finite_; }
 
  private:
   static constexpr size_t kBlock = 64 * 1024;
+
+  // Adds bytes to the block, handing the block over when they do not fit;
+  // bytes longer than a block go to the writer directly.
+  void Put(std::string_view bytes) {
+    if (bytes.size() > kBlock - used_) {
+      Flush();
+      if (bytes.size() > kBlock) {
+        writer_(bytes);
+        return;
+      }
+    }
+    std::memcpy(block_.get() + used_, bytes.data(), bytes.size());
+    used_ += bytes.size();
+  }
+
   Writer writer_;
-  std::string out_;
+  std::unique_ptr<char[]> block_;
+  size_t used_ = 0;  // bytes of block_ not yet handed to the writer
   bool non_finite_ = false;
 };
 
@@ -409,7 +447,7 @@ void WriteHeader(const SysVarTable& vars, const Box& extents, uint32_t seed, Gro
   out->Raw(dxf::kCodeHeaderVar, "$HANDLING");
   out->Int(70, 1);
   out->Raw(dxf::kCodeHeaderVar, "$HANDSEED");
-  out->Raw(kCodeHandle, HexHandle(seed));
+  out->Handle(seed);
   EndSection(out);
 }
 
