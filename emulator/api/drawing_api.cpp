@@ -98,7 +98,7 @@ extern "C" int ads_command(int rtype, ...) {
     }
     Answer a;
     ok = ItemAnswer(t, v, &a);
-    items.push_back(a);
+    items.push_back(std::move(a));
   }
   va_end(ap);
   return RunItems(items, ok);
@@ -110,7 +110,7 @@ extern "C" int ads_cmd(const resbuf* rbp) {
   for (const resbuf* rb = rbp; ok && rb; rb = rb->rbnext) {
     Answer a;
     ok = ItemAnswer(rb->restype, rb->resval, &a);
-    items.push_back(a);
+    items.push_back(std::move(a));
   }
   return RunItems(items, ok);
 }

@@ -137,11 +137,10 @@ std::string MatchKeyword(std::string_view typed, std::initializer_list<std::stri
     size_t shortest = 0;
     while (shortest < option.size() && !(option[shortest] >= 'a' && option[shortest] <= 'z'))
       shortest++;
+    if (shortest == 0) shortest = option.size();
+    if (answer.size() < shortest || answer.size() > option.size()) continue;
     std::string full = UpperName(option);
-    if (shortest == 0) shortest = full.size();
-    if (answer.size() >= shortest && answer.size() <= full.size() &&
-        full.compare(0, answer.size(), answer) == 0)
-      return full;
+    if (full.compare(0, answer.size(), answer) == 0) return full;
   }
   return "";
 }
