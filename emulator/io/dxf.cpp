@@ -13,6 +13,7 @@
 #include "emulator/core/text.h"
 #include "emulator/drawing/geometry.h"
 #include "emulator/io/dxf_format.h"
+#include "emulator/io/dxf_numbers.h"
 #include "emulator/io/dxf_text.h"
 #include "emulator/platform/replace_file.h"
 
@@ -25,48 +26,6 @@ using dxf::kCodeLayer;
 using dxf::kCodeLinetype;
 using dxf::kCodeName;
 using dxf::kCodeStart;
-
-// Numbers are formatted into a caller's buffer of this size, without an
-// allocation: a drawing's file holds hundreds of thousands of them. The
-// longest shortest form of a double ("-2.2250738585072014e-308") and ".0"
-// fit with room to spare.
-constexpr size_t kNumberChars = 64;
-
-// The shortest text that reads back as v, always with a decimal point or
-// exponent so that no reader takes it for an integer.
-std::string_view RealText(double v, char (&buf)[kNumberChars]) {
-  if (!std::isfinite(v)) v = 0;
-  if (v == 0) v = 0;  // no "-0"
-  char* end = std::to_chars(buf, buf + kNumberChars - 2, v).ptr;
-  if (std::none_of(buf, end, [](char c) { return c == '.' || c == 'e'; })) {
-    *end++ = '.';
-    *end++ = '0';
-  }
-  return {buf, static_cast<size_t>(end - buf)};
-}
-
-// Degrees for an angle in radians: the shortest decimal text that the
-// reader's DegreesToRadians maps back to exactly these radians, so that
-// 90 stays "90.0" and a save and open keep every bit where that is possible.
-std::string_view AngleText(double radians, char (&buf)[kNumberChars]) {
-  double degrees = dxf::RadiansToDegrees(radians);
-  if (!std::isfinite(degrees)) return "0.0";
-  for (int precision = 1; precision <= 17; precision++) {
-    auto r = std::to_chars(buf, buf + kNumberChars, degrees, std::chars_format::general, precision);
-    double back = 0;
-    std::from_chars(buf, r.ptr, back);
-    if (dxf::DegreesToRadians(back) == radians) return RealText(back, buf);
-  }
-  return RealText(degrees, buf);
-}
-
-// The handle in upper-case hexadecimal.
-std::string_view HexHandle(uint32_t handle, char (&buf)[kNumberChars]) {
-  char* end = std::to_chars(buf, buf + kNumberChars, handle, 16).ptr;
-  for (char* c = buf; c != end; c++)
-    if (*c >= 'a' && *c <= 'f') *c = static_cast<char>(*c - 32);
-  return {buf, static_cast<size_t>(end - buf)};
-}
 
 // The lines of a file as it is written: each group as its code, right
 // aligned in three columns as R12 writers do, and its value. The lines go
@@ -100,19 +59,19 @@ class GroupSink {
       Raw(code, dxf::EscapeText(big5));
   }
   void Int(int code, long v) {
-    char buf[kNumberChars];
+    char buf[dxf::kNumberChars];
     auto r = std::to_chars(buf, buf + sizeof buf, v);
     Raw(code, std::string_view(buf, static_cast<size_t>(r.ptr - buf)));
   }
   void Real(int code, double v) {
     non_finite_ |= !std::isfinite(v);
-    char buf[kNumberChars];
-    Raw(code, RealText(v, buf));
+    dxf::NumberBuffer buf;
+    Raw(code, dxf::RealText(v, buf));
   }
   void Angle(int code, double radians) {
     non_finite_ |= !std::isfinite(radians);
-    char buf[kNumberChars];
-    Raw(code, AngleText(radians, buf));
+    dxf::NumberBuffer buf;
+    Raw(code, dxf::AngleText(radians, buf));
   }
   void Point(int code, const Point3& p, bool with_z = true) {
     Real(code, p[0]);
@@ -120,8 +79,8 @@ class GroupSink {
     if (with_z) Real(code + dxf::kPointZOffset, p[2]);
   }
   void Handle(uint32_t handle) {
-    char buf[kNumberChars];
-    Raw(kCodeHandle, HexHandle(handle, buf));
+    dxf::NumberBuffer buf;
+    Raw(kCodeHandle, dxf::HandleText(handle, buf));
   }
   // Hands the lines not yet written to the writer.
   void Flush() {
