@@ -4,6 +4,7 @@
 #define VORHOST_CORE_SYSVARS_H
 
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -54,10 +55,15 @@ class SysVarTable {
 
  private:
   // Hashed so that a name is found without building a key: every new
-  // record and most prompts read a few variables.
+  // record and most prompts read a few variables. The names are short, so
+  // a byte-at-a-time hash (FNV-1a) is quicker than the library's.
   struct NameHash {
     using is_transparent = void;
-    size_t operator()(std::string_view name) const { return std::hash<std::string_view>{}(name); }
+    size_t operator()(std::string_view name) const {
+      uint64_t h = 14695981039346656037u;
+      for (char c : name) h = (h ^ static_cast<unsigned char>(c)) * 1099511628211u;
+      return static_cast<size_t>(h);
+    }
   };
 
   std::unordered_map<std::string, SysVar, NameHash, std::equal_to<>> vars_;  // upper-case names

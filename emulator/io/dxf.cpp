@@ -282,8 +282,12 @@ void WriteLtypeTable(const Tables& tables, GroupSink* out) {
 void WriteLayerTable(const Drawing& drawing, GroupSink* out) {
   SymbolTable<LayerRecord> layers = drawing.tables().layers();
   auto note = [&](const std::vector<Entity>& records) {
-    for (const Entity& e : records)
-      if (!e.erased && !layers.Find(e.layer)) layers.Put(LayerRecord{e.layer});
+    const std::string* last = nullptr;  // a run of records on one layer is looked up once
+    for (const Entity& e : records) {
+      if (e.erased || (last && e.layer == *last)) continue;
+      if (!layers.Find(e.layer)) layers.Put(LayerRecord{e.layer});
+      last = &e.layer;
+    }
   };
   note(drawing.entities());
   for (const BlockRecord& b : drawing.tables().blocks().records()) note(b.entities);
