@@ -73,6 +73,7 @@ bool UserSelection(Host& host, std::vector<uint64_t>* out) {
 
 extern "C" int ads_command(int rtype, ...) {
   std::vector<Answer> items;
+  items.reserve(8);  // a command and its answers: programs call this for every record they draw
   bool ok = true;
   va_list ap;
   va_start(ap, rtype);
