@@ -2,6 +2,7 @@
 #include "emulator/core/sysvars.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstdio>
 
@@ -112,6 +113,23 @@ SysVarTable::SysVarTable() {
   for (const Default& d : kDefaults) vars_[d.name] = SysVar{d.value, d.min, d.max, d.read_only};
 }
 
+SysVarTable::SysVarTable(SysVarTable&& other) noexcept
+    : vars_(std::move(other.vars_)), version_(other.version_) {
+  other.version_ = NewVersion();
+}
+
+SysVarTable& SysVarTable::operator=(SysVarTable&& other) noexcept {
+  vars_ = std::move(other.vars_);
+  version_ = other.version_;
+  other.version_ = NewVersion();
+  return *this;
+}
+
+uint64_t SysVarTable::NewVersion() {
+  static std::atomic<uint64_t> last{0};
+  return ++last;
+}
+
 const SysVar* SysVarTable::Find(std::string_view name) const {
   auto it = Locate(vars_, name);
   return it == vars_.end() ? nullptr : &it->second;
@@ -166,6 +184,7 @@ bool SysVarTable::Set(std::string_view name, const SysValue& value, std::string*
     return false;
   }
   var.value = std::move(v);
+  version_ = NewVersion();
   return true;
 }
 
@@ -173,6 +192,7 @@ void SysVarTable::Force(std::string_view name, SysValue value) {
   auto it = Locate(vars_, name);
   if (it == vars_.end()) it = vars_.emplace(UpperName(name), SysVar{}).first;
   it->second.value = std::move(value);
+  version_ = NewVersion();
 }
 
 }  // namespace vorhost

@@ -31,6 +31,17 @@ class SysVarTable {
  public:
   // A table holding the host's defaults for a new drawing.
   SysVarTable();
+  SysVarTable(const SysVarTable&) = default;
+  SysVarTable& operator=(const SysVarTable&) = default;
+  // A table moved from is left with a version of its own, as its values
+  // are no longer those of the version it had.
+  SysVarTable(SysVarTable&& other) noexcept;
+  SysVarTable& operator=(SysVarTable&& other) noexcept;
+
+  // Changes whenever a variable does, so that what was read from the
+  // table can be kept until then. No two tables that differ show the same
+  // version: a copy shares it only while it holds the same values.
+  uint64_t version() const { return version_; }
 
   const SysVar* Find(std::string_view name) const;
   bool Get(std::string_view name, SysValue* value) const;
@@ -66,7 +77,10 @@ class SysVarTable {
     }
   };
 
+  static uint64_t NewVersion();
+
   std::unordered_map<std::string, SysVar, NameHash, std::equal_to<>> vars_;  // upper-case names
+  uint64_t version_ = NewVersion();
 };
 
 }  // namespace vorhost

@@ -1,9 +1,12 @@
 // sysvars_test.cpp - the variable table: names in any case found without
-// folding Big5 trail bytes, the messages that name a variable, and the
-// values read in place.
+// folding Big5 trail bytes, the messages that name a variable, the values
+// read in place, and the versions that let a document keep what new
+// records take from the variables.
 #include "emulator/core/sysvars.h"
 
 #include <gtest/gtest.h>
+
+#include "emulator/drawing/document.h"
 
 namespace vorhost {
 namespace {
@@ -66,6 +69,60 @@ TEST(SysVarTableTest, TextIsReadInPlaceOnlyForTextVariables) {
   EXPECT_EQ(*vars.Text("CLAYER"), "WALLS");
   EXPECT_EQ(vars.Text("LTSCALE"), nullptr);
   EXPECT_EQ(vars.Text("NOSUCH"), nullptr);
+}
+
+TEST(SysVarTableTest, EveryChangeMakesANewVersionAndNoOtherTableHasIt) {
+  SysVarTable a, b;
+  EXPECT_NE(a.version(), b.version());
+  uint64_t before = a.version();
+  a.Force("CLAYER", std::string("WALLS"));
+  EXPECT_NE(a.version(), before);
+  before = a.version();
+  std::string why;
+  EXPECT_FALSE(a.Set("ACADVER", std::string("15"), &why));
+  EXPECT_EQ(a.version(), before) << "a refused change changes nothing";
+  ASSERT_TRUE(a.Set("LTSCALE", 2.0, &why));
+  EXPECT_NE(a.version(), before);
+
+  SysVarTable copy = a;
+  EXPECT_EQ(copy.version(), a.version()) << "the same values";
+  SysVarTable moved = std::move(copy);
+  EXPECT_EQ(moved.version(), a.version());
+  EXPECT_NE(copy.version(), a.version()) << "what is left of a moved table is not what it held";  // NOLINT
+  b = std::move(moved);
+  EXPECT_EQ(b.version(), a.version());
+}
+
+// New records take the current layer, linetype and colour as they are at
+// the moment, however the variables were changed or replaced.
+TEST(DocumentTest, NewRecordsTakeTheCurrentPropertiesAsTheyAreNow) {
+  auto properties = [](const Document& doc) {
+    Entity e = doc.NewEntity("LINE");
+    return e.layer + "|" + e.linetype + "|" + std::to_string(e.color);
+  };
+  Document doc;
+  EXPECT_EQ(properties(doc), "0||256");
+  doc.sysvars().Force("CLAYER", std::string("WALLS"));
+  EXPECT_EQ(properties(doc), "WALLS||256");
+  doc.sysvars().Force("CELTYPE", std::string("DASHED"));
+  doc.sysvars().Force("CECOLOR", std::string("3"));
+  EXPECT_EQ(properties(doc), "WALLS|DASHED|3");
+  doc.sysvars().Force("CELTYPE", std::string("BYLAYER"));
+  doc.sysvars().Force("CECOLOR", std::string("BYBLOCK"));
+  EXPECT_EQ(properties(doc), "WALLS||0");
+
+  doc.drawing().tables().layers().Put(LayerRecord{"PIPES"});
+  std::string why;
+  ASSERT_TRUE(doc.SetVariable("clayer", std::string("pipes"), &why)) << why;
+  EXPECT_EQ(properties(doc), "PIPES||0");
+
+  doc.sysvars() = SysVarTable();
+  EXPECT_EQ(properties(doc), "0||256") << "a new table's defaults";
+  doc.sysvars().Force("CLAYER", std::string("WALLS"));
+  Document moved = std::move(doc);
+  EXPECT_EQ(properties(moved), "WALLS||256");
+  Document fresh{Drawing(), SysVarTable()};
+  EXPECT_EQ(properties(fresh), "0||256");
 }
 
 }  // namespace
