@@ -27,27 +27,63 @@ using dxf::kCodeLinetype;
 using dxf::kCodeName;
 using dxf::kCodeStart;
 
-// The lines of a file as it is written: each group as its code, right
-// aligned in three columns as R12 writers do, and its value. The lines go
-// to the writer a block at a time, so that no copy of the whole file is
-// ever held.
+// The line of a group code as R12 writers write it: right-aligned in three
+// columns, then the line's end ("  0\n", " 10\n", "1071\n").
+struct CodeLine {
+  char text[16];
+  size_t size = 0;
+  std::string_view view() const { return {text, size}; }
+};
+
+CodeLine FormatCodeLine(int code) {
+  CodeLine line;
+  char* digits = line.text + 2;
+  char* end = std::to_chars(digits, line.text + sizeof line.text - 1, code).ptr;
+  size_t length = static_cast<size_t>(end - digits);
+  char* start = length < 3 ? digits - (3 - length) : digits;
+  std::fill(start, digits, ' ');
+  *end++ = '\n';
+  std::copy(start, end, line.text);
+  line.size = static_cast<size_t>(end - start);
+  return line;
+}
+
+// The lines of every code a record may hold, made once.
+const std::vector<CodeLine>& CodeLines() {
+  static const std::vector<CodeLine> lines = [] {
+    std::vector<CodeLine> all;
+    for (int code = 0; code <= dxf::kMaxGroupCode; code++) all.push_back(FormatCodeLine(code));
+    return all;
+  }();
+  return lines;
+}
+
+// The lines of a file as it is written: each group as its code's line and
+// its value. The lines go to the writer a block at a time, so that no copy
+// of the whole file is ever held.
 class GroupSink {
  public:
   using Writer = std::function<void(std::string_view)>;
-  explicit GroupSink(Writer writer) : writer_(std::move(writer)), block_(new char[kBlock]) {}
+  explicit GroupSink(Writer writer)
+      : writer_(std::move(writer)), block_(new char[kBlock]), code_lines_(CodeLines()) {}
   GroupSink(const GroupSink&) = delete;
   GroupSink& operator=(const GroupSink&) = delete;
 
   void Raw(int code, std::string_view value) {
-    char head[16] = {' ', ' '};  // the code's line: two blanks, then the digits
-    char* digits = head + 2;
-    char* end = std::to_chars(digits, head + sizeof head - 1, code).ptr;
-    *end++ = '\n';
-    size_t length = static_cast<size_t>(end - digits) - 1;
-    char* line = length < 3 ? digits - (3 - length) : digits;
-    Put(std::string_view(line, static_cast<size_t>(end - line)));
-    Put(value);
-    Put("\n");
+    CodeLine made;
+    if (code < 0 || static_cast<size_t>(code) >= code_lines_.size()) made = FormatCodeLine(code);
+    std::string_view head = made.size ? made.view() : code_lines_[code].view();
+    if (head.size() + value.size() + 1 > kBlock - used_) {  // the block is full: the long way
+      Put(head);
+      Put(value);
+      Put("\n");
+      return;
+    }
+    char* at = block_.get() + used_;
+    std::memcpy(at, head.data(), head.size());
+    std::memcpy(at + head.size(), value.data(), value.size());
+    at[head.size() + value.size()] = '\n';
+    used_ += head.size() + value.size() + 1;
   }
   // A text needs escaping only when it holds a control character or a
   // caret; any other is written as it is.
@@ -110,6 +146,7 @@ class GroupSink {
   Writer writer_;
   std::unique_ptr<char[]> block_;
   size_t used_ = 0;  // bytes of block_ not yet handed to the writer
+  const std::vector<CodeLine>& code_lines_;
   bool non_finite_ = false;
 };
 

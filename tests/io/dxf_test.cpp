@@ -253,6 +253,29 @@ TEST_F(DxfTest, RealsAreTheShortestTextThatReadsBack) {
   EXPECT_NE(file.find("\n 10\n0.0\n 20\n0.0\n 30\n0.0\n"), std::string::npos);
 }
 
+// The file goes to the disk a block at a time: lines across the blocks'
+// edges, and a text longer than a block, arrive whole and in order.
+TEST_F(DxfTest, LinesCrossTheWritersBlocksWhole) {
+  Drawing d;
+  for (int i = 0; i < 5000; i++) {
+    Entity line("LINE");
+    line.groups = {{10, Point3{i + 0.5, -i / 3.0, 0}}, {11, Point3{i * 1e6, 0, 0}}};
+    d.Append(line);
+    if (i == 2500) d.Append(sample::Text("TEXT", {0, 0, 0}, 1, std::string(100000, 'x'), "STANDARD"));
+  }
+  std::string file = Save(d, SysVarTable());
+  std::string made;
+  ASSERT_TRUE(DrawingDxf(d, SysVarTable(), &made));
+  EXPECT_EQ(file, made);
+  EXPECT_EQ(Value(Find(file, "TEXT"), 1), std::string(100000, 'x'));
+  EXPECT_EQ(Value(Find(file, "LINE", 4999), 10), "4999.5");
+  EXPECT_EQ(Value(Find(file, "LINE", 4999), 11), "4.999e+09");
+  size_t lines = 0;
+  for (const auto& [type, groups] : Records(file)) lines += type == "LINE";
+  EXPECT_EQ(lines, 5000u);
+  EXPECT_EQ(file.substr(file.size() - 8), "  0\nEOF\n");
+}
+
 // The symbol blocks the panel diagrams insert: what INSERT finds in them.
 TEST_F(DxfTest, ResourceBlocksHoldTheirAttributesInOrder) {
   struct Case {
