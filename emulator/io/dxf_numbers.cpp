@@ -31,8 +31,15 @@ std::string_view WithPoint(char* buf, char* end) {
 std::string_view RealText(double v, NumberBuffer& buf) {
   if (!std::isfinite(v)) v = 0;
   if (v == 0) v = 0;  // no "-0"
-  if (std::fabs(v) < kPlainWholeLimit && v == std::trunc(v))
-    return WithPoint(buf, std::to_chars(buf, buf + kNumberChars - 2, static_cast<long>(v)).ptr);
+  if (std::fabs(v) < kPlainWholeLimit) {
+    long whole = static_cast<long>(v);  // in range: the cast only drops the fraction
+    if (whole == v) {
+      char* end = std::to_chars(buf, buf + kNumberChars - 2, whole).ptr;
+      *end++ = '.';
+      *end++ = '0';
+      return {buf, static_cast<size_t>(end - buf)};
+    }
+  }
   return WithPoint(buf, std::to_chars(buf, buf + kNumberChars - 2, v).ptr);
 }
 
