@@ -139,6 +139,9 @@ std::string MatchKeyword(std::string_view typed, std::initializer_list<std::stri
       shortest++;
     if (shortest == 0) shortest = option.size();
     if (answer.size() < shortest || answer.size() > option.size()) continue;
+    // The first byte settles most options before the option is upper-cased
+    // (a first byte of Big5 is no letter: UpperAscii keeps it).
+    if (UpperAscii(option[0]) != answer[0]) continue;
     std::string full = UpperName(option);
     if (full.compare(0, answer.size(), answer) == 0) return full;
   }
