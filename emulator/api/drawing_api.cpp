@@ -73,6 +73,7 @@ bool UserSelection(Host& host, std::vector<uint64_t>* out) {
 
 extern "C" int ads_command(int rtype, ...) {
   std::vector<Answer> items;
+  items.reserve(8);  // a command and its answers: programs call this for every record they draw
   bool ok = true;
   va_list ap;
   va_start(ap, rtype);
@@ -96,9 +97,7 @@ extern "C" int ads_command(int rtype, ...) {
       }
       default: ok = false; continue;
     }
-    Answer a;
-    ok = ItemAnswer(t, v, &a);
-    items.push_back(a);
+    ok = ItemAnswer(t, v, &items.emplace_back());
   }
   va_end(ap);
   return RunItems(items, ok);
@@ -108,9 +107,7 @@ extern "C" int ads_cmd(const resbuf* rbp) {
   std::vector<Answer> items;
   bool ok = true;
   for (const resbuf* rb = rbp; ok && rb; rb = rb->rbnext) {
-    Answer a;
-    ok = ItemAnswer(rb->restype, rb->resval, &a);
-    items.push_back(a);
+    ok = ItemAnswer(rb->restype, rb->resval, &items.emplace_back());
   }
   return RunItems(items, ok);
 }

@@ -162,10 +162,13 @@ class InsertCommand : public Command {
     bool ask = !doc().sysvars().Get("ATTREQ", &req) || std::get<short>(req) != 0;
     defs_.clear();
     pending_.clear();
+    attributes_.clear();
     for (size_t i = 0; i < block->entities.size(); i++) {
       const Entity& e = block->entities[i];
       if (e.type != "ATTDEF" || (e.Short(70) & kConstant)) continue;
-      if (!Attribute(e, "", block->base).NumbersInRange()) return Reject(kValueOutOfRange);
+      Entity attribute = Attribute(e, block->base);
+      if (!attribute.NumbersInRange()) return Reject(kValueOutOfRange);
+      attributes_.push_back(std::move(attribute.groups));
       defs_.push_back(i);
       if (ask && !(e.Short(70) & kPreset)) pending_.push_back(i);
     }
@@ -181,14 +184,20 @@ class InsertCommand : public Command {
     return {at_[0] + x * c - y * s, at_[1] + x * s + y * c, at_[2] + p[2] - base[2]};
   }
 
-  Entity Attribute(const Entity& def, const std::string& value, const Point3& base) const {
-    Entity e = doc().NewEntity("ATTRIB");
-    if (def.layer != "0") e.layer = def.layer;
+  // An attribute of definition def with an empty value, on the current
+  // layer unless def has its own.
+  Entity Attribute(const Entity& def, const Point3& base) const {
+    Entity e = NewAttribute(def);
     e.groups = LayOut("ATTRIB", {{10, Place(def.Point(10), base)}, {40, def.Real(40, 1) * std::fabs(sy_)},
-                                 {1, value}, {2, def.Text(2)}, {70, short(def.Short(70) & kInvisible)},
+                                 {1, std::string()}, {2, def.Text(2)}, {70, short(def.Short(70) & kInvisible)},
                                  {50, def.Real(50) + rotation_}, {41, def.Real(41, 1) * std::fabs(sx_ / sy_)},
                                  {51, def.Real(51)}, {7, def.Text(7, "STANDARD")}, {71, def.Short(71)},
                                  {72, def.Short(72)}, {11, Place(def.Point(11), base)}, {74, def.Short(74)}});
+    return e;
+  }
+  Entity NewAttribute(const Entity& def) const {
+    Entity e = doc().NewEntity("ATTRIB");
+    if (def.layer != "0") e.layer = def.layer;
     return e;
   }
 
@@ -201,11 +210,15 @@ class InsertCommand : public Command {
     insert.groups = LayOut("INSERT", std::move(groups));
     d.Append(std::move(insert));
     size_t asked = 0;
-    for (size_t index : defs_) {
-      const Entity& def = block->entities[index];
-      bool was_asked = asked < pending_.size() && pending_[asked] == index;
-      std::string value = was_asked ? values_[asked++] : def.Text(1);
-      d.Append(Attribute(def, value, block->base));
+    for (size_t k = 0; k < defs_.size(); k++) {
+      const Entity& def = block->entities[defs_[k]];
+      bool was_asked = asked < pending_.size() && pending_[asked] == defs_[k];
+      // The properties are the current ones now, as a program may have
+      // changed them between the answers.
+      Entity attribute = NewAttribute(def);
+      attribute.groups = std::move(attributes_[k]);
+      attribute.Set(1, was_asked ? values_[asked++] : def.Text(1));
+      d.Append(std::move(attribute));
     }
     if (!defs_.empty()) d.Append(doc().NewEntity("SEQEND"));
     return Step::kDone;
@@ -217,6 +230,9 @@ class InsertCommand : public Command {
   double sx_ = 1, sy_ = 1, rotation_ = 0;
   // Indexes in the block of its attribute definitions, and of those asked.
   std::vector<size_t> defs_, pending_;
+  // The groups of each attribute of defs_, laid out while the definitions
+  // are collected; the value is set when the attribute is made.
+  std::vector<GroupList> attributes_;
   std::vector<std::string> values_;
 };
 

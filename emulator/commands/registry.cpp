@@ -15,7 +15,7 @@ struct Alias {
 };
 constexpr Alias kAliases[] = {{"DTEXT", "TEXT"}, {"DXFOUT", "SAVEAS"}};
 
-// Every command, by name.
+// Every command, sorted by name for MakeCommand's binary search.
 const std::vector<CommandEntry>& Commands() {
   static const std::vector<CommandEntry> commands = [] {
     std::vector<CommandEntry> all;
@@ -34,8 +34,10 @@ const std::vector<CommandEntry>& Commands() {
 std::unique_ptr<Command> MakeCommand(CommandContext& context, std::string_view name) {
   for (const Alias& alias : kAliases)
     if (name == alias.name) name = alias.command;
-  for (const CommandEntry& c : Commands())
-    if (name == c.name) return c.make(context);
+  const std::vector<CommandEntry>& commands = Commands();
+  auto it = std::lower_bound(commands.begin(), commands.end(), name,
+                             [](const CommandEntry& c, std::string_view n) { return c.name < n; });
+  if (it != commands.end() && name == it->name) return it->make(context);
   return MakeSysvarCommand(context, name);
 }
 

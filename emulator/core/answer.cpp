@@ -137,11 +137,13 @@ std::string MatchKeyword(std::string_view typed, std::initializer_list<std::stri
     size_t shortest = 0;
     while (shortest < option.size() && !(option[shortest] >= 'a' && option[shortest] <= 'z'))
       shortest++;
+    if (shortest == 0) shortest = option.size();
+    if (answer.size() < shortest || answer.size() > option.size()) continue;
+    // The first byte settles most options before the option is upper-cased
+    // (a first byte of Big5 is no letter: UpperAscii keeps it).
+    if (UpperAscii(option[0]) != answer[0]) continue;
     std::string full = UpperName(option);
-    if (shortest == 0) shortest = full.size();
-    if (answer.size() >= shortest && answer.size() <= full.size() &&
-        full.compare(0, answer.size(), answer) == 0)
-      return full;
+    if (full.compare(0, answer.size(), answer) == 0) return full;
   }
   return "";
 }

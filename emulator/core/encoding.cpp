@@ -59,15 +59,6 @@ std::string Big5ToUtf8(std::string_view big5) {
   return out;
 }
 
-size_t Big5CharLength(std::string_view text, size_t pos) {
-  if (pos + 1 >= text.size()) return 1;
-  auto lead = static_cast<unsigned char>(text[pos]);
-  auto trail = static_cast<unsigned char>(text[pos + 1]);
-  bool is_lead = lead >= 0x81 && lead <= 0xFE;
-  bool is_trail = (trail >= 0x40 && trail <= 0x7E) || (trail >= 0xA1 && trail <= 0xFE);
-  return is_lead && is_trail ? 2 : 1;
-}
-
 bool Utf8ToBig5(std::string_view utf8, std::string* out, size_t* consumed) {
   out->clear();
   size_t used = ToBig5().ok() ? ToBig5().Convert(utf8, out) : 0;

@@ -72,8 +72,16 @@ bool LooksLikeUtf8(std::string_view text);
 // The length of the character at text[pos]: 2 for a Big5 lead byte
 // (0x81-0xFE) followed by a trail byte (0x40-0x7E or 0xA1-0xFE), else 1.
 // Code that looks for ASCII bytes in Big5 text steps by this, so that a
-// trail byte such as 0x5C is never taken for a backslash.
-size_t Big5CharLength(std::string_view text, size_t pos);
+// trail byte such as 0x5C is never taken for a backslash. Inline: every
+// walk over a text calls it once a character.
+inline size_t Big5CharLength(std::string_view text, size_t pos) {
+  if (pos + 1 >= text.size()) return 1;
+  auto lead = static_cast<unsigned char>(text[pos]);
+  auto trail = static_cast<unsigned char>(text[pos + 1]);
+  bool is_lead = lead >= 0x81 && lead <= 0xFE;
+  bool is_trail = (trail >= 0x40 && trail <= 0x7E) || (trail >= 0xA1 && trail <= 0xFE);
+  return is_lead && is_trail ? 2 : 1;
+}
 
 }  // namespace vorhost
 

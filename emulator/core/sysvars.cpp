@@ -1,6 +1,8 @@
 // sysvars.cpp - system variables with the host's metric defaults.
 #include "emulator/core/sysvars.h"
 
+#include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstdio>
 
@@ -86,6 +88,15 @@ bool IsCheckedText(std::string_view name) {
   return name == "TEXTSTYLE" || name == "CLAYER" || name == "CELTYPE" || name == "CECOLOR";
 }
 
+// The entry of vars (the table's map, const or not) for a name in any case.
+// The host's own code asks by upper-case names, which need no copy: a name
+// without a lower-case letter is its own UpperName.
+template <typename Vars>
+auto Locate(Vars& vars, std::string_view name) {
+  bool folded = std::none_of(name.begin(), name.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+  return folded ? vars.find(name) : vars.find(UpperName(name));
+}
+
 // Four decimals, as the host shows reals.
 std::string Real4(double v) { return FixedText(v, 4); }
 
@@ -102,8 +113,25 @@ SysVarTable::SysVarTable() {
   for (const Default& d : kDefaults) vars_[d.name] = SysVar{d.value, d.min, d.max, d.read_only};
 }
 
+SysVarTable::SysVarTable(SysVarTable&& other) noexcept
+    : vars_(std::move(other.vars_)), version_(other.version_) {
+  other.version_ = NewVersion();
+}
+
+SysVarTable& SysVarTable::operator=(SysVarTable&& other) noexcept {
+  vars_ = std::move(other.vars_);
+  version_ = other.version_;
+  other.version_ = NewVersion();
+  return *this;
+}
+
+uint64_t SysVarTable::NewVersion() {
+  static std::atomic<uint64_t> last{0};
+  return ++last;
+}
+
 const SysVar* SysVarTable::Find(std::string_view name) const {
-  auto it = vars_.find(UpperName(name));
+  auto it = Locate(vars_, name);
   return it == vars_.end() ? nullptr : &it->second;
 }
 
@@ -114,14 +142,19 @@ bool SysVarTable::Get(std::string_view name, SysValue* value) const {
   return true;
 }
 
+const std::string* SysVarTable::Text(std::string_view name) const {
+  const SysVar* var = Find(name);
+  return var ? std::get_if<std::string>(&var->value) : nullptr;
+}
+
 bool SysVarTable::Set(std::string_view name, const SysValue& value, std::string* why,
                       const TextCheck& check) {
-  std::string key = UpperName(name);
-  auto it = vars_.find(key);
+  auto it = Locate(vars_, name);
   if (it == vars_.end()) {
     *why = "Unknown variable name.";
     return false;
   }
+  const std::string& key = it->first;
   SysVar& var = it->second;
   if (var.read_only) {
     *why = "Variable " + key + " is read only.";
@@ -151,11 +184,15 @@ bool SysVarTable::Set(std::string_view name, const SysValue& value, std::string*
     return false;
   }
   var.value = std::move(v);
+  version_ = NewVersion();
   return true;
 }
 
 void SysVarTable::Force(std::string_view name, SysValue value) {
-  vars_[UpperName(name)].value = std::move(value);
+  auto it = Locate(vars_, name);
+  if (it == vars_.end()) it = vars_.emplace(UpperName(name), SysVar{}).first;
+  it->second.value = std::move(value);
+  version_ = NewVersion();
 }
 
 }  // namespace vorhost

@@ -26,6 +26,7 @@ std::string UpperName(std::string_view big5) {
 
 bool SameName(std::string_view a, std::string_view b) {
   if (a.size() != b.size()) return false;
+  if (a == b) return true;  // the usual case when a table is searched for a name it holds
   for (size_t i = 0; i < a.size();) {
     size_t n = Big5CharLength(a, i);
     if (n != Big5CharLength(b, i)) return false;

@@ -45,6 +45,14 @@ class InsertBudget {
     return true;
   }
   bool spent() const { return left_ == 0; }
+  // Spends n at once when that many are left; false, spending nothing,
+  // otherwise.
+  bool SpendAll(size_t n) {
+    if (n > left_) return false;
+    left_ -= n;
+    return true;
+  }
+  size_t left() const { return left_; }
 
  private:
   size_t left_ = kInsertBudget;

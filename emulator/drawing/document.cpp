@@ -40,17 +40,25 @@ bool Document::CheckText(std::string_view name, std::string* value) const {
   return tables().linetypes().Find(*value) != nullptr;
 }
 
+const Document::Current& Document::current() const {
+  if (current_.version == vars_.version()) return current_;
+  current_ = Current{vars_.version()};
+  if (const std::string* layer = vars_.Text("CLAYER")) current_.layer = *layer;
+  if (const std::string* linetype = vars_.Text("CELTYPE"); linetype && *linetype != "BYLAYER")
+    current_.linetype = *linetype;
+  if (const std::string* c = vars_.Text("CECOLOR")) {
+    current_.color = *c == "BYLAYER" ? kColorByLayer : *c == "BYBLOCK" ? kColorByBlock
+                                                                     : static_cast<short>(std::atoi(c->c_str()));
+  }
+  return current_;
+}
+
 Entity Document::NewEntity(std::string type) const {
   Entity e(std::move(type));
-  SysValue v;
-  if (vars_.Get("CLAYER", &v)) e.layer = std::get<std::string>(v);
-  if (vars_.Get("CELTYPE", &v) && std::get<std::string>(v) != "BYLAYER")
-    e.linetype = std::get<std::string>(v);
-  if (vars_.Get("CECOLOR", &v)) {
-    const std::string& c = std::get<std::string>(v);
-    e.color = c == "BYLAYER" ? kColorByLayer : c == "BYBLOCK" ? kColorByBlock
-                                                                : static_cast<short>(std::atoi(c.c_str()));
-  }
+  const Current& current = this->current();
+  e.layer = current.layer;
+  e.linetype = current.linetype;
+  e.color = current.color;
   return e;
 }
 

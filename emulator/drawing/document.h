@@ -76,8 +76,20 @@ class Document {
  private:
   bool CheckText(std::string_view name, std::string* value) const;
 
+  // What a new record takes from the variables (CLAYER, CELTYPE, CECOLOR),
+  // read again only when they changed: a drawing makes a record for every
+  // line and text, and the variables seldom change between them.
+  struct Current {
+    uint64_t version = 0;  // of vars_ when read; 0: never read
+    std::string layer = "0";
+    std::string linetype;  // empty: BYLAYER
+    short color = kColorByLayer;
+  };
+  const Current& current() const;
+
   Drawing drawing_;
   SysVarTable vars_;
+  mutable Current current_;
   SelectionSets sets_;
   uint64_t last_text_ = 0;
 };

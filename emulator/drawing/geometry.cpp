@@ -14,22 +14,27 @@ namespace {
 constexpr int kArcSteps = 32;  // samples of a full circle
 constexpr double kTwoPi = 2 * M_PI;
 
-// Applies an insert's transform (scale, rotate, move) to a point of its block.
-struct Transform {
-  Point3 base{0, 0, 0}, at{0, 0, 0};
-  double sx = 1, sy = 1, rotation = 0;
+// Applies an insert's transform (scale, rotate, move) to a point of its
+// block. The rotation's cosine and sine are taken once, not per point.
+class Transform {
+ public:
+  Transform(const Point3& base, const Point3& at, double sx, double sy, double rotation)
+      : base_(base), at_(at), sx_(sx), sy_(sy), cos_(std::cos(rotation)), sin_(std::sin(rotation)) {}
   Point3 Apply(const Point3& p) const {
-    double x = (p[0] - base[0]) * sx, y = (p[1] - base[1]) * sy;
-    double c = std::cos(rotation), s = std::sin(rotation);
-    return {at[0] + x * c - y * s, at[1] + x * s + y * c, at[2] + p[2] - base[2]};
+    double x = (p[0] - base_[0]) * sx_, y = (p[1] - base_[1]) * sy_;
+    return {at_[0] + x * cos_ - y * sin_, at_[1] + x * sin_ + y * cos_, at_[2] + p[2] - base_[2]};
   }
+
+ private:
+  Point3 base_, at_;
+  double sx_, sy_, cos_, sin_;
 };
 
 // Transforms applied to a block's points, innermost first.
 using Transforms = std::vector<Transform>;
 
 void AddRecords(const Drawing& drawing, const EntityList& records, const Transforms& ts,
-                int depth, InsertBudget* budget, std::vector<Chain>* out);
+                int depth, InsertBudget* budget, std::vector<Chain>* out, BlockOutlines* blocks);
 
 Chain TextChain(const Drawing& drawing, const Entity& e) {
   const StyleRecord* style = drawing.tables().styles().Find(e.Text(7, "STANDARD"));
@@ -81,7 +86,9 @@ Chain PointsOf(const Entity& e) {
 // insert), each cell moved along the insert's rotated axes, as long as the
 // budget lasts.
 void AddInsertCells(const Drawing& drawing, const Entity& e, const BlockRecord& block,
-                    const Transforms& ts, int depth, InsertBudget* budget, std::vector<Chain>* out) {
+                    const Transforms& ts, int depth, InsertBudget* budget, std::vector<Chain>* out,
+                    BlockOutlines* blocks) {
+  const BlockOutlines::Traced* traced = blocks ? blocks->Of(drawing, block) : nullptr;
   double r = e.Real(50), c = std::cos(r), s = std::sin(r);
   Point3 at = e.Point(10);
   int columns = std::max<int>(1, e.Short(70, 1)), rows = std::max<int>(1, e.Short(71, 1));
@@ -92,12 +99,21 @@ void AddInsertCells(const Drawing& drawing, const Entity& e, const BlockRecord& 
       Transforms inner = ts;
       inner.insert(inner.begin(), Transform{block.base, {at[0] + ox * c - oy * s, at[1] + ox * s + oy * c, at[2]},
                                             e.Real(41, 1), e.Real(42, 1), r});
-      AddRecords(drawing, block.entities, inner, depth + 1, budget, out);
+      if (traced && budget->SpendAll(traced->spent)) {
+        for (Chain chain : traced->chains) {
+          for (Point3& p : chain)
+            for (const Transform& t : inner) p = t.Apply(p);
+          out->push_back(std::move(chain));
+        }
+      } else {
+        AddRecords(drawing, block.entities, inner, depth + 1, budget, out, blocks);
+      }
     }
 }
 
 void AddRecord(const Drawing& drawing, const EntityList& records, size_t i,
-               const Transforms& ts, int depth, InsertBudget* budget, std::vector<Chain>* out) {
+               const Transforms& ts, int depth, InsertBudget* budget, std::vector<Chain>* out,
+               BlockOutlines* blocks) {
   const Entity& e = records[i];
   if (depth > 0 && !budget->Spend()) return;
   Chain chain;
@@ -113,10 +129,10 @@ void AddRecord(const Drawing& drawing, const EntityList& records, size_t i,
     chain = TextChain(drawing, e);
   } else if (e.type == "INSERT") {
     const BlockRecord* block = drawing.tables().blocks().Find(e.Text(2));
-    if (block && depth < kMaxBlockDepth) AddInsertCells(drawing, e, *block, ts, depth, budget, out);
+    if (block && depth < kMaxBlockDepth) AddInsertCells(drawing, e, *block, ts, depth, budget, out, blocks);
     chain = {e.Point(10)};
     for (size_t k = i + 1; k < records.size() && records[k].type == "ATTRIB"; k++)
-      AddRecord(drawing, records, k, ts, depth, budget, out);
+      AddRecord(drawing, records, k, ts, depth, budget, out, blocks);
   } else if (!e.IsSubEntity() && e.type != "ATTDEF") {
     chain = PointsOf(e);
   }
@@ -127,10 +143,10 @@ void AddRecord(const Drawing& drawing, const EntityList& records, size_t i,
 }
 
 void AddRecords(const Drawing& drawing, const EntityList& records, const Transforms& ts,
-                int depth, InsertBudget* budget, std::vector<Chain>* out) {
+                int depth, InsertBudget* budget, std::vector<Chain>* out, BlockOutlines* blocks) {
   for (size_t i = 0; i < records.size() && !budget->spent(); i++)
     if (!records[i].erased && !records[i].IsSubEntity())
-      AddRecord(drawing, records, i, ts, depth, budget, out);
+      AddRecord(drawing, records, i, ts, depth, budget, out, blocks);
 }
 
 bool PointInside(const Point3& p, double x1, double y1, double x2, double y2) {
@@ -195,12 +211,31 @@ bool BulgeArc(const Point3& p, const Point3& q, double b, Point3* centre, double
          std::isfinite((*centre)[1]);
 }
 
-std::vector<Chain> EntityOutline(const Drawing& drawing, uint64_t id) {
+// A block that inserts no other traces the same at any depth below the
+// top: each of its records spends one of the budget, and no transform
+// enters a chain until it is made. Its chains untransformed, with what
+// they spent, stand for it wherever it is inserted.
+const BlockOutlines::Traced* BlockOutlines::Of(const Drawing& drawing, const BlockRecord& block) {
+  auto [it, added] = traced_.try_emplace(&block);
+  if (!added) return it->second ? &*it->second : nullptr;
+  bool inserts = std::any_of(block.entities.begin(), block.entities.end(),
+                             [](const Entity& e) { return !e.erased && e.type == "INSERT"; });
+  if (inserts) return nullptr;
+  Traced traced;
+  InsertBudget budget;
+  AddRecords(drawing, block.entities, {}, 1, &budget, &traced.chains, nullptr);
+  if (budget.spent()) return nullptr;  // at the limit: traced in place each time
+  traced.spent = kInsertBudget - budget.left();
+  it->second = std::move(traced);
+  return &*it->second;
+}
+
+std::vector<Chain> EntityOutline(const Drawing& drawing, uint64_t id, BlockOutlines* blocks) {
   std::vector<Chain> out;
   size_t i = drawing.PositionOf(id);
   if (i == Drawing::kNoPosition || drawing.entities()[i].erased) return out;
   InsertBudget budget;
-  AddRecord(drawing, drawing.entities(), i, {}, 0, &budget, &out);
+  AddRecord(drawing, drawing.entities(), i, {}, 0, &budget, &out, blocks);
   return out;
 }
 

@@ -4,6 +4,8 @@
 #ifndef VORHOST_DRAWING_GEOMETRY_H
 #define VORHOST_DRAWING_GEOMETRY_H
 
+#include <optional>
+#include <unordered_map>
 #include <vector>
 
 #include "emulator/drawing/drawing.h"
@@ -12,11 +14,34 @@ namespace vorhost {
 
 using Chain = std::vector<Point3>;
 
+struct BlockRecord;
+
+// Blocks' outlines in their own coordinates, each traced once and reused
+// while many entities are outlined with the drawing's tables as they are
+// (the spatial index's rebuild): an insert of a block that inserts no other
+// is then its block's chains moved into place, point for point as tracing
+// the block again would place them. Holds pointers into the tables: it must
+// not outlive a change to them.
+class BlockOutlines {
+ public:
+  struct Traced {
+    std::vector<Chain> chains;  // in the block's coordinates
+    size_t spent = 0;           // of an InsertBudget, as tracing them spends it
+  };
+  // The block's traced outline; null for a block that inserts another,
+  // whose outline depends on how deep it is inserted.
+  const Traced* Of(const Drawing& drawing, const BlockRecord& block);
+
+ private:
+  std::unordered_map<const BlockRecord*, std::optional<Traced>> traced_;
+};
+
 // The outline of the main entity id and its sub-entities, in world
 // coordinates. Empty for an entity with nothing to show. An insert's
 // blocks are expanded within the limits of blocks.h (kMaxBlockDepth
-// levels, kInsertBudget records and cells).
-std::vector<Chain> EntityOutline(const Drawing& drawing, uint64_t id);
+// levels, kInsertBudget records and cells); blocks, when given, keeps the
+// blocks traced for the next call.
+std::vector<Chain> EntityOutline(const Drawing& drawing, uint64_t id, BlockOutlines* blocks = nullptr);
 
 // The counter-clockwise sweep from angle a1 to a2 (radians), in (0, 2 pi]
 // (equal angles make a full circle), found in constant time whatever the

@@ -31,10 +31,10 @@ SpatialIndex::CellRange SpatialIndex::CellsOf(double x1, double y1, double x2, d
   return {cell(x1), cell(y1), cell(x2), cell(y2)};
 }
 
-bool SpatialIndex::Measure(uint64_t id, const Drawing& drawing, Entry* entry) {
+bool SpatialIndex::Measure(uint64_t id, const Drawing& drawing, BlockOutlines* blocks, Entry* entry) {
   const Entity* e = drawing.Find(id);
   if (!e || e->erased || e->IsSubEntity()) return false;
-  std::vector<Chain> outline = EntityOutline(drawing, id);
+  std::vector<Chain> outline = EntityOutline(drawing, id, blocks);
   if (outline.empty()) return false;
   for (const Chain& c : outline)
     for (const Point3& p : c) {
@@ -92,9 +92,11 @@ void SpatialIndex::Rebuild(const Drawing& drawing) {
   loose_.clear();
   touched_.clear();
   std::vector<std::pair<uint64_t, Entry>> measured;
+  BlockOutlines blocks;  // most inserts share a few blocks
   for (const Entity& e : drawing.entities()) {
     Entry entry;
-    if (!e.erased && !e.IsSubEntity() && Measure(e.id, drawing, &entry)) measured.emplace_back(e.id, entry);
+    if (!e.erased && !e.IsSubEntity() && Measure(e.id, drawing, &blocks, &entry))
+      measured.emplace_back(e.id, entry);
   }
   // The cell: about one entity's size, and no smaller than makes about one
   // cell for each entity over the drawing's extents.
@@ -137,10 +139,11 @@ void SpatialIndex::Refresh(const Drawing& drawing) {
   }
   std::sort(touched_.begin(), touched_.end());
   touched_.erase(std::unique(touched_.begin(), touched_.end()), touched_.end());
+  BlockOutlines blocks;
   for (uint64_t id : touched_) {
     Remove(id);
     Entry entry;
-    if (Measure(id, drawing, &entry)) Place(id, entry);
+    if (Measure(id, drawing, &blocks, &entry)) Place(id, entry);
   }
   touched_.clear();
 }

@@ -60,8 +60,8 @@ class SpatialIndex {
 
   void Rebuild(const Drawing& drawing);
   // The entry of a main entity that is not erased and has an outline; false
-  // for any other.
-  static bool Measure(uint64_t id, const Drawing& drawing, Entry* entry);
+  // for any other. blocks keeps the blocks traced for the next entity.
+  static bool Measure(uint64_t id, const Drawing& drawing, BlockOutlines* blocks, Entry* entry);
   void Place(uint64_t id, Entry entry);
   void Remove(uint64_t id);
   CellRange CellsOf(double x1, double y1, double x2, double y2) const;

@@ -4,13 +4,16 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <functional>
+#include <memory>
 #include <set>
 #include <unordered_set>
 
 #include "emulator/core/text.h"
 #include "emulator/drawing/geometry.h"
 #include "emulator/io/dxf_format.h"
+#include "emulator/io/dxf_numbers.h"
 #include "emulator/io/dxf_text.h"
 #include "emulator/platform/replace_file.h"
 
@@ -24,95 +27,126 @@ using dxf::kCodeLinetype;
 using dxf::kCodeName;
 using dxf::kCodeStart;
 
-// The shortest text that reads back as v, always with a decimal point or
-// exponent so that no reader takes it for an integer.
-std::string RealText(double v) {
-  if (!std::isfinite(v)) v = 0;
-  if (v == 0) v = 0;  // no "-0"
-  std::string s = ShortestText(v);
-  if (s.find_first_of(".e") == std::string::npos) s += ".0";
-  return s;
+// The line of a group code as R12 writers write it: right-aligned in three
+// columns, then the line's end ("  0\n", " 10\n", "1071\n").
+struct CodeLine {
+  char text[16];
+  size_t size = 0;
+  std::string_view view() const { return {text, size}; }
+};
+
+CodeLine FormatCodeLine(int code) {
+  CodeLine line;
+  char* digits = line.text + 2;
+  char* end = std::to_chars(digits, line.text + sizeof line.text - 1, code).ptr;
+  size_t length = static_cast<size_t>(end - digits);
+  char* start = length < 3 ? digits - (3 - length) : digits;
+  std::fill(start, digits, ' ');
+  *end++ = '\n';
+  std::copy(start, end, line.text);
+  line.size = static_cast<size_t>(end - start);
+  return line;
 }
 
-// Degrees for an angle in radians: the shortest decimal text that the
-// reader's DegreesToRadians maps back to exactly these radians, so that
-// 90 stays "90.0" and a save and open keep every bit where that is possible.
-std::string AngleText(double radians) {
-  double degrees = dxf::RadiansToDegrees(radians);
-  if (!std::isfinite(degrees)) return "0.0";
-  for (int precision = 1; precision <= 17; precision++) {
-    char buf[64];
-    auto r = std::to_chars(buf, buf + sizeof buf, degrees, std::chars_format::general, precision);
-    double back = 0;
-    std::from_chars(buf, r.ptr, back);
-    if (dxf::DegreesToRadians(back) == radians) return RealText(back);
-  }
-  return RealText(degrees);
+// The lines of every code a record may hold, made once.
+const std::vector<CodeLine>& CodeLines() {
+  static const std::vector<CodeLine> lines = [] {
+    std::vector<CodeLine> all;
+    for (int code = 0; code <= dxf::kMaxGroupCode; code++) all.push_back(FormatCodeLine(code));
+    return all;
+  }();
+  return lines;
 }
 
-std::string HexHandle(uint32_t handle) {
-  char buf[16];
-  auto r = std::to_chars(buf, buf + sizeof buf, handle, 16);
-  std::string s(buf, r.ptr);
-  for (char& c : s)
-    if (c >= 'a' && c <= 'f') c = static_cast<char>(c - 32);
-  return s;
-}
-
-// The lines of a file as it is written: each group as its code, right
-// aligned in three columns as R12 writers do, and its value. The lines go
-// to the writer a block at a time, so that no copy of the whole file is
-// ever held.
+// The lines of a file as it is written: each group as its code's line and
+// its value. The lines go to the writer a block at a time, so that no copy
+// of the whole file is ever held.
 class GroupSink {
  public:
   using Writer = std::function<void(std::string_view)>;
-  explicit GroupSink(Writer writer) : writer_(std::move(writer)) { out_.reserve(kBlock + 256); }
+  explicit GroupSink(Writer writer)
+      : writer_(std::move(writer)), block_(new char[kBlock]), code_lines_(CodeLines()) {}
   GroupSink(const GroupSink&) = delete;
   GroupSink& operator=(const GroupSink&) = delete;
 
   void Raw(int code, std::string_view value) {
-    char buf[16];
-    auto r = std::to_chars(buf, buf + sizeof buf, code);
-    size_t length = static_cast<size_t>(r.ptr - buf);
-    if (length < 3) out_.append(3 - length, ' ');
-    out_.append(buf, length);
-    out_ += '\n';
-    out_.append(value);
-    out_ += '\n';
-    if (out_.size() >= kBlock) Flush();
+    CodeLine made;
+    if (code < 0 || static_cast<size_t>(code) >= code_lines_.size()) made = FormatCodeLine(code);
+    std::string_view head = made.size ? made.view() : code_lines_[code].view();
+    if (head.size() + value.size() + 1 > kBlock - used_) {  // the block is full: the long way
+      Put(head);
+      Put(value);
+      Put("\n");
+      return;
+    }
+    char* at = block_.get() + used_;
+    std::memcpy(at, head.data(), head.size());
+    std::memcpy(at + head.size(), value.data(), value.size());
+    at[head.size() + value.size()] = '\n';
+    used_ += head.size() + value.size() + 1;
   }
-  void Text(int code, std::string_view big5) { Raw(code, dxf::EscapeText(big5)); }
+  // A text needs escaping only when it holds a control character or a
+  // caret; any other is written as it is.
+  void Text(int code, std::string_view big5) {
+    if (big5.find('^') == std::string_view::npos &&
+        std::none_of(big5.begin(), big5.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }))
+      Raw(code, big5);
+    else
+      Raw(code, dxf::EscapeText(big5));
+  }
   void Int(int code, long v) {
-    char buf[24];
+    char buf[dxf::kNumberChars];
     auto r = std::to_chars(buf, buf + sizeof buf, v);
     Raw(code, std::string_view(buf, static_cast<size_t>(r.ptr - buf)));
   }
   void Real(int code, double v) {
     non_finite_ |= !std::isfinite(v);
-    Raw(code, RealText(v));
+    dxf::NumberBuffer buf;
+    Raw(code, dxf::RealText(v, buf));
   }
   void Angle(int code, double radians) {
     non_finite_ |= !std::isfinite(radians);
-    Raw(code, AngleText(radians));
+    dxf::NumberBuffer buf;
+    Raw(code, dxf::AngleText(radians, buf));
   }
   void Point(int code, const Point3& p, bool with_z = true) {
     Real(code, p[0]);
     Real(code + dxf::kPointYOffset, p[1]);
     if (with_z) Real(code + dxf::kPointZOffset, p[2]);
   }
-  void Handle(uint32_t handle) { Raw(kCodeHandle, HexHandle(handle)); }
+  void Handle(uint32_t handle) {
+    dxf::NumberBuffer buf;
+    Raw(kCodeHandle, dxf::HandleText(handle, buf));
+  }
   // Hands the lines not yet written to the writer.
   void Flush() {
-    if (!out_.empty()) writer_(out_);
-    out_.clear();
+    if (used_ > 0) writer_(std::string_view(block_.get(), used_));
+    used_ = 0;
   }
   // Whether a real that is not finite was given (and written as 0).
   bool non_finite() const { return non_finite_; }
 
  private:
   static constexpr size_t kBlock = 64 * 1024;
+
+  // Adds bytes to the block, handing the block over when they do not fit;
+  // bytes longer than a block go to the writer directly.
+  void Put(std::string_view bytes) {
+    if (bytes.size() > kBlock - used_) {
+      Flush();
+      if (bytes.size() > kBlock) {
+        writer_(bytes);
+        return;
+      }
+    }
+    std::memcpy(block_.get() + used_, bytes.data(), bytes.size());
+    used_ += bytes.size();
+  }
+
   Writer writer_;
-  std::string out_;
+  std::unique_ptr<char[]> block_;
+  size_t used_ = 0;  // bytes of block_ not yet handed to the writer
+  const std::vector<CodeLine>& code_lines_;
   bool non_finite_ = false;
 };
 
@@ -285,8 +319,12 @@ void WriteLtypeTable(const Tables& tables, GroupSink* out) {
 void WriteLayerTable(const Drawing& drawing, GroupSink* out) {
   SymbolTable<LayerRecord> layers = drawing.tables().layers();
   auto note = [&](const EntityList& records) {
-    for (const Entity& e : records)
-      if (!e.erased && !layers.Find(e.layer)) layers.Put(LayerRecord{e.layer});
+    const RecordName* last = nullptr;  // a run of records on one layer is looked up once
+    for (const Entity& e : records) {
+      if (e.erased || (last && e.layer == *last)) continue;
+      if (!layers.Find(e.layer)) layers.Put(LayerRecord{e.layer});
+      last = &e.layer;
+    }
   };
   note(drawing.entities());
   for (const BlockRecord& b : drawing.tables().blocks().records()) note(b.entities);
@@ -409,7 +447,7 @@ void WriteHeader(const SysVarTable& vars, const Box& extents, uint32_t seed, Gro
   out->Raw(dxf::kCodeHeaderVar, "$HANDLING");
   out->Int(70, 1);
   out->Raw(dxf::kCodeHeaderVar, "$HANDSEED");
-  out->Raw(kCodeHandle, HexHandle(seed));
+  out->Handle(seed);
   EndSection(out);
 }
 

@@ -69,19 +69,20 @@ int CommandRunner::Feed(const std::vector<Answer>& items) {
 }
 
 int CommandRunner::FeedOne(const Answer& item) {
-  Answer answer = item;
+  const Answer* answer = &item;
+  Input in;
   if (item.kind == Answer::Kind::kText && item.text == "\\") {  // PAUSE: the user answers
-    Input in = console_.Ask(command_->Prompt(), command_->asking(), command_->base(), command_->chosen());
+    in = console_.Ask(command_->Prompt(), command_->asking(), command_->base(), command_->chosen());
     if (!in.IsAnswer()) {
       Cancel();
       return RTCAN;
     }
-    answer = in.answer;
+    answer = &in.answer;
   } else if (echo_) {
     transcript_.Write(command_->Prompt());
-    transcript_.Write(answer.Echo());
+    transcript_.Write(item.Echo());
   }
-  switch (command_->Feed(answer)) {
+  switch (command_->Feed(*answer)) {
     case Step::kDone:
       command_.reset();
       echo_ = true;  // what follows is no longer the program's command

@@ -511,6 +511,31 @@ TEST_F(InsertTest, AsksAttributesInBlockOrderAndWalksIntoThem) {
   EXPECT_NE(ads_command(RTSTR, "INSERT", RTSTR, "NOBLOCK", 0), RTNORM);
 }
 
+// A program may change the current layer between the answers: the insert
+// and its attributes are made at the last answer, on the layer current then.
+TEST_F(InsertTest, AttributesTakeThePropertiesCurrentWhenTheyAreMade) {
+  ASSERT_EQ(ads_command(RTSTR, "LAYER", RTSTR, "N", RTSTR, "TAGS", RTSTR, "", 0), RTNORM);
+  ads_point at = {0, 0, 0};
+  ASSERT_EQ(ads_command(RTSTR, "INSERT", RTSTR, "NFB", RT3DPOINT, at, RTSTR, "1", RTSTR, "1", RTSTR, "0",
+                        RTSTR, "225AF", 0),
+            RTNORM);
+  ASSERT_TRUE(host_->commands().pending());
+  resbuf layer{};
+  layer.restype = RTSTR;
+  layer.resval.rstring = const_cast<char*>("TAGS");
+  ASSERT_EQ(ads_setvar("CLAYER", &layer), RTNORM);
+  ASSERT_EQ(ads_command(RTSTR, "25KA", 0), RTNORM);
+  EXPECT_FALSE(host_->commands().pending());
+
+  const EntityList& records = host_->document().drawing().entities();
+  ASSERT_EQ(records.size(), 4u);  // INSERT, two ATTRIBs (MAKER is constant), SEQEND
+  EXPECT_EQ(records[1].Text(1), "225AF");
+  EXPECT_EQ(records[2].Text(1), "25KA");
+  for (size_t i = 0; i <= 2; i++) EXPECT_EQ(records[i].layer, "TAGS") << i;
+  EXPECT_EQ(records[1].Point(10), (Point3{10, -30, 0}));
+  EXPECT_EQ(records[2].Text(2), "IC");
+}
+
 // A drawing file whose model space inserts the block it defines, itself or
 // through the drawing's blocks, is refused; the drawing keeps its blocks.
 TEST_F(InsertTest, ABlockFileThatInsertsItselfIsRefused) {

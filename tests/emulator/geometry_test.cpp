@@ -142,5 +142,49 @@ TEST(BlocksTest, OneInsertCostsAtMostItsBudget) {
   EXPECT_LE(visited, 2 * kInsertBudget + 6);
 }
 
+// Blocks traced once and moved into place give every insert the outline
+// tracing it afresh gives, point for point: turned, scaled and arrayed
+// inserts, a block inserting another, and an array whose budget runs out
+// part of the way through a cell.
+TEST(BlocksTest, BlocksTracedOnceOutlineInsertsAsTracingThemAgain) {
+  Drawing d;
+  Entity circle("CIRCLE");
+  circle.groups = {{10, Point3{2, 1, 0}}, {40, 0.75}};
+  Entity text("TEXT");
+  text.groups = {{10, Point3{0, -1, 0}}, {40, 2.5}, {1, std::string("N1\xB9\x71")}, {50, 0.3}};
+  Entity attdef("ATTDEF");
+  attdef.groups = {{10, Point3{5, 5, 0}}, {40, 2.0}, {1, std::string("X")}, {2, std::string("TAG")}};
+  d.tables().blocks().Put({"FLAT", {1, 1, 0}, 0, {Line(), circle, text, attdef}});
+  d.tables().blocks().Put({"OUTER", {0, 0, 0}, 0, {Line(), Insert("FLAT", 2, 1)}});
+  BlockRecord many{"MANY", {0, 0, 0}, 0, {}};
+  for (int i = 0; i < 1000; i++) many.entities.push_back(Line());
+  d.tables().blocks().Put(many);
+
+  std::vector<uint64_t> inserts;
+  for (double angle : {0.0, 0.5, M_PI / 2}) {
+    Entity e = Insert("FLAT", 3, 2);
+    e.Set(10, Point3{100.125, -7, 0.5});
+    e.Set(41, 2.5);
+    e.Set(42, -0.4);
+    e.Set(50, angle);
+    inserts.push_back(d.Append(e));
+  }
+  inserts.push_back(d.Append(Insert("OUTER", 2, 2)));
+  inserts.push_back(d.Append(Insert("MANY", 200, 1)));  // 200 cells of 1001: cut in cell 100
+
+  BlockOutlines blocks;
+  for (int pass = 0; pass < 2; pass++)  // the second pass finds every block traced
+    for (uint64_t id : inserts) {
+      std::vector<Chain> fresh = EntityOutline(d, id);
+      std::vector<Chain> reused = EntityOutline(d, id, &blocks);
+      ASSERT_FALSE(fresh.empty());
+      EXPECT_EQ(reused, fresh) << "insert " << id << ", pass " << pass;
+    }
+  EXPECT_EQ(blocks.Of(d, *d.tables().blocks().Find("OUTER")), nullptr) << "it inserts another";
+  ASSERT_NE(blocks.Of(d, *d.tables().blocks().Find("FLAT")), nullptr);
+  EXPECT_EQ(blocks.Of(d, *d.tables().blocks().Find("FLAT"))->spent, 4u) << "the ATTDEF costs but shows nothing";
+  EXPECT_EQ(blocks.Of(d, *d.tables().blocks().Find("FLAT"))->chains.size(), 3u);
+}
+
 }  // namespace
 }  // namespace vorhost

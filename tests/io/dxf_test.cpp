@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -207,11 +208,72 @@ TEST_F(DxfTest, AnglesComeBackExactlyWhereDegreesAllow) {
 TEST_F(DxfTest, ControlCharactersTravelAsCaretEscapes) {
   Drawing d;
   d.Append(sample::Text("TEXT", {0, 0, 0}, 1, "a\nb^Jc^ d^", "STANDARD"));
+  d.Append(sample::Text("TEXT", {0, 0, 0}, 1, "\xA5\x5EJ", "STANDARD"));  // 0x5E, a trail byte here
   std::string file = Save(d, SysVarTable());
   EXPECT_EQ(Value(Find(file, "TEXT"), 1), "a^Jb^ Jc^  d^");
+  EXPECT_EQ(Value(Find(file, "TEXT", 1), 1), "\xA5\x5EJ");
   Drawing opened;
   ASSERT_EQ(OpenText(file, &opened), "");
   EXPECT_EQ(opened.entities()[0].Text(1), "a\nb^Jc^ d^");
+  EXPECT_EQ(opened.entities()[1].Text(1), "\xA5\x5EJ");
+}
+
+// Each real as the shortest text that reads back as it, with a point or an
+// exponent; no "-0"; codes right-aligned in three columns.
+TEST_F(DxfTest, RealsAreTheShortestTextThatReadsBack) {
+  const std::pair<double, std::string> cases[] = {
+      {0.0, "0.0"},
+      {-0.0, "0.0"},
+      {1.0, "1.0"},
+      {-3.0, "-3.0"},
+      {0.1, "0.1"},
+      {0.1 + 0.2, "0.30000000000000004"},
+      {1.0 / 3, "0.3333333333333333"},
+      {-2.0 / 3, "-0.6666666666666666"},
+      {std::nextafter(1.0, 2.0), "1.0000000000000002"},
+      {1e-7, "1e-07"},
+      {-1234.5, "-1234.5"},
+      {123456789012345.0, "123456789012345.0"},
+      {1e15, "1e+15"},
+      {1e21, "1e+21"},
+      {2.5e-300, "2.5e-300"},
+      {5e-324, "5e-324"},
+      {-1.7976931348623157e308, "-1.7976931348623157e+308"},
+  };
+  Drawing d;
+  for (const auto& [x, text] : cases) {
+    Entity line("LINE");
+    line.groups = {{10, Point3{x, 0, 0}}, {11, Point3{0, 0, 0}}};
+    d.Append(line);
+  }
+  std::string file = Save(d, SysVarTable());
+  int nth = 0;
+  for (const auto& [x, text] : cases) EXPECT_EQ(Value(Find(file, "LINE", nth++), 10), text) << x;
+  EXPECT_NE(file.find("\n  0\nLINE\n  5\n"), std::string::npos);
+  EXPECT_NE(file.find("\n 10\n0.0\n 20\n0.0\n 30\n0.0\n"), std::string::npos);
+}
+
+// The file goes to the disk a block at a time: lines across the blocks'
+// edges, and a text longer than a block, arrive whole and in order.
+TEST_F(DxfTest, LinesCrossTheWritersBlocksWhole) {
+  Drawing d;
+  for (int i = 0; i < 5000; i++) {
+    Entity line("LINE");
+    line.groups = {{10, Point3{i + 0.5, -i / 3.0, 0}}, {11, Point3{i * 1e6, 0, 0}}};
+    d.Append(line);
+    if (i == 2500) d.Append(sample::Text("TEXT", {0, 0, 0}, 1, std::string(100000, 'x'), "STANDARD"));
+  }
+  std::string file = Save(d, SysVarTable());
+  std::string made;
+  ASSERT_TRUE(DrawingDxf(d, SysVarTable(), &made));
+  EXPECT_EQ(file, made);
+  EXPECT_EQ(Value(Find(file, "TEXT"), 1), std::string(100000, 'x'));
+  EXPECT_EQ(Value(Find(file, "LINE", 4999), 10), "4999.5");
+  EXPECT_EQ(Value(Find(file, "LINE", 4999), 11), "4.999e+09");
+  size_t lines = 0;
+  for (const auto& [type, groups] : Records(file)) lines += type == "LINE";
+  EXPECT_EQ(lines, 5000u);
+  EXPECT_EQ(file.substr(file.size() - 8), "  0\nEOF\n");
 }
 
 // The symbol blocks the panel diagrams insert: what INSERT finds in them.
