@@ -51,7 +51,7 @@ class Symbol {
   Drawing& drawing() { return drawing_; }
 
  private:
-  void Add(const char* type, std::vector<Group> groups) {
+  void Add(const char* type, GroupList groups) {
     Entity e(type);
     e.groups = std::move(groups);
     drawing_.Append(std::move(e));

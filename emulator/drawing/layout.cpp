@@ -2,6 +2,7 @@
 #include "emulator/drawing/layout.h"
 
 #include <algorithm>
+#include <limits>
 #include <map>
 #include <string>
 
@@ -70,12 +71,17 @@ Point3 PointIn(const std::vector<Group>& groups, int code) {
   return p ? *p : kOrigin;
 }
 
-bool Applies(std::string_view type, const std::vector<Group>& groups, const GroupSlot& slot,
-             bool given) {
+// Whether a text-like record of these groups is justified: 72 or its
+// vertical justification is not 0.
+bool Justified(std::string_view type, const std::vector<Group>& groups) {
+  return ShortIn(groups, 72) != 0 || ShortIn(groups, type == "TEXT" ? 73 : 74) != 0;
+}
+
+bool Applies(const GroupSlot& slot, bool given, bool justified) {
   switch (slot.presence) {
     case Presence::kAlways: return true;
     case Presence::kGiven: return given;
-    case Presence::kJustified: return ShortIn(groups, 72) != 0 || ShortIn(groups, type == "TEXT" ? 73 : 74) != 0;
+    case Presence::kJustified: return justified;
   }
   return true;
 }
@@ -87,24 +93,38 @@ const std::vector<GroupSlot>* LayoutOf(std::string_view type) {
   return it == Layouts().end() ? nullptr : &it->second;
 }
 
-std::vector<Group> LayOut(std::string_view type, std::vector<Group> groups, const Entity* polyline) {
+GroupList LayOut(std::string_view type, std::vector<Group> groups, const Entity* polyline) {
   const std::vector<GroupSlot>* layout = LayoutOf(type);
-  if (!layout) return groups;
-  std::vector<bool> used(groups.size(), false);
+  if (!layout) return GroupList(groups);
+  // What the made groups depend on is read first: the groups given are
+  // then moved to out, their places marked taken so that a second group
+  // of the same code stays among the others.
+  bool justified = Justified(type, groups);
+  Point3 insertion = PointIn(groups, 10);
+  constexpr int kTaken = std::numeric_limits<int>::min();
   std::vector<Group> out;
+  out.reserve(layout->size() + groups.size());
   for (const GroupSlot& slot : *layout) {
     auto it = std::find_if(groups.begin(), groups.end(), [&](const Group& g) { return g.code == slot.code; });
     bool given = it != groups.end();
-    if (given) used[it - groups.begin()] = true;
-    if (!Applies(type, groups, slot, given)) continue;
-    if (given) out.push_back(*it);
-    else if (slot.presence == Presence::kJustified) out.push_back({slot.code, PointIn(groups, 10)});
-    else if (polyline && (slot.code == 40 || slot.code == 41)) out.push_back({slot.code, polyline->Real(slot.code)});
-    else out.push_back({slot.code, slot.fallback});
+    if (!Applies(slot, given, justified)) {
+      if (given) it->code = kTaken;
+      continue;
+    }
+    if (given) {
+      out.push_back(std::move(*it));
+      it->code = kTaken;
+    } else if (slot.presence == Presence::kJustified) {
+      out.push_back({slot.code, insertion});
+    } else if (polyline && (slot.code == 40 || slot.code == 41)) {
+      out.push_back({slot.code, polyline->Real(slot.code)});
+    } else {
+      out.push_back({slot.code, slot.fallback});
+    }
   }
-  for (size_t i = 0; i < groups.size(); i++)
-    if (!used[i]) out.push_back(std::move(groups[i]));
-  return out;
+  for (Group& g : groups)
+    if (g.code != kTaken) out.push_back(std::move(g));
+  return GroupList(out);
 }
 
 std::vector<Group> GroupsInOrder(const Entity& e) {

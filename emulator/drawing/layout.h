@@ -38,8 +38,7 @@ const std::vector<GroupSlot>* LayoutOf(std::string_view type);
 // polyline when one is given, the layout's fallback otherwise), then the
 // groups the layout does not name, in their order. A type without a
 // layout keeps its groups as they are.
-std::vector<Group> LayOut(std::string_view type, std::vector<Group> groups,
-                          const Entity* polyline = nullptr);
+GroupList LayOut(std::string_view type, std::vector<Group> groups, const Entity* polyline = nullptr);
 
 // The record's groups in the layout's order, the others after them, none
 // added: the order the dump writes them in.

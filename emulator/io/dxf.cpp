@@ -191,18 +191,20 @@ class HandleBook {
   bool any_ = false;
 };
 
-void WriteGroup(const Group& g, bool degrees, bool always_z, GroupSink* out) {
-  if (auto* s = std::get_if<std::string>(&g.value)) {
-    out->Text(g.code, *s);
-  } else if (auto* d = std::get_if<double>(&g.value)) {
-    if (degrees && (g.code == 50 || g.code == 51)) out->Angle(g.code, *d);
-    else out->Real(g.code, *d);
-  } else if (auto* p = std::get_if<Point3>(&g.value)) {
-    out->Point(g.code, *p, always_z || (*p)[2] != 0);
-  } else if (auto* h = std::get_if<short>(&g.value)) {
-    out->Int(g.code, *h);
+void WriteGroup(GroupList::Ref g, bool degrees, bool always_z, GroupSink* out) {
+  int code = g.code();
+  if (g.is_text()) {
+    out->Text(code, g.text());
+  } else if (g.is_real()) {
+    if (degrees && (code == 50 || code == 51)) out->Angle(code, g.real());
+    else out->Real(code, g.real());
+  } else if (g.is_point()) {
+    Point3 p = g.point();
+    out->Point(code, p, always_z || p[2] != 0);
+  } else if (g.is_short()) {
+    out->Int(code, g.int16());
   } else {
-    out->Int(g.code, std::get<long>(g.value));
+    out->Int(code, g.int32());
   }
 }
 
@@ -221,15 +223,15 @@ void WriteEntity(const Entity& e, uint32_t handle, GroupSink* out) {
   bool degrees = dxf::IsDegreeType(e.type);
   std::string_view marker = dxf::SubclassMarkerOf(e.type);
   if (marker.empty()) {
-    for (const Group& g : e.groups) WriteGroup(g, degrees, r12, out);
+    for (GroupList::Ref g : e.groups) WriteGroup(g, degrees, r12, out);
     return;
   }
-  for (const Group& g : e.groups)
-    if (dxf::IsEntityCode(g.code)) WriteGroup(g, degrees, r12, out);
+  for (GroupList::Ref g : e.groups)
+    if (dxf::IsEntityCode(g.code())) WriteGroup(g, degrees, r12, out);
   out->Raw(dxf::kCodeSubclass, dxf::kEntityMarker);
   out->Raw(dxf::kCodeSubclass, marker);
-  for (const Group& g : e.groups)
-    if (!dxf::IsEntityCode(g.code)) WriteGroup(g, degrees, r12, out);
+  for (GroupList::Ref g : e.groups)
+    if (!dxf::IsEntityCode(g.code())) WriteGroup(g, degrees, r12, out);
 }
 
 // Model space's handles are unique already and reserved in handles; a
@@ -361,9 +363,8 @@ void WriteAppidTable(const Drawing& drawing, GroupSink* out) {
   std::set<std::string> apps{"ACAD"};
   auto note = [&](const EntityList& records) {
     for (const Entity& e : records)
-      for (const Group& g : e.groups)
-        if (auto* s = std::get_if<std::string>(&g.value); s && g.code == dxf::kCodeAppName)
-          apps.insert(*s);
+      for (GroupList::Ref g : e.groups)
+        if (g.code() == dxf::kCodeAppName && g.is_text()) apps.emplace(g.text());
   };
   note(drawing.entities());
   for (const BlockRecord& b : drawing.tables().blocks().records()) note(b.entities);

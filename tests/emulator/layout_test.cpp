@@ -33,17 +33,17 @@ TEST(LayoutTest, GroupsComeInTheLayoutsOrderWithWhatIsMissingFilledIn) {
       {"LINE", {{39, 2.0}, {10, p}, {48, 1.0}}, "10 11 39 48"},  // others keep their order
       {"LWPOLYLINE", {{90, 2L}, {10, p}, {10, p}}, "90 10 10"},   // no layout: as given
   };
-  for (const Case& c : cases) EXPECT_EQ(Codes(LayOut(c.type, c.given)), c.codes) << c.type;
+  for (const Case& c : cases) EXPECT_EQ(Codes(LayOut(c.type, c.given).ToVector()), c.codes) << c.type;
 }
 
 TEST(LayoutTest, FilledGroupsTakeTheirValuesFromTheRecordOrItsPolyline) {
   Entity polyline("POLYLINE");
   polyline.groups = {{40, 2.0}, {41, 3.0}};
-  std::vector<Group> vertex = LayOut("VERTEX", {{10, Point3{5, 0, 0}}}, &polyline);
+  std::vector<Group> vertex = LayOut("VERTEX", {{10, Point3{5, 0, 0}}}, &polyline).ToVector();
   EXPECT_EQ(std::get<double>(vertex[1].value), 2.0);
   EXPECT_EQ(std::get<double>(vertex[2].value), 3.0);
 
-  std::vector<Group> text = LayOut("TEXT", {{10, Point3{4, 5, 0}}, {72, short{1}}});
+  std::vector<Group> text = LayOut("TEXT", {{10, Point3{4, 5, 0}}, {72, short{1}}}).ToVector();
   EXPECT_EQ(text[9].code, 11);
   EXPECT_EQ(std::get<Point3>(text[9].value), (Point3{4, 5, 0}));  // the insertion point
   EXPECT_EQ(std::get<std::string>(text[6].value), "STANDARD");
