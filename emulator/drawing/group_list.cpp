@@ -39,6 +39,9 @@ size_t ValueBytes(size_t kind, const char* value) {
   }
 }
 
+const Group& Deref(const Group& g) { return g; }
+const Group& Deref(const Group* g) { return *g; }
+
 }  // namespace
 
 int GroupList::Ref::code() const { return Load<int32_t>(at_); }
@@ -128,16 +131,22 @@ char* GroupList::Put(const Group& g, char* at) {
   }
 }
 
-void GroupList::Assign(const Group* first, const Group* last) {
+// first..last gives a Group& (or a Group* when Deref is the pointer's).
+template <typename It>
+void GroupList::AssignFrom(It first, It last) {
   size_t n = 0;
-  for (const Group* g = first; g != last; ++g) n += BytesOf(*g);
+  for (It g = first; g != last; ++g) n += BytesOf(Deref(*g));
   if (n > std::numeric_limits<uint32_t>::max()) throw std::length_error("a record's groups over 4 GB");
   std::unique_ptr<char[]> data = n > 0 ? std::make_unique_for_overwrite<char[]>(n) : nullptr;
   char* at = data.get();
-  for (const Group* g = first; g != last; ++g) at = Put(*g, at);
+  for (It g = first; g != last; ++g) at = Put(Deref(*g), at);
   data_ = std::move(data);
   used_ = capacity_ = static_cast<uint32_t>(n);
 }
+
+void GroupList::Assign(const Group* first, const Group* last) { AssignFrom(first, last); }
+
+GroupList::GroupList(const std::vector<const Group*>& groups) { AssignFrom(groups.begin(), groups.end()); }
 
 char* GroupList::Grow(size_t n) {
   size_t need = size_t{used_} + n;

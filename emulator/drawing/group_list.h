@@ -102,6 +102,8 @@ class GroupList {
   GroupList() = default;
   GroupList(std::initializer_list<Group> groups) { Assign(groups.begin(), groups.end()); }
   GroupList(const std::vector<Group>& groups) { Assign(groups.data(), groups.data() + groups.size()); }  // NOLINT
+  // The groups pointed to, in that order.
+  explicit GroupList(const std::vector<const Group*>& groups);
   GroupList(const GroupList& other);
   GroupList(GroupList&& other) noexcept = default;
   GroupList& operator=(const GroupList& other);
@@ -129,6 +131,8 @@ class GroupList {
 
  private:
   void Assign(const Group* first, const Group* last);
+  template <typename It>
+  void AssignFrom(It first, It last);
   // Room for n more bytes at the end.
   char* Grow(size_t n);
   // Appends g's bytes (room must be there).

@@ -2,7 +2,7 @@
 #include "emulator/drawing/layout.h"
 
 #include <algorithm>
-#include <limits>
+#include <array>
 #include <map>
 #include <string>
 
@@ -89,42 +89,62 @@ bool Applies(const GroupSlot& slot, bool given, bool justified) {
 }  // namespace
 
 const std::vector<GroupSlot>* LayoutOf(std::string_view type) {
-  auto it = Layouts().find(type);
-  return it == Layouts().end() ? nullptr : &it->second;
+  // Looked up for every record made: the few types are compared length
+  // first, most of them failing there.
+  static const std::vector<std::pair<std::string_view, const std::vector<GroupSlot>*>> flat = [] {
+    std::vector<std::pair<std::string_view, const std::vector<GroupSlot>*>> all;
+    for (const auto& [name, slots] : Layouts()) all.push_back({name, &slots});
+    return all;
+  }();
+  for (const auto& [name, slots] : flat)
+    if (name.size() == type.size() && name == type) return slots;
+  return nullptr;
 }
 
 GroupList LayOut(std::string_view type, std::vector<Group> groups, const Entity* polyline) {
   const std::vector<GroupSlot>* layout = LayoutOf(type);
   if (!layout) return GroupList(groups);
-  // What the made groups depend on is read first: the groups given are
-  // then moved to out, their places marked taken so that a second group
-  // of the same code stays among the others.
   bool justified = Justified(type, groups);
-  Point3 insertion = PointIn(groups, 10);
-  constexpr int kTaken = std::numeric_limits<int>::min();
-  std::vector<Group> out;
-  out.reserve(layout->size() + groups.size());
+  // The record's groups in order, as pointers to those given, to the
+  // layout's fallbacks and to the few made here, packed once at the end.
+  // A group given is taken once, so that a second group of the same code
+  // stays among the others; the search starts after the last one taken,
+  // as groups mostly come in the layout's order.
+  std::vector<const Group*> order;
+  order.reserve(layout->size() + groups.size());
+  std::vector<bool> taken(groups.size(), false);
+  std::array<Group, 3> made;  // an alignment point and a vertex's two widths at most
+  size_t made_count = 0, from = 0;
   for (const GroupSlot& slot : *layout) {
-    auto it = std::find_if(groups.begin(), groups.end(), [&](const Group& g) { return g.code == slot.code; });
-    bool given = it != groups.end();
-    if (!Applies(slot, given, justified)) {
-      if (given) it->code = kTaken;
-      continue;
+    size_t found = groups.size();
+    for (size_t k = 0; k < groups.size(); k++) {
+      size_t i = (from + k) % groups.size();
+      if (!taken[i] && groups[i].code == slot.code) {
+        found = i;
+        break;
+      }
     }
+    bool given = found < groups.size();
     if (given) {
-      out.push_back(std::move(*it));
-      it->code = kTaken;
+      taken[found] = true;
+      from = found + 1;
+    }
+    if (!Applies(slot, given, justified)) continue;
+    if (given) {
+      order.push_back(&groups[found]);
     } else if (slot.presence == Presence::kJustified) {
-      out.push_back({slot.code, insertion});
+      made[made_count] = {slot.code, PointIn(groups, 10)};
+      order.push_back(&made[made_count++]);
     } else if (polyline && (slot.code == 40 || slot.code == 41)) {
-      out.push_back({slot.code, polyline->Real(slot.code)});
+      made[made_count] = {slot.code, polyline->Real(slot.code)};
+      order.push_back(&made[made_count++]);
     } else {
-      out.push_back({slot.code, slot.fallback});
+      order.push_back(&slot.fallback);
     }
   }
-  for (Group& g : groups)
-    if (g.code != kTaken) out.push_back(std::move(g));
-  return GroupList(out);
+  for (size_t i = 0; i < groups.size(); i++)
+    if (!taken[i]) order.push_back(&groups[i]);
+  return GroupList(order);
 }
 
 std::vector<Group> GroupsInOrder(const Entity& e) {

@@ -24,9 +24,11 @@ enum class Presence {
 };
 
 struct GroupSlot {
+  GroupSlot(int slot_code, GroupValue value, Presence when = Presence::kAlways)
+      : code(slot_code), fallback{slot_code, std::move(value)}, presence(when) {}
   int code;
-  GroupValue fallback;
-  Presence presence = Presence::kAlways;
+  Group fallback;  // the group a record that lacks it gets
+  Presence presence;
 };
 
 // The layout of a type, or null for a type the host does not make.

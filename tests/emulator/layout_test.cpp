@@ -31,6 +31,8 @@ TEST(LayoutTest, GroupsComeInTheLayoutsOrderWithWhatIsMissingFilledIn) {
       {"INSERT", {{2, std::string("B")}}, "2 10 41 42 43 50"},
       {"INSERT", {{66, short{1}}}, "66 2 10 41 42 43 50"},
       {"LINE", {{39, 2.0}, {10, p}, {48, 1.0}}, "10 11 39 48"},  // others keep their order
+      {"LINE", {{11, p}, {10, p}, {10, p}, {39, 2.0}}, "10 11 10 39"},  // a second 10 is another's
+      {"TEXT", {{11, p}, {72, short{2}}, {10, p}}, "10 40 1 50 41 51 7 71 72 11 73"},
       {"LWPOLYLINE", {{90, 2L}, {10, p}, {10, p}}, "90 10 10"},   // no layout: as given
   };
   for (const Case& c : cases) EXPECT_EQ(Codes(LayOut(c.type, c.given).ToVector()), c.codes) << c.type;
