@@ -128,7 +128,7 @@ void Walker::Walk(const EntityList& records, const Context& ctx) {
     } else if (e.type == "POLYLINE") {
       size_t end = i + 1;
       while (end < records.size() && records[end].type == "VERTEX") end++;
-      Visit(e, RecordRun(records.begin() + i + 1, records.begin() + end), ctx);
+      Visit(e, RecordRun{records.begin() + i + 1, records.begin() + end}, ctx);
     } else if (e.type != "ATTDEF" || ctx.depth == 0) {
       Visit(e, {}, ctx);
     }

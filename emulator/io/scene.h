@@ -6,7 +6,7 @@
 #define VORHOST_IO_SCENE_H
 
 #include <functional>
-#include <ranges>
+#include <cstddef>
 
 #include "emulator/drawing/drawing.h"
 
@@ -29,7 +29,13 @@ struct Affine {
 };
 
 // A run of consecutive records of a drawing or block.
-using RecordRun = std::ranges::subrange<EntityList::const_iterator>;
+struct RecordRun {
+  EntityList::const_iterator first, last;
+  EntityList::const_iterator begin() const { return first; }
+  EntityList::const_iterator end() const { return last; }
+  bool empty() const { return first == last; }
+  size_t size() const { return static_cast<size_t>(last - first); }
+};
 
 // One record to draw, where and how.
 struct PlacedRecord {
