@@ -95,8 +95,11 @@ class Host {
   // Closes the drawing (message 4), puts in the new one, starts the command
   // language afresh and opens it (message 3).
   void ReplaceDocument(Document document);
-  // QUIT and EXIT: asks whether to save unsaved changes, then ends the
-  // command line; Escape at the question goes back to it.
+  // Before the drawing is left (QUIT, EXIT, NEW): asks whether to save
+  // unsaved changes, and saves on yes; false when the drawing must stay
+  // (Escape at the question, or a save that failed).
+  bool MayLeaveDrawing();
+  // QUIT and EXIT: ends the command line once the drawing may be left.
   void Quit();
   // Takes a name SAVEAS gave the drawing since it was last looked at.
   void FollowSaveAs();

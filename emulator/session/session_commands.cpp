@@ -104,33 +104,33 @@ bool Host::SaveDrawing(std::string* why) {
   return true;
 }
 
-void Host::Quit() {
-  if (!DrawingModified()) {
-    command_line_.Stop();
-    return;
-  }
+bool Host::MayLeaveDrawing() {
+  if (!DrawingModified()) return true;
   for (;;) {
     Input in = console_.Ask("\nSave changes to " + drawing_name() + "? <Y>: ");
-    if (!in.IsAnswer()) return;
+    if (!in.IsAnswer()) return false;
     std::string answer = UpperName(Trim(in.text(), kBlanksAndLineEnds));
-    if (answer == "N" || answer == "NO") break;
+    if (answer == "N" || answer == "NO") return true;
     if (answer.empty() || answer == "Y" || answer == "YES") {
       std::string why;
       if (!SaveDrawing(&why)) {
         transcript_.WriteLine(why);
-        return;  // the session goes on, with the drawing unsaved
+        return false;  // the drawing stays, unsaved
       }
       transcript_.WriteLine("Saved " + file_.name + ".");
-      break;
+      return true;
     }
     transcript_.WriteLine("Answer Y or N.");
   }
-  command_line_.Stop();
+}
+
+void Host::Quit() {
+  if (MayLeaveDrawing()) command_line_.Stop();
 }
 
 bool Host::RunSessionCommand(const std::string& name) {
   if (name == "NEW") {
-    NewDrawing();
+    if (MayLeaveDrawing()) NewDrawing();
   } else if (name == "QUIT" || name == "EXIT") {
     Quit();
   } else if (name == "SAVE" || name == "QSAVE") {

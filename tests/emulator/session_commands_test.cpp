@@ -1,6 +1,7 @@
 // session_commands_test.cpp - the commands that act on the whole session:
 // QUIT and EXIT asking to save only what is not saved, SAVE and QSAVE
-// writing the drawing under its name (the one SAVEAS gave it too), HELP.
+// writing the drawing under its name (the one SAVEAS gave it too), NEW
+// asking as QUIT does, Enter repeating a command for a person, HELP.
 #include "support/host_fixture.h"
 
 namespace vorhost::testing {
@@ -49,6 +50,27 @@ TEST_F(SessionCommandsTest, SaveAndSaveAsLeaveNothingToAskAbout) {
   host_->command_line().Execute("QUIT");
   EXPECT_NE(Output().find("Cannot save C:\\NO\\SUCH\\DIR.DXF"), std::string::npos) << Output();
   EXPECT_TRUE(host_->DrawingModified());
+}
+
+TEST_F(SessionCommandsTest, NewAsksBeforeLeavingUnsavedChanges) {
+  auto lines = [this] { return host_->document().drawing().MainEntities().size(); };
+  Answer({"0,0", "10,0", "", "#cancel"});
+  host_->command_line().Execute("LINE");
+  host_->command_line().Execute("NEW");
+  EXPECT_NE(Output().find("Save changes to C:\\DRAWING.DXF? <Y>: "), std::string::npos) << Output();
+  EXPECT_EQ(lines(), 1u);  // Escape: the drawing stays
+
+  Answer({"n"});
+  host_->command_line().Execute("NEW");
+  EXPECT_EQ(lines(), 0u);
+  EXPECT_FALSE(FileExists("DRAWING.DXF"));
+  EXPECT_FALSE(host_->DrawingModified());
+
+  Answer({"0,0", "10,0", "", "y"});
+  host_->command_line().Execute("LINE");
+  host_->command_line().Execute("NEW");
+  EXPECT_EQ(lines(), 0u);
+  EXPECT_NE(ReadFile("DRAWING.DXF").find("LINE"), std::string::npos);
 }
 
 TEST_F(SessionCommandsTest, EnterRepeatsTheLastCommandForAPersonOnly) {
